@@ -1,0 +1,27 @@
+#pragma once
+
+#include "app/CPlugExchangeFile.h"
+#include "app/CPlugParameters.h"
+#include "app/UserPrompts.h"
+
+#include <QApplication>
+
+#include <memory>
+
+/// The program: one pass from the exchange file through the dialog and back.
+class CPlugApp : public QApplication {
+    Q_OBJECT
+
+public:
+    CPlugApp(int& argc, char** argv);
+
+    /// Does the whole run. Always false: there is no message loop to enter afterwards.
+    bool InitInstance();
+
+private:
+    void WriteBack(const QStringList& times, const QStringList& values);
+
+    UserPrompts m_prompts;
+    std::unique_ptr<CPlugExchangeFile> m_exchange_file;
+    CPlugParameters m_parameters;
+};

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "app/CPlugPoint.h"
+
+#include <QList>
+
+class CPlugExchangeFile;
+
+/// The function's parameters in the exchange file. Line numbers below count from 0: line 10 holds
+/// the cycles count, 11 the number of points less one, 12 twice the number of points, and from line
+/// 13 on each point has a line with its time and one with its value.
+class CPlugParameters {
+public:
+    /// Reads the file and takes the parameters out of it. Each failure shows its message; what was
+    /// read before it stays. `file` must outlive this object.
+    void setParameters(CPlugExchangeFile* file);
+
+    qsizetype getPointCount() const { return m_points.size(); }
+
+    /// @throws std::invalid_argument when i is not in 0 .. getPointCount() - 1
+    CPlugPoint getPoint(qsizetype i) const;
+
+    void addPoint(const CPlugPoint& point) { m_points.append(point); }
+    void clearPoints() { m_points.clear(); }
+
+    /// The declared number of point lines; 0 before it was read.
+    int pointLineCount() const { return m_point_line_count; }
+
+    /// Puts the points into the lines of the file and writes it. The first point keeps the comments
+    /// of the host's lines, the others get fixed ones. Without points a message is shown and
+    /// nothing is written.
+    /// @throws std::invalid_argument when the declared old point lines are not inside the file; the
+    /// file and its lines have not changed then
+    void writeFile();
+
+private:
+    bool readHeader();
+    void readPoints();
+
+    CPlugExchangeFile* m_file = nullptr;
+    // The fourth line: kept, not used further.
+    int m_first_number = 0;
+    int m_second_number = 0;
+    QString m_fourth_line_text;
+
+    int m_cycles_count = 0;
+    int m_point_count_minus_one = 0;
+    int m_point_line_count = 0;
+    QList<CPlugPoint> m_points;
+};

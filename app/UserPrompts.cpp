@@ -1,0 +1,81 @@
+#include "app/UserPrompts.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QWidget* ActiveWindow() {
+    QWidget* const modal = QApplication::activeModalWidget();
+    return modal != nullptr ? modal : QApplication::activeWindow();
+}
+
+QMessageBox::Icon BoxIcon(MessageIcon icon) {
+    switch (icon) {
+        case MessageIcon::None: return QMessageBox::NoIcon;
+        case MessageIcon::Information: return QMessageBox::Information;
+        case MessageIcon::Warning: break;
+    }
+    return QMessageBox::Warning;
+}
+
+// The buttons have the texts "OK", "Yes" and "No" whatever the desktop's language.
+QMessageBox::StandardButton RunBox(
+    QMessageBox::Icon icon, const QString& caption, const QString& text,
+    const QList<std::pair<QMessageBox::StandardButton, QString>>& buttons) {
+    QMessageBox box(icon, caption, text, QMessageBox::NoButton, ActiveWindow());
+    box.setTextFormat(Qt::PlainText);
+    for (const auto& [button, label] : buttons) {
+        box.addButton(button);
+        box.button(button)->setText(label);
+        box.button(button)->setAccessibleName(label);
+    }
+    box.setDefaultButton(buttons.first().first);
+    box.setEscapeButton(buttons.last().first);
+    return static_cast<QMessageBox::StandardButton>(box.exec());
+}
+
+QString RunFileDialog(const FileRequest& request, QFileDialog::AcceptMode mode) {
+    QFileDialog dialog(ActiveWindow(), QString(), request.folder, request.filter);
+    dialog.setAcceptMode(mode);
+    dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
+                                                       : QFileDialog::AnyFile);
+    dialog.setDefaultSuffix(request.default_suffix);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+}  // namespace
+
+UserPrompts::UserPrompts() {
+    MessageHandler messages;
+    messages.show = [](const QString& text, MessageIcon icon, const QString& caption) {
+        RunBox(BoxIcon(icon), caption.isEmpty() ? u"Function editor"_s : caption, text,
+               {{QMessageBox::Ok, u"OK"_s}});
+    };
+    messages.ask_yes_no = [](const QString& text, const QString& caption) {
+        return RunBox(QMessageBox::Question, caption.isEmpty() ? u"Function editor"_s : caption,
+                      text, {{QMessageBox::Yes, u"Yes"_s}, {QMessageBox::No, u"No"_s}}) ==
+               QMessageBox::Yes;
+    };
+    m_former_messages = SetMessageHandler(std::move(messages));
+
+    FileDialogHandler files;
+    files.open = [](const FileRequest& request) {
+        return RunFileDialog(request, QFileDialog::AcceptOpen);
+    };
+    files.save = [](const FileRequest& request) {
+        return RunFileDialog(request, QFileDialog::AcceptSave);
+    };
+    m_former_file_dialogs = SetFileDialogHandler(std::move(files));
+}
+
+UserPrompts::~UserPrompts() {
+    SetMessageHandler(std::move(m_former_messages));
+    SetFileDialogHandler(std::move(m_former_file_dialogs));
+}

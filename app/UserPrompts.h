@@ -1,0 +1,18 @@
+#pragma once
+
+#include "app/Message.h"
+#include "profiles/FileDialogs.h"
+
+/// While it lives, messages, questions and file dialogs of the process are modal windows over the
+/// active one; what was installed before comes back afterwards.
+class UserPrompts {
+public:
+    UserPrompts();
+    ~UserPrompts();
+    UserPrompts(const UserPrompts&) = delete;
+    UserPrompts& operator=(const UserPrompts&) = delete;
+
+private:
+    MessageHandler m_former_messages;
+    FileDialogHandler m_former_file_dialogs;
+};

@@ -1,0 +1,15 @@
+#include "app/CPlugApp.h"
+
+#ifdef Q_OS_UNIX
+#include <csignal>
+#endif
+
+int main(int argc, char* argv[]) {
+#ifdef Q_OS_UNIX
+    // A host that closed its end of our standard output must not end the editor.
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
+    CPlugApp app(argc, argv);
+    app.InitInstance();
+    return 0;
+}

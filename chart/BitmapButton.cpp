@@ -1,0 +1,50 @@
+#include "chart/BitmapButton.h"
+
+#include <QPainter>
+
+using namespace Qt::StringLiterals;
+
+BitmapButton::BitmapButton(QWidget* parent) : QPushButton(parent) {
+    // Enter belongs to the grid.
+    setAutoDefault(false);
+}
+
+bool BitmapButton::AutoLoad(const QString& caption) {
+    constexpr std::array<QChar, 4> kLetters = {u'U', u'D', u'F', u'X'};
+    std::array<SvgPicture, 4> pictures;
+    for (size_t i = 0; i < pictures.size(); ++i) {
+        pictures[i] = SvgPicture(u":/bitmaps/"_s + caption + kLetters[i] + u".svg"_s);
+        if (pictures[i].isNull())
+            pictures[i] = pictures.front();
+    }
+    if (pictures.front().isNull())
+        return false;
+    m_pictures = std::move(pictures);
+    updateGeometry();
+    update();
+    return true;
+}
+
+BitmapButton::State BitmapButton::ShownState() const {
+    if (!isEnabled())
+        return State::Disabled;
+    if (isDown())
+        return State::Down;
+    return hasFocus() ? State::Focused : State::Up;
+}
+
+QSize BitmapButton::sizeHint() const {
+    return Picture(State::Up).isNull() ? QPushButton::sizeHint() : Picture(State::Up).size();
+}
+
+void BitmapButton::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const SvgPicture& picture = Picture(ShownState());
+    // At its own size whatever the button's: a stretched line is no longer sharp.
+    QRect place(QPoint(), picture.size());
+    place.moveTopLeft({(width() - place.width()) / 2, (height() - place.height()) / 2});
+    // The active colours in every state: what is faint about a disabled button is in its picture.
+    QPalette colors = palette();
+    colors.setCurrentColorGroup(QPalette::Active);
+    picture.Draw(painter, place, colors);
+}

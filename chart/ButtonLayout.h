@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QPoint>
+#include <QRect>
+#include <QSize>
+
+#include <optional>
+
+/// An explicit position that stands for "centred" on its axis.
+inline constexpr int kCentred = -1;
+
+/// Where a picture button puts its image and its caption. Pixels throughout.
+struct ButtonLayout {
+    bool beside_text = true;  ///< side by side; otherwise at the two positions below
+    QPoint image_position;
+    QPoint text_position;
+    int image_margin = 4;    ///< left of the image
+    int image_text_gap = 8;  ///< between image and caption
+};
+
+/// What is placed.
+struct ButtonContent {
+    QSize client;                ///< of the whole button
+    int frame_left = 0;          ///< left edge of the button's frame
+    std::optional<QSize> image;  ///< nothing: no image
+    std::optional<QSize> text;   ///< extent of the caption; nothing: no caption
+    bool pressed = false;        ///< moves both by one pixel to the right and down
+};
+
+/// Top left corner of the image.
+QPoint ImagePlace(const ButtonLayout& layout, const ButtonContent& content);
+
+/// Top left corner of the caption. One that is centred vertically sits one pixel higher.
+QPoint TextPlace(const ButtonLayout& layout, const ButtonContent& content);
+
+/// By how many pixels the focus rectangle of a button of `size` is smaller on every side.
+int FocusInset(QSize size);

@@ -1,0 +1,109 @@
+#include "chart/CDocControl.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <stdexcept>
+
+namespace {
+
+constexpr double kNoValue = std::numeric_limits<double>::quiet_NaN();
+
+}  // namespace
+
+void CDocControl::ClearItems(int groups) {
+    m_groups.assign(static_cast<size_t>(std::clamp(groups, 1, 2)), {});
+    m_labels.clear();
+    m_highlighted.clear();
+}
+
+double CDocControl::Value(int index, int group) const {
+    if (group < 0 || group >= GroupCount() || index < 0 || index >= ItemCount())
+        return kNoValue;
+    return m_groups[static_cast<size_t>(group)][static_cast<size_t>(index)];
+}
+
+void CDocControl::SetValue(int index, int group, double value) {
+    if (group < 0 || group >= GroupCount() || index < 0 || index > ItemCount())
+        throw std::invalid_argument("no such chart item");
+    if (index == ItemCount())
+        InsertItems(index, 1);
+    m_groups[static_cast<size_t>(group)][static_cast<size_t>(index)] = value;
+}
+
+void CDocControl::SetLabel(int index, const QString& label) {
+    if (index < 0 || index >= ItemCount())
+        return;
+    m_labels.resize(ItemCount());
+    m_labels[index] = label;
+}
+
+void CDocControl::InsertItems(int first, int count) {
+    first = std::clamp(first, 0, ItemCount());
+    count = std::max(count, 0);
+    for (std::vector<double>& values : m_groups)
+        values.insert(values.begin() + first, static_cast<size_t>(count), kNoValue);
+    if (!m_labels.isEmpty())
+        m_labels.insert(first, count, QString());
+    std::set<int> moved;
+    for (int index : m_highlighted)
+        moved.insert(index < first ? index : index + count);
+    m_highlighted = std::move(moved);
+}
+
+void CDocControl::RemoveItems(int first, int count) {
+    first = std::clamp(first, 0, ItemCount());
+    count = std::clamp(count, 0, ItemCount() - first);
+    for (std::vector<double>& values : m_groups)
+        values.erase(values.begin() + first, values.begin() + first + count);
+    if (!m_labels.isEmpty())
+        m_labels.remove(first, count);
+    std::set<int> moved;
+    for (int index : m_highlighted) {
+        if (index < first || index >= first + count)
+            moved.insert(index < first ? index : index - count);
+    }
+    m_highlighted = std::move(moved);
+}
+
+void CDocControl::SetHighlighted(int index, bool on) {
+    if (on && index >= 0 && index < ItemCount())
+        m_highlighted.insert(index);
+    else
+        m_highlighted.erase(index);
+}
+
+ItemStyle CDocControl::StyleOf(int index) const {
+    return IsHighlighted(index) ? highlighted_style : item_style;
+}
+
+bool CDocControl::IsDrawn(int index) const {
+    const QPointF place = Place(index);
+    return std::isfinite(place.x()) && std::isfinite(place.y());
+}
+
+QPointF CDocControl::Place(int index) const {
+    return GroupCount() == 1 ? QPointF(index, Value(index, 0))
+                             : QPointF(Value(index, 0), Value(index, 1));
+}
+
+std::optional<DataBounds> CDocControl::Bounds() const {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    DataBounds bounds = {kInfinity, -kInfinity, kInfinity, -kInfinity};
+    const std::vector<double>& values = m_groups.back();
+    const bool indexed = GroupCount() == 1;
+    for (size_t i = 0; i < values.size(); ++i) {
+        const double x = indexed ? static_cast<double>(i) : m_groups.front()[i];
+        const double y = values[i];
+        // A difference with itself is 0 for finite numbers only.
+        if ((x - x) + (y - y) != 0.0)
+            continue;
+        bounds.x_low = std::min(bounds.x_low, x);
+        bounds.x_high = std::max(bounds.x_high, x);
+        bounds.y_low = std::min(bounds.y_low, y);
+        bounds.y_high = std::max(bounds.y_high, y);
+    }
+    if (bounds.x_low > bounds.x_high)
+        return {};
+    return bounds;
+}

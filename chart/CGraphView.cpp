@@ -1,0 +1,346 @@
+#include "chart/CGraphView.h"
+
+#include "chart/CGraphControl.h"
+#include "chart/ItemPainter.h"
+
+#include <qcustomplot.h>
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Pixels.
+constexpr int kAxisTextHeight = 11;
+constexpr int kAxisTitleHeight = 12;
+constexpr int kSmallestTitleHeight = 9;
+constexpr int kTickLength = 4;
+constexpr int kSubTickLength = 2;
+constexpr int kFrameWidth = 1;
+constexpr int kPlotMargin = 6;
+constexpr int kMarkerRoom = 5;
+constexpr double kLabelGap = 6.0;
+constexpr double kValueLabelDistance = 36.0;
+constexpr double kTimeLabelDistance = 60.0;
+
+// About what labels and titles take from the plot beside and below it, for the choice of labels.
+constexpr int kSideRoom = 70;
+constexpr int kBottomRoom = 60;
+
+// Puts labels where the plan wants them; items have texts of their own.
+class PlanTicker : public QCPAxisTicker {
+public:
+    PlanTicker(const AxisPlan& plan, const CDocControl* items) : m_plan(plan), m_items(items) {}
+
+protected:
+    QVector<double> createTickVector(double, const QCPRange&) override {
+        const std::vector<double> ticks = m_plan.Ticks();
+        return {ticks.cbegin(), ticks.cend()};
+    }
+
+    double getTickStep(const QCPRange&) override { return m_plan.step; }
+
+    // Items are told apart in the middle between them.
+    int getSubTickCount(double step) override {
+        return m_items != nullptr ? 1 : QCPAxisTicker::getSubTickCount(step);
+    }
+
+    QString getTickLabel(double tick, const QLocale&, QChar, int) override {
+        return m_items != nullptr ? m_items->Label(static_cast<int>(std::lround(tick)))
+                                  : m_plan.LabelText(tick);
+    }
+
+private:
+    AxisPlan m_plan;
+    const CDocControl* m_items;
+};
+
+// The chart's items as one layer of the plot.
+class ItemsPlottable : public QCPAbstractPlottable {
+public:
+    ItemsPlottable(QCPAxis* x, QCPAxis* y, const CGraphView& view, const CDocControl& chart)
+        : QCPAbstractPlottable(x, y), m_view(view), m_chart(chart) {}
+
+    double selectTest(const QPointF&, bool, QVariant*) const override { return -1.0; }
+    QCPRange getKeyRange(bool& found, QCP::SignDomain) const override {
+        found = false;
+        return {};
+    }
+    QCPRange getValueRange(bool& found, QCP::SignDomain, const QCPRange&) const override {
+        found = false;
+        return {};
+    }
+
+protected:
+    // A marker on an axis is seen whole.
+    QRect clipRect() const override {
+        return QCPAbstractPlottable::clipRect().adjusted(-kMarkerRoom, -kMarkerRoom, kMarkerRoom,
+                                                         kMarkerRoom);
+    }
+
+    void draw(QCPPainter* painter) override {
+        // The plot's painter shifts its origin while it smooths; that would blur the markers.
+        painter->setAntialiasing(false);
+        PlotScale scale = m_view.Scale();
+        const QPoint origin = mParentPlot->pos();
+        scale.x.from -= origin.x();
+        scale.x.to -= origin.x();
+        scale.y.from -= origin.y();
+        scale.y.to -= origin.y();
+        PaintItems(*painter, m_chart, scale, mParentPlot->bufferDevicePixelRatio());
+    }
+
+    void drawLegendIcon(QCPPainter*, const QRectF&) const override {}
+
+private:
+    const CGraphView& m_view;
+    const CDocControl& m_chart;
+};
+
+double WidestText(const QFontMetricsF& metrics, const QVector<QString>& texts) {
+    double widest = 0.0;
+    for (const QString& text : texts)
+        widest = std::max(widest, metrics.horizontalAdvance(text));
+    return widest;
+}
+
+// QCustomPlot takes -90 to 90 degrees.
+double SignedAngle(double degrees) {
+    return degrees > 180.0 ? degrees - 360.0 : degrees;
+}
+
+Qt::PenStyle PatternStyle(int pattern) {
+    constexpr Qt::PenStyle kStyles[] = {Qt::SolidLine, Qt::DotLine, Qt::DashLine};
+    return kStyles[std::clamp(pattern, 0, 2)];
+}
+
+}  // namespace
+
+CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget* parent)
+    : QWidget(parent), m_session(session), m_control(control), m_plot(new QCustomPlot(this)) {
+    setObjectName(u"5001_Chart"_s);
+    setAccessibleName(u"Chart"_s);
+    setMouseTracking(true);
+    m_plot->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_plot->setFocusPolicy(Qt::NoFocus);
+    m_plot->setContextMenuPolicy(Qt::NoContextMenu);
+    m_plot->xAxis->grid()->setLayer(u"grid"_s);
+    new ItemsPlottable(m_plot->xAxis, m_plot->yAxis, *this, m_control->document());
+
+    connect(m_control, &CGraphControl::Rebuilt, this, [this] {
+        m_style_due = true;
+        Redraw();
+    });
+    connect(m_control, &CGraphControl::ItemsChanged, this, &CGraphView::Redraw);
+}
+
+// Changes are gathered until the next painting.
+void CGraphView::Redraw() {
+    m_redraw_due = true;
+    update();
+}
+
+PlotScale CGraphView::Scale() const {
+    const QRect area = m_plot->axisRect()->rect().translated(m_plot->pos());
+    const double left = area.left();
+    const double bottom = area.bottom();
+    return {{m_index_plan.low, m_index_plan.high, left, left + area.width()},
+            {m_value_plan.low, m_value_plan.high, bottom, bottom - area.height()}};
+}
+
+QRect CGraphView::PartRect(const PercentRect& part) const {
+    const QRectF area =
+        QRectF(rect()).adjusted(kFrameWidth, kFrameWidth, -kFrameWidth, -kFrameWidth);
+    const QPointF from(area.left() + area.width() * part.left / 100.0,
+                       area.top() + area.height() * part.top / 100.0);
+    const QPointF to(area.left() + area.width() * part.right / 100.0,
+                     area.top() + area.height() * part.bottom / 100.0);
+    return QRect(from.toPoint(), to.toPoint() - QPoint(1, 1));
+}
+
+QFont CGraphView::ChartFont(int pixels, bool bold) const {
+    QFont chart_font = font();
+    chart_font.setPixelSize(pixels);
+    chart_font.setBold(bold);
+    return chart_font;
+}
+
+// The colours are chosen for a light background; where one cannot be told from a dark one, the text
+// colour takes its place.
+QColor CGraphView::LegibleColour(ChartColour colour) const {
+    const QColor own = ToQColor(colour);
+    const QColor base = palette().color(QPalette::Base);
+    return std::abs(qGray(own.rgb()) - qGray(base.rgb())) < 20 ? palette().color(QPalette::Text)
+                                                               : own;
+}
+
+void CGraphView::PlanAxes() {
+    const CDocControl& chart = m_control->document();
+    const bool bars = chart.display.form == DisplayForm::Bars;
+    DataBounds bounds = chart.Bounds().value_or(DataBounds{0.0, 1.0, 0.0, 1.0});
+    if (bars) {
+        bounds.y_low = std::min(bounds.y_low, 0.0);
+        bounds.y_high = std::max(bounds.y_high, 0.0);
+        if (bounds.y_low == bounds.y_high)
+            bounds.y_high = std::max(chart.value_scale.interval, 1.0);
+    }
+    const QSize room = m_plot->size() - QSize(kSideRoom, kBottomRoom);
+    const double line_height = QFontMetricsF(ChartFont(kAxisTextHeight)).height();
+    const auto fitting = [](double pixels, double distance, int most) {
+        return std::clamp(static_cast<int>(pixels / distance), 2, most);
+    };
+    m_value_plan = PlanAxis(chart.value_scale, bounds.y_low, bounds.y_high, chart.display.headroom,
+                            fitting(room.height(), kValueLabelDistance, kMostLabels / 2),
+                            fitting(room.height(), line_height, kMostLabels));
+    m_index_plan =
+        bars ? PlanItemAxis(chart.ItemCount())
+             : PlanAxis(chart.index_scale, bounds.x_low, bounds.x_high, chart.display.headroom,
+                        fitting(room.width(), kTimeLabelDistance, kMostLabels / 2), kMostLabels);
+    m_plot->yAxis->setRange(m_value_plan.low, m_value_plan.high);
+    m_plot->xAxis->setRange(m_index_plan.low, m_index_plan.high);
+    m_plot->yAxis->setTicker(QSharedPointer<PlanTicker>::create(m_value_plan, nullptr));
+    m_plot->xAxis->setTicker(QSharedPointer<PlanTicker>::create(
+        m_index_plan, chart.index_scale.labels == ScaleLabels::ItemTexts ? &chart : nullptr));
+    PlaceIndexLabels(room.width());
+}
+
+// Labels stand side by side if they fit, else they are turned.
+void CGraphView::PlaceIndexLabels(int width) {
+    const CDocControl& chart = m_control->document();
+    const bool texts = chart.index_scale.labels == ScaleLabels::ItemTexts;
+    const QFontMetricsF metrics(ChartFont(kAxisTextHeight));
+    QVector<QString> labels;
+    for (double tick : m_index_plan.Ticks())
+        labels.append(texts ? chart.Label(static_cast<int>(tick)) : m_index_plan.LabelText(tick));
+    const double widest = WidestText(metrics, labels);
+    const double distance = width * m_index_plan.step / (m_index_plan.high - m_index_plan.low);
+    double angle = 0.0;
+    if (widest + kLabelGap > distance) {
+        if (!texts)
+            angle =
+                chart.index_scale.labels_turn ? SignedAngle(chart.index_scale.label_angle) : 0.0;
+        else if ((chart.item_style.flags & ItemStyle::kUprightLabel) != 0 ||
+                 distance < metrics.height() * 1.5)
+            angle = -90.0;
+        else
+            angle = -45.0;
+    }
+    m_plot->xAxis->setTickLabelRotation(angle);
+    // The plot leaves no room for the half of the last label that stands beyond the axis.
+    const int right =
+        angle == 0.0 && !labels.isEmpty()
+            ? static_cast<int>(std::ceil(metrics.horizontalAdvance(labels.last()) / 2.0))
+            : 0;
+    m_plot->axisRect()->setMinimumMargins(
+        {0, kPlotMargin + 4, std::max(right, kPlotMargin) + 4, 0});
+}
+
+void CGraphView::StyleAxes() {
+    const CDocControl& chart = m_control->document();
+    const QColor text = palette().color(QPalette::Text);
+    const bool dark = qGray(palette().color(QPalette::Base).rgb()) < 128;
+    m_plot->setGeometry(PartRect(chart.display_rect));
+    m_plot->setBackground(palette().brush(QPalette::Base));
+
+    const AxisLabel* const titles[] = {&chart.value_label, &chart.index_label};
+    QCPAxis* const axes[] = {m_plot->yAxis, m_plot->xAxis};
+    const int lengths[] = {m_plot->height() - kBottomRoom, m_plot->width() - kSideRoom};
+    const bool on[] = {chart.value_axis_on, chart.index_axis_on};
+    for (size_t i = 0; i < std::size(axes); ++i) {
+        QCPAxis& axis = *axes[i];
+        axis.setVisible(chart.has_scales && on[i]);
+        axis.setBasePen(QPen(text, 1));
+        axis.setTickLabelFont(ChartFont(kAxisTextHeight));
+        axis.setTickLabelColor(text);
+        axis.setTickLabelPadding(3);
+        axis.setLabelPadding(3);
+        // Without a set of marks there is not even a dot on the axis.
+        axis.setTickPen(Qt::NoPen);
+        axis.setSubTickPen(Qt::NoPen);
+        QColor title_colour = text;
+        title_colour.setAlpha(titles[i]->opacity);
+        int height = kAxisTitleHeight;
+        QFont title_font = ChartFont(height, titles[i]->bold);
+        while (height > kSmallestTitleHeight &&
+               QFontMetricsF(title_font).horizontalAdvance(titles[i]->text) > lengths[i])
+            title_font = ChartFont(--height, titles[i]->bold);
+        axis.setLabel(titles[i]->text);
+        axis.setLabelFont(title_font);
+        axis.setLabelColor(title_colour);
+
+        QCPGrid& grid = *axis.grid();
+        const GridLines lines = i < chart.grid_lines.size() ? chart.grid_lines[i] : GridLines();
+        QColor line_colour = ToQColor(lines.colour);
+        // Light lines would be the brightest thing on a dark background.
+        if (dark)
+            line_colour.setAlpha(qGray(line_colour.rgb()) > 128 ? 80 : 200);
+        const QPen line_pen(line_colour, 1, PatternStyle(lines.pattern));
+        grid.setVisible(chart.has_scales && lines.on != 0);
+        grid.setPen(lines.level == 0 ? line_pen : QPen(Qt::NoPen));
+        grid.setSubGridVisible(lines.level == 1);
+        grid.setSubGridPen(line_pen);
+        grid.setZeroLinePen(axes[i] == m_plot->yAxis ? QPen(text, 1) : QPen(Qt::NoPen));
+        axis.setSubTicks(lines.level == 1);
+    }
+    for (const TickMarks& marks : chart.tick_marks) {
+        QCPAxis& axis = *axes[static_cast<size_t>(marks.axis)];
+        const QPen pen(LegibleColour(marks.colour), 1);
+        const bool outside = (marks.sides & 1) != 0;
+        const bool inside = (marks.sides & 2) != 0;
+        if (marks.level == 0) {
+            axis.setTickPen(pen);
+            axis.setTickLength(inside ? kTickLength : 0, outside ? kTickLength : 0);
+        } else {
+            axis.setSubTicks(true);
+            axis.setSubTickPen(pen);
+            axis.setSubTickLength(inside ? kSubTickLength : 0, outside ? kSubTickLength : 0);
+        }
+    }
+}
+
+void CGraphView::paintEvent(QPaintEvent*) {
+    if (m_redraw_due) {
+        if (m_style_due)
+            StyleAxes();
+        // The axes stay still under a drag.
+        if (!m_dragged_item)
+            PlanAxes();
+        m_redraw_due = m_style_due = false;
+        m_plot->replot(QCustomPlot::rpQueuedRefresh);
+    }
+    QPainter painter(this);
+    painter.fillRect(rect(), palette().brush(QPalette::Mid));
+    painter.fillRect(rect().adjusted(kFrameWidth, kFrameWidth, -kFrameWidth, -kFrameWidth),
+                     palette().brush(QPalette::Base));
+
+    const ChartTitle& title = m_control->document().title;
+    const QRect band = PartRect(title.rect).adjusted(kPlotMargin, 0, -kPlotMargin, 0);
+    painter.setFont(ChartFont(title.text_height, true));
+    painter.setPen(palette().color(QPalette::Text));
+    QStringList lines = title.text.split(u'\n');
+    for (QString& line : lines)
+        line = painter.fontMetrics().elidedText(line, Qt::ElideRight, band.width());
+    constexpr Qt::Alignment kAlignments[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
+    const Qt::Alignment alignment =
+        kAlignments[std::clamp(title.alignment, 0, 2)] | Qt::AlignVCenter;
+    painter.drawText(band, static_cast<int>(alignment), lines.join(u'\n'));
+}
+
+void CGraphView::resizeEvent(QResizeEvent*) {
+    m_plot->setGeometry(PartRect(m_control->document().display_rect));
+    m_style_due = true;
+    Redraw();
+}
+
+void CGraphView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
+        m_style_due = true;
+        Redraw();
+    }
+}

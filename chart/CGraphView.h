@@ -1,0 +1,80 @@
+#pragma once
+
+#include "chart/AxisPlan.h"
+#include "chart/PlotScale.h"
+
+#include <QWidget>
+
+#include <optional>
+
+class CGraphControl;
+class ProfileSession;
+class QCustomPlot;
+
+/// The item under the mouse.
+struct ChartHit {
+    int index = 0;
+};
+
+/// Shows the chart of a CGraphControl and lets the user read items in tips and drag them. What is
+/// dragged goes into the session's table and comes back through the control, so that chart and grid
+/// always show the same numbers. Neither pointer is owned; both outlive the view.
+class CGraphView : public QWidget {
+    Q_OBJECT
+
+public:
+    CGraphView(ProfileSession* session, CGraphControl* control, QWidget* parent = nullptr);
+
+    /// Shows the tip of an item at the last mouse position, for 10 seconds.
+    void ShowTip(const ChartHit& hit);
+
+    /// Moves the item that is being dragged to the height of `point`. Marks the session as
+    /// modified, also when nothing is being dragged.
+    void DragPoint(QPoint point);
+
+    /// The mapping between axis units and the pixels of this widget, as drawn last.
+    PlotScale Scale() const;
+
+signals:
+    /// A press on the chart begins; an open cell editor is to be closed.
+    void PressBegins();
+    /// The item of this grid row was picked.
+    void CellPicked(int row);
+
+protected:
+    bool event(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void Redraw();
+    void PlanAxes();
+    void StyleAxes();
+    void PlaceIndexLabels(int width);
+    void Hover(QPoint position);
+    void FinishDrag();
+    QString TipText(int index) const;
+    QFont ChartFont(int pixels, bool bold = false) const;
+    QColor LegibleColour(ChartColour colour) const;
+    QRect PartRect(const PercentRect& part) const;
+
+    ProfileSession* m_session;
+    CGraphControl* m_control;
+    QCustomPlot* m_plot;
+    AxisPlan m_value_plan;
+    AxisPlan m_index_plan;
+    bool m_redraw_due = true;
+    bool m_style_due = true;
+
+    QPoint m_last_mouse;
+    QPoint m_press_position;
+    std::optional<int> m_tipped_item;
+    std::optional<int> m_dragged_item;  // from the press to the release
+    bool m_drag_began = false;
+};

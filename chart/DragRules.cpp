@@ -1,0 +1,72 @@
+#include "chart/DragRules.h"
+
+#include "app/EnglishAtof.h"
+#include "profiles/NumberText.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double kHundredthsSlack = 0.0005;
+
+// Axis units. The press may lie further right of and above a point than left of and below it by the
+// closed ends, and never at the open ones.
+constexpr double kLeftOpen = -3.6;
+constexpr double kRightClosed = 3.0;
+constexpr double kBelowOpen = -2.6;
+constexpr double kAboveClosed = 2.1;
+constexpr double kPickSlack = 1e-6;
+
+bool IsBetween(double distance, double open, double closed) {
+    return distance > open + kPickSlack && distance <= closed + kPickSlack;
+}
+
+}  // namespace
+
+double CutToHundredths(double value) {
+    const double hundredths = value * 100.0;
+    const double nearest = std::round(hundredths);
+    const bool is_whole = std::abs(hundredths - nearest) <= kHundredthsSlack;
+    // Adding 0 takes the sign off a zero.
+    return (is_whole ? nearest : std::trunc(hundredths)) / 100.0 + 0.0;
+}
+
+std::optional<DragValue> AcceptDrag(ProfileKind kind, double value) {
+    const KindDescriptor& facts = Describe(kind);
+    const double cut = CutToHundredths(value);
+    if (facts.columns == 0 || !std::isfinite(static_cast<float>(cut)))
+        return {};
+    if (facts.coefficients && cut > double{facts.typed_bound})
+        return {};
+    if (facts.hasNames())
+        return DragValue{std::trunc(cut) + 0.0, FormatValue(static_cast<float>(cut), 0)};
+    return DragValue{cut, FormatValue(static_cast<float>(cut), 2)};
+}
+
+std::optional<qsizetype> PickPoint(const QList<QPointF>& points, QPointF press) {
+    const auto picked = std::find_if(points.cbegin(), points.cend(), [press](QPointF point) {
+        return IsBetween(press.x() - point.x(), kLeftOpen, kRightClosed) &&
+               IsBetween(press.y() - point.y(), kBelowOpen, kAboveClosed);
+    });
+    if (picked == points.cend())
+        return {};
+    return picked - points.cbegin();
+}
+
+QString FunctionTip(double time, double value) {
+    return u"(%1°, %2°)"_s.arg(FormatValue(static_cast<float>(time), 2),
+                               FormatValue(static_cast<float>(value), 2));
+}
+
+QString ProfileTip(ProfileKind kind, const QString& label, const QString& value,
+                   const QString& name) {
+    const KindDescriptor& facts = Describe(kind);
+    const float number = EnglishAtof(value);
+    // Plain concatenation: a label or a name may itself hold a place marker such as "%2".
+    if (facts.coefficients)
+        return label + u", Coefficient = "_s + FormatValue(number, 2);
+    return label + u", Consommation = "_s + FormatValue(number, 0) + u", "_s + name;
+}

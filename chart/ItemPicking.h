@@ -1,0 +1,18 @@
+#pragma once
+
+#include "chart/CDocControl.h"
+#include "chart/PlotScale.h"
+
+#include <QPointF>
+
+#include <optional>
+
+/// Width of a bar in parts of the room between two items.
+constexpr double kBarWidth = 0.72;
+
+/// Pixels around a point, or above and below the end of a bar, that still belong to it.
+constexpr double kHitDistance = 6.0;
+
+/// The item under `position` (pixels). A bar owns its column between the axis and its end, the
+/// nearest point wins, and among equally near ones the one of the lower row.
+std::optional<int> HitItem(const CDocControl& chart, const PlotScale& scale, QPointF position);

@@ -1,0 +1,116 @@
+#include "chart/LineThinning.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// So many points of a line per pixel column are worth drawing one by one.
+constexpr size_t kMostPerColumn = 8;
+
+// One run of neighbouring points in the same column; the indices are in the order of the points.
+struct Run {
+    size_t first = 0;
+    size_t lowest = 0;
+    size_t highest = 0;
+    size_t last = 0;
+};
+
+class Line {
+public:
+    Line(std::span<const double> xs, std::span<const double> ys, const PlotScale& scale)
+        : m_xs(xs), m_ys(ys), m_scale(scale) {}
+
+    void Append(size_t index) { m_points.push_back(m_scale.ToPixels({m_xs[index], m_ys[index]})); }
+
+    void Append(const Run& run) {
+        size_t kept[] = {run.first, run.lowest, run.highest, run.last};
+        std::sort(std::begin(kept), std::end(kept));
+        for (auto at = std::begin(kept); at != std::unique(std::begin(kept), std::end(kept)); ++at)
+            Append(*at);
+    }
+
+    std::vector<QPointF>& Points() { return m_points; }
+
+private:
+    std::span<const double> m_xs;
+    std::span<const double> m_ys;
+    PlotScale m_scale;
+    std::vector<QPointF> m_points;
+};
+
+// Each column's lowest and highest point, from left to right.
+std::vector<QPointF> Envelope(std::span<const double> xs, std::span<const double> ys,
+                              const PlotScale& scale, double columns, size_t width) {
+    struct Extremes {
+        double low = 0.0;
+        double high = 0.0;
+        bool used = false;
+    };
+    std::vector<Extremes> extremes(width + 1);
+    const double left = std::min(scale.x.from, scale.x.to);
+    for (size_t i = 0; i < xs.size(); ++i) {
+        if (!std::isfinite(xs[i]) || !std::isfinite(ys[i]))
+            continue;
+        const double column = (scale.x.ToPixel(xs[i]) - left) * columns;
+        if (column < 0.0 || column > static_cast<double>(width))
+            continue;
+        Extremes& here = extremes[static_cast<size_t>(column)];
+        here.low = here.used ? std::min(here.low, ys[i]) : ys[i];
+        here.high = here.used ? std::max(here.high, ys[i]) : ys[i];
+        here.used = true;
+    }
+    std::vector<QPointF> points;
+    for (size_t column = 0; column < extremes.size(); ++column) {
+        const Extremes& here = extremes[column];
+        if (!here.used)
+            continue;
+        const double x = left + (static_cast<double>(column) + 0.5) / columns;
+        points.emplace_back(x, scale.y.ToPixel(here.low));
+        points.emplace_back(x, scale.y.ToPixel(here.high));
+    }
+    return points;
+}
+
+}  // namespace
+
+std::vector<QPointF> ThinLine(std::span<const double> xs, std::span<const double> ys,
+                              const PlotScale& scale, double columns) {
+    const size_t count = std::min(xs.size(), ys.size());
+    const double width = std::ceil(std::abs(scale.x.to - scale.x.from) * columns) + 1.0;
+    const size_t most = kMostPerColumn * static_cast<size_t>(std::clamp(width, 1.0, 1e6));
+    const double factor = scale.x.PixelsPerUnit() * columns;
+    const double offset = (scale.x.from * columns) - scale.x.low * factor;
+
+    Line line(xs, ys, scale);
+    Run run;
+    double run_column = 0.0;
+    bool in_run = false;
+    for (size_t i = 0; i < count; ++i) {
+        const double x = xs[i];
+        const double y = ys[i];
+        // A difference with itself is 0 for finite numbers only.
+        if ((x - x) + (y - y) != 0.0)
+            continue;
+        const double column = std::floor(offset + x * factor);
+        if (in_run && column == run_column) {
+            if (y < ys[run.lowest])
+                run.lowest = i;
+            if (y > ys[run.highest])
+                run.highest = i;
+            run.last = i;
+            continue;
+        }
+        if (in_run)
+            line.Append(run);
+        run = {i, i, i, i};
+        run_column = column;
+        in_run = true;
+        if (count > most && line.Points().size() > most)
+            return Envelope(xs.first(count), ys.first(count), scale, columns,
+                            most / kMostPerColumn);
+    }
+    if (in_run)
+        line.Append(run);
+    return std::move(line.Points());
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QByteArray>
+#include <QColor>
+#include <QImage>
+#include <QPalette>
+#include <QRectF>
+#include <QSize>
+#include <QString>
+
+class QPainter;
+
+/// A drawing from the resources that follows the palette: its ink takes the colour of button texts,
+/// its focus mark the colour of selections. It is rendered anew for every size, so that it is sharp
+/// at every scale of the screen.
+class SvgPicture {
+public:
+    /// The colours that stand for ink and focus mark in the files.
+    static constexpr QRgb kInk = 0xff202020;
+    static constexpr QRgb kFocusMark = 0xff0a64c8;
+
+    SvgPicture() = default;
+
+    /// Null when there is no drawing at `path`.
+    explicit SvgPicture(const QString& path);
+
+    bool isNull() const { return m_svg.isEmpty(); }
+
+    /// The size it is drawn for.
+    QSize size() const { return m_size; }
+
+    /// The colours are those of `palette` in its current group.
+    void Draw(QPainter& painter, const QRectF& place, const QPalette& palette) const;
+
+    /// As an image of `size` logical pixels at the pixel ratio `ratio`.
+    QImage Image(QSize size, qreal ratio, const QPalette& palette) const;
+
+private:
+    QByteArray m_svg;
+    QSize m_size;
+};

@@ -1,0 +1,251 @@
+#include "grid/CGridControl.h"
+
+#include "app/Message.h"
+#include "grid/EntryStore.h"
+#include "grid/GridCellDelegate.h"
+#include "grid/TabMoves.h"
+#include "profiles/ProfileSession.h"
+#include "resources/DialogTemplate.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <set>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kScrollBarWidth = 15;
+
+// The key that the platform's keyboards once had for help; it moves like Tab.
+constexpr int kHelpKey = Qt::Key_Help;
+
+}  // namespace
+
+CGridControl::CGridControl(ProfileSession* session, QWidget* parent)
+    : QTableView(parent),
+      m_session(session),
+      m_delegate(new GridCellDelegate(this)),
+      m_clipboard(session) {
+    setModel(&m_session->table());
+    setItemDelegate(m_delegate);
+    setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
+    setSelectionMode(ExtendedSelection);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setWordWrap(false);
+    setTextElideMode(Qt::ElideRight);
+    setCornerButtonEnabled(false);
+    setFrameShape(NoFrame);  // header and rows alone make up the height the dialog gives the grid
+    connect(m_delegate, &GridCellDelegate::EndKeyPressed, this, &CGridControl::EndEditing);
+    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { m_header_selection = false; });
+    connect(horizontalHeader(), &QHeaderView::sectionPressed, this,
+            [this] { m_header_selection = true; });
+    m_session->table().SetEntryHook([this](int row, int column, const QString& text) {
+        return ValidateEntry(row, column, text);
+    });
+}
+
+void CGridControl::InitGrid() {
+    setUpdatesEnabled(false);
+    verticalScrollBar()->setFixedWidth(kScrollBarWidth);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setMinimumSectionSize(kGridRowHeight);
+    verticalHeader()->setDefaultSectionSize(kGridRowHeight);
+    verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    horizontalHeader()->setFixedHeight(m_session->facts().header_height);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignCenter | Qt::Alignment(Qt::TextWordWrap));
+    horizontalHeader()->setHighlightSections(false);
+    if (m_session->facts().rows == 0)
+        LayoutPointGrid();
+    else
+        LayoutProfileGrid();
+    setUpdatesEnabled(true);
+}
+
+void CGridControl::LayoutProfileGrid() {
+    verticalHeader()->hide();
+    const auto& widths = m_session->facts().column_widths;
+    for (int column = 0; column < m_session->facts().columns; ++column) {
+        if (const int width = widths[static_cast<size_t>(column)]; width > 0)
+            setColumnWidth(column, width);
+        else
+            horizontalHeader()->setSectionResizeMode(column, QHeaderView::Stretch);
+    }
+}
+
+void CGridControl::LayoutPointGrid() {
+    horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    ProfileTable* const table = &m_session->table();
+    for (auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(table, signal, this, &CGridControl::FitRowHeader);
+    connect(table, &QAbstractItemModel::modelReset, this, &CGridControl::FitRowHeader);
+    FitRowHeader();
+}
+
+// Just as wide as the largest row number asks for: the columns share what is left.
+void CGridControl::FitRowHeader() {
+    const QString largest = QString::number(std::max(10, m_session->table().RowCount()));
+    verticalHeader()->setFixedWidth(verticalHeader()->fontMetrics().horizontalAdvance(largest) +
+                                    10);
+}
+
+bool CGridControl::CommitOpenEditor() {
+    QWidget* const editor = m_delegate->OpenEditor();
+    if (editor == nullptr)
+        return true;
+    m_entry_accepted = true;
+    commitData(editor);
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
+    return m_entry_accepted;
+}
+
+bool CGridControl::ValidateEntry(int row, int column, const QString& text) {
+    // The message about a refused entry takes the focus from its editor, which then offers the same
+    // entry once more.
+    if (m_validating)
+        return false;
+    if (column == ProfileTable::kNameColumn && OnProfileChoice(row, text))
+        return true;
+    m_validating = true;
+    const std::optional<int> stored = StoreEntry(*m_session, row, column, text, EntrySource::Typed);
+    m_validating = false;
+    m_entry_accepted = stored.has_value();
+    if (stored && *stored != row)
+        SelectCell(*stored, column);
+    return m_entry_accepted;
+}
+
+bool CGridControl::OnProfileChoice(int row, const QString& choice) {
+    if (choice != kAddProfileChoice && choice != kViewProfileChoice)
+        return false;
+    // The nested dialog opens once the list has closed.
+    QMetaObject::invokeMethod(
+        this, [this, row, choice] { emit ProfileCommandChosen(row, choice); },
+        Qt::QueuedConnection);
+    return true;
+}
+
+bool CGridControl::CopySelection() {
+    return m_clipboard.Copy(Selection());
+}
+
+void CGridControl::PasteSelection() {
+    m_clipboard.Paste(Selection());
+}
+
+GridSelection CGridControl::Selection() const {
+    GridSelection selection;
+    selection.rows = SelectedRows();
+    selection.columns = SelectedColumns();
+    selection.whole_column = m_header_selection;
+    return selection;
+}
+
+void CGridControl::SelectCell(int row, int column) {
+    setCurrentIndex(model()->index(row - 1, column - 1));
+}
+
+QList<int> CGridControl::SelectedRows() const {
+    std::set<int> rows;
+    const QItemSelection ranges = selectionModel()->selection();
+    for (const QItemSelectionRange& range : ranges) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            rows.insert(row + 1);
+    }
+    return {rows.begin(), rows.end()};
+}
+
+QList<int> CGridControl::SelectedColumns() const {
+    std::set<int> columns;
+    const QItemSelection ranges = selectionModel()->selection();
+    for (const QItemSelectionRange& range : ranges) {
+        for (int column = range.left(); column <= range.right(); ++column)
+            columns.insert(column + 1);
+    }
+    return {columns.begin(), columns.end()};
+}
+
+void CGridControl::AnnounceCurrentRow() {
+    if (currentIndex().isValid())
+        OnEnterRow(currentIndex().row() + 1, currentIndex().column() + 1);
+}
+
+void CGridControl::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    OnLeaveRow(previous.row() + 1, previous.column() + 1);
+    OnEnterRow(current.row() + 1, current.column() + 1);
+    QTableView::currentChanged(current, previous);
+}
+
+void CGridControl::OnEnterRow(int row, int column) {
+    if (row < 1 || column < 1)
+        return;
+    m_session->ClearSaved();
+    emit RowEntered(row);
+}
+
+void CGridControl::OnLeaveRow(int row, int column) {
+    if (row >= 1 && column >= 1)
+        emit RowLeft(row);
+}
+
+void CGridControl::keyPressEvent(QKeyEvent* event) {
+    if (OnGridKeyDown(event->key(), event->modifiers())) {
+        event->accept();
+        return;
+    }
+    QTableView::keyPressEvent(event);
+}
+
+bool CGridControl::OnGridKeyDown(int key, Qt::KeyboardModifiers modifiers) {
+    const bool backward = key == Qt::Key_Backtab || modifiers.testFlag(Qt::ShiftModifier);
+    switch (key) {
+        case kHelpKey:
+            if (backward) {
+                ShowMessage(u"Help!"_s);
+                return true;
+            }
+            [[fallthrough]];
+        case Qt::Key_Tab:
+        case Qt::Key_Backtab: break;
+        case Qt::Key_Return:
+        case Qt::Key_Enter: MoveDown(); return true;
+        case Qt::Key_Delete: return true;  // would open an editor only to empty it
+        default: return false;
+    }
+    const ProfileTable& table = m_session->table();
+    std::optional<CellPosition> current;
+    if (currentIndex().isValid())
+        current = CellPosition{currentIndex().row() + 1, currentIndex().column() + 1};
+    const auto next = TabMove(m_session->kind(), table.RowCount(), table.ColumnCount(), current,
+                              backward ? TabDirection::Backward : TabDirection::Forward);
+    if (next)
+        SelectCell(next->row, next->column);
+    return true;
+}
+
+void CGridControl::EndEditing(int key) {
+    if (!CommitOpenEditor())
+        return;
+    setFocus();
+    switch (key) {
+        case Qt::Key_Up:
+            if (currentIndex().row() > 0)
+                setCurrentIndex(currentIndex().siblingAtRow(currentIndex().row() - 1));
+            break;
+        case Qt::Key_Down:
+        case Qt::Key_Return:
+        case Qt::Key_Enter: MoveDown(); break;
+        default: OnGridKeyDown(key, Qt::NoModifier); break;
+    }
+}
+
+void CGridControl::MoveDown() {
+    const QModelIndex current = currentIndex();
+    if (current.isValid() && current.row() + 1 < model()->rowCount())
+        setCurrentIndex(current.siblingAtRow(current.row() + 1));
+}

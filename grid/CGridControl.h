@@ -1,0 +1,74 @@
+#pragma once
+
+#include "grid/GridClipboard.h"
+
+#include <QList>
+#include <QTableView>
+
+class GridCellDelegate;
+class ProfileSession;
+
+/// The grid of rows beside the chart: shows the session's table, takes what the user types, and
+/// tells which row is current. Rows and columns are grid numbers: 0 is a header, data counts
+/// from 1.
+class CGridControl : public QTableView {
+    Q_OBJECT
+
+public:
+    explicit CGridControl(ProfileSession* session, QWidget* parent = nullptr);
+
+    /// Gives the grid the layout of the session's kind.
+    void InitGrid();
+
+    /// Ends an open cell editor and stores its entry. False when the entry was refused.
+    bool CommitOpenEditor();
+
+    /// Checks the entry `text` for a cell and, if it is right, stores it through the session. False
+    /// when it is refused; the cell then keeps its text.
+    bool ValidateEntry(int row, int column, const QString& text);
+
+    void SelectCell(int row, int column);
+
+    /// The rows and columns that hold a selected cell, in order.
+    QList<int> SelectedRows() const;
+    QList<int> SelectedColumns() const;
+
+    /// Copies the selected cells, or tells why not; true when they were copied.
+    bool CopySelection();
+
+    /// Pastes the clipboard from the first selected cell on.
+    void PasteSelection();
+
+    /// Tells again which row is current, after rows came or went.
+    void AnnounceCurrentRow();
+
+signals:
+    void RowEntered(int row);
+    void RowLeft(int row);
+
+    /// The user chose to add or to view a daily profile in `row`; the cell keeps its text.
+    void ProfileCommandChosen(int row, const QString& choice);
+
+protected:
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void LayoutProfileGrid();
+    void LayoutPointGrid();
+    void FitRowHeader();
+    void OnEnterRow(int row, int column);
+    void OnLeaveRow(int row, int column);
+    bool OnGridKeyDown(int key, Qt::KeyboardModifiers modifiers);
+    bool OnProfileChoice(int row, const QString& choice);
+    GridSelection Selection() const;
+    void EndEditing(int key);
+    void MoveDown();
+
+    ProfileSession* m_session;  // not owned
+    GridCellDelegate* m_delegate;
+    GridClipboard m_clipboard;
+    bool m_header_selection = false;  // the selection was made by a press on a column's header
+    bool m_validating = false;
+    bool m_entry_accepted = true;
+};

@@ -1,0 +1,46 @@
+#include "grid/EntryRules.h"
+
+#include "app/EnglishAtof.h"
+#include "app/Message.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+bool CheckDecimalSeparator(QString& text) {
+    const auto points = text.count(u'.');
+    const auto commas = text.count(u',');
+    if (points + commas > 1) {
+        ShowMessage(
+            u"Le nombre entré comporte plusieurs virgules !\nVeuillez rectifier la saisie."_s,
+            MessageIcon::None);
+        return false;
+    }
+    text.replace(u',', u'.');
+    return true;
+}
+
+bool CheckTypedBound(ProfileKind kind, float value) {
+    const KindDescriptor& facts = Describe(kind);
+    if (!facts.coefficients || value <= facts.typed_bound)
+        return true;
+    ShowMessage(u"La valeur entrée\nest trop grande."_s, MessageIcon::Information);
+    return false;
+}
+
+int TargetRow(const QStringList& times, int row, float time) {
+    const int count = static_cast<int>(times.size());
+    int target = 1;
+    while (target < count && time > EnglishAtof(times[target - 1]))
+        ++target;
+    if (target > row && time < EnglishAtof(times[target - 1]))
+        --target;
+    return target;
+}
+
+int InsertionRow(const QStringList& times, float time) {
+    const auto later = std::find_if(times.cbegin(), times.cend(), [time](const QString& text) {
+        return EnglishAtof(text) > time;
+    });
+    return static_cast<int>(later - times.cbegin()) + 1;
+}

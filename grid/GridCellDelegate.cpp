@@ -1,0 +1,89 @@
+#include "grid/GridCellDelegate.h"
+
+#include "profiles/ProfileTable.h"
+
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QRegularExpressionValidator>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QStringList ChoicesOf(const QModelIndex& index) {
+    return index.data(ProfileTable::kChoicesRole).toStringList();
+}
+
+}  // namespace
+
+QWidget* GridCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
+                                        const QModelIndex& index) const {
+    if (const QStringList choices = ChoicesOf(index); !choices.isEmpty()) {
+        auto* const list = new QComboBox(parent);
+        list->addItems(choices);
+        // A choice made in the list is an entry of its own, there is nothing further to confirm.
+        connect(list, &QComboBox::activated, this, [this, list] {
+            auto* const self = const_cast<GridCellDelegate*>(this);
+            emit self->commitData(list);
+            emit self->closeEditor(list);
+        });
+        m_editor = list;
+        return list;
+    }
+    auto* const line = new QLineEdit(parent);
+    line->setFrame(false);
+    line->setValidator(
+        new QRegularExpressionValidator(QRegularExpression(u"[-+0-9.,eE]*"_s), line));
+    m_editor = line;
+    return line;
+}
+
+void GridCellDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+    const QString text = index.data(Qt::EditRole).toString();
+    if (auto* const list = qobject_cast<QComboBox*>(editor)) {
+        list->setCurrentIndex(list->findText(text));
+        return;
+    }
+    auto* const line = qobject_cast<QLineEdit*>(editor);
+    // A text that no number can hold came with the file; it must stay editable, not vanish.
+    line->setText(text);
+    line->selectAll();
+}
+
+void GridCellDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
+                                    const QModelIndex& index) const {
+    const auto* const list = qobject_cast<QComboBox*>(editor);
+    if (list != nullptr && list->currentIndex() < 0)
+        return;
+    const QString text =
+        list != nullptr ? list->currentText() : qobject_cast<QLineEdit*>(editor)->text();
+    if (text != index.data(Qt::EditRole).toString())
+        model->setData(index, text, Qt::EditRole);
+}
+
+void GridCellDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                                            const QModelIndex& /*index*/) const {
+    editor->setGeometry(option.rect);
+}
+
+bool GridCellDelegate::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() == QEvent::KeyPress && object == m_editor) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        switch (key) {
+            case Qt::Key_Return:
+            case Qt::Key_Enter:
+            case Qt::Key_Tab:
+            case Qt::Key_Backtab: emit EndKeyPressed(key); return true;
+            case Qt::Key_Up:
+            case Qt::Key_Down:
+                if (qobject_cast<QLineEdit*>(object) != nullptr) {
+                    emit EndKeyPressed(key);
+                    return true;
+                }
+                break;
+            default: break;
+        }
+    }
+    return QStyledItemDelegate::eventFilter(object, event);
+}

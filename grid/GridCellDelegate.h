@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QPointer>
+#include <QStyledItemDelegate>
+
+/// Makes the editors of the grid's cells: a line that takes only what a number can hold, or the
+/// list of choices where the cell has one. An editor whose text was not changed stores nothing.
+class GridCellDelegate : public QStyledItemDelegate {
+    Q_OBJECT
+
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    /// The editor that is open now, or nullptr.
+    QWidget* OpenEditor() const { return m_editor; }
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                          const QModelIndex& index) const override;
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override;
+    void setModelData(QWidget* editor, QAbstractItemModel* model,
+                      const QModelIndex& index) const override;
+    void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) const override;
+
+signals:
+    /// A key that ends editing was pressed in the editor: the grid commits the cell and moves.
+    void EndKeyPressed(int key) const;
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    mutable QPointer<QWidget> m_editor;
+};

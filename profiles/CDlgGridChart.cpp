@@ -1,0 +1,400 @@
+#include "profiles/CDlgGridChart.h"
+
+#include "app/Message.h"
+#include "chart/BitmapButton.h"
+#include "chart/CGraphControl.h"
+#include "chart/CGraphView.h"
+#include "chart/CSXButton.h"
+#include "grid/CDlgAjout.h"
+#include "grid/CGridControl.h"
+#include "resources/Resources.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QContextMenuEvent>
+#include <QFrame>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QPushButton>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kFontPixelSize = 11;
+constexpr int kPictureSize = 16;
+
+// Between the grid and the controls that had to move below it.
+constexpr int kGapBelowGrid = 6;
+
+// Controls from here on keep their distance to the right or the bottom edge of the dialog.
+constexpr int kRightPart = 247;
+constexpr int kBottomPart = 190;
+
+}  // namespace
+
+const CDlgGridChart::Command CDlgGridChart::kCommands[] = {
+    {kAdd, &CDlgGridChart::OnAdd, &ProfileSession::canAdd},
+    {kRemove, &CDlgGridChart::OnRemove, &ProfileSession::canRemove},
+    {kEdition, &CDlgGridChart::OnEdition, &ProfileSession::canEditCoefficients},
+    {kAdjust, &CDlgGridChart::OnAdjust, &ProfileSession::canEditCoefficients},
+    {kOpen, &CDlgGridChart::OnOpen, &ProfileSession::canOpen},
+    {kSave, &CDlgGridChart::OnSave, &ProfileSession::canSave},
+    {kSaveAs, &CDlgGridChart::OnSaveAs, &ProfileSession::canSaveAs},
+    {kUndo, &CDlgGridChart::OnUndo, &ProfileSession::canUndo},
+    {kRedo, &CDlgGridChart::OnRedo, &ProfileSession::canRedo},
+    {kCopy, &CDlgGridChart::OnCopy, &ProfileSession::canCopy},
+    {kPaste, &CDlgGridChart::OnPaste, &ProfileSession::canPaste},
+    {kHelp, &CDlgGridChart::OnHelp, nullptr},
+    {kRedrawChart, &CDlgGridChart::OnRedrawChart, nullptr},
+    {kOk, &CDlgGridChart::OnOK, nullptr},
+    {kCancel, &CDlgGridChart::reject, nullptr},
+    {kMenuOpen, &CDlgGridChart::OnOpen, &ProfileSession::canOpen},
+    {kMenuSave, &CDlgGridChart::OnSave, &ProfileSession::canSaveAs},
+    {kMenuSaveAs, &CDlgGridChart::OnSaveAs, &ProfileSession::canSaveAs},
+    {kMenuUndo, &CDlgGridChart::OnMenuUndo, &ProfileSession::canUndo},
+    {kMenuRedo, &CDlgGridChart::OnMenuRedo, &ProfileSession::canRedo},
+    {kMenuCopy, &CDlgGridChart::OnCopy, &ProfileSession::canCopy},
+    {kMenuPaste, &CDlgGridChart::OnPaste, &ProfileSession::canPaste},
+};
+
+CDlgGridChart::CDlgGridChart(SessionSetup setup, QWidget* parent)
+    : QDialog(parent), m_session(std::move(setup)) {
+    setWindowTitle(kMainDialogCaption.toString());
+    setWindowFlag(Qt::WindowMaximizeButtonHint);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+}
+
+int CDlgGridChart::DoModal() {
+    if (!OnInitDialog())
+        return kEndedAtStart;
+    exec();
+    return m_result;
+}
+
+void CDlgGridChart::CopyRowsTo(QStringList& times, QStringList& values) const {
+    m_session.CopyRowsTo(times, values);
+}
+
+bool CDlgGridChart::OnInitDialog() {
+    InitResources();
+    QFont small = font();
+    small.setPixelSize(kFontPixelSize);
+    setFont(small);
+    if (!m_session.InitialFill())
+        return false;
+    CreateControls();
+    CreateMenu();
+    m_grid->InitGrid();
+    if (!m_session.isViewOnly())
+        CreateChart();
+    Connect();
+    setMinimumSize(PixelSize(kMainDialogSize));
+    resize(minimumSize());
+    PlaceControls();
+    UpdateState();
+    m_grid->setFocus();
+    return true;
+}
+
+void CDlgGridChart::CreateControls() {
+    for (const ControlTemplate& control : kMainDialog) {
+        QWidget* const widget = CreateControl(control);
+        widget->setAccessibleName(control.accessible_name.toString());
+        widget->setObjectName(QString::number(control.id) + u'_' + control.caption.toString());
+        m_controls.insert(control.id, widget);
+    }
+    m_controls[kHelp]->setVisible(m_session.facts().rows > 0);
+    for (const Command& command : kCommands) {
+        if (auto* const button = qobject_cast<QAbstractButton*>(m_controls.value(command.id)))
+            connect(button, &QAbstractButton::clicked, this,
+                    [this, &command] { RunCommand(command); });
+    }
+}
+
+QWidget* CDlgGridChart::CreateControl(const ControlTemplate& control) {
+    const QString caption = control.caption.toString();
+    QAbstractButton* button = nullptr;
+    switch (control.control_class) {
+        case ControlClass::Grid: m_grid = new CGridControl(&m_session, this); return m_grid;
+        case ControlClass::ToolButton: {
+            auto* const tool = new BitmapButton(this);
+            tool->AutoLoad(caption);
+            tool->setToolTip(control.accessible_name.toString());
+            button = tool;
+            break;
+        }
+        case ControlClass::PictureButton: {
+            auto* const picture = new CSXButton(this);
+            picture->setText(caption);
+            picture->SetBitmap(control.picture, kPictureSize, kPictureSize);
+            button = picture;
+            break;
+        }
+        case ControlClass::PushButton: {
+            auto* const push = new QPushButton(caption, this);
+            push->setAutoDefault(false);
+            button = push;
+            break;
+        }
+        case ControlClass::CheckBox:
+            button = new QCheckBox(caption, this);
+            button->setStyleSheet(u"spacing: 3px"_s);  // the template's width asks for it
+            break;
+        default: return new QFrame(this);
+    }
+    // A click leaves the focus where it is, so that an open cell editor is committed by the command
+    // itself, which then does not run if the entry is refused.
+    button->setFocusPolicy(Qt::TabFocus);
+    return button;
+}
+
+void CDlgGridChart::CreateMenu() {
+    m_menu = new QMenu(this);
+    for (const MenuEntry& entry : kMenu) {
+        if (entry.id == 0) {
+            m_menu->addSeparator();
+            continue;
+        }
+        QAction* const action = m_menu->addAction(entry.caption.toString());
+        action->setShortcut(QKeySequence(entry.shortcut.toString()));
+        m_actions.insert(entry.id, action);
+    }
+    const std::pair<int, QKeySequence> without_entry[] = {{kAdd, Qt::Key_Insert},
+                                                          {kRedrawChart, Qt::Key_F5}};
+    for (const auto& [id, shortcut] : without_entry) {
+        auto* const action = new QAction(this);
+        action->setShortcut(shortcut);
+        m_actions.insert(id, action);
+    }
+    for (const Command& command : kCommands) {
+        if (QAction* const action = m_actions.value(command.id)) {
+            addAction(action);
+            connect(action, &QAction::triggered, this, [this, &command] { RunCommand(command); });
+        }
+    }
+}
+
+void CDlgGridChart::CreateChart() {
+    m_chart = new CGraphControl(this);
+    if (m_session.kind() == ProfileKind::Function)
+        m_chart->BuildFunctionChart();
+    else
+        m_chart->BuildProfileChart(m_session.kind());
+    m_chart->SetTitle(m_session.chartTitle());
+    m_chart->Attach(&m_session.table(), m_session.kind());
+    m_view = new CGraphView(&m_session, m_chart, this);
+    m_view->setGeometry(m_controls[kChartFrame]->geometry());
+    connect(m_grid, &CGridControl::RowEntered, m_chart,
+            [this](int row) { m_chart->SetHighlighted(row - 1, true); });
+    connect(m_grid, &CGridControl::RowLeft, m_chart,
+            [this](int row) { m_chart->SetHighlighted(row - 1, false); });
+    connect(m_view, &CGraphView::PressBegins, m_grid, &CGridControl::CommitOpenEditor);
+    connect(m_view, &CGraphView::CellPicked, m_grid,
+            [this](int row) { m_grid->SelectCell(row, ProfileTable::kValueColumn); });
+}
+
+void CDlgGridChart::Connect() {
+    connect(m_grid, &CGridControl::ProfileCommandChosen, this, &CDlgGridChart::OnProfileCommand);
+    connect(&m_session, &ProfileSession::StateChanged, this, &CDlgGridChart::UpdateState);
+    const ProfileTable* const table = &m_session.table();
+    const auto rows_changed = [this] {
+        PlaceControls();
+        m_grid->AnnounceCurrentRow();
+    };
+    connect(table, &QAbstractItemModel::rowsInserted, this, rows_changed);
+    connect(table, &QAbstractItemModel::rowsRemoved, this, rows_changed);
+    connect(table, &QAbstractItemModel::modelReset, this, rows_changed);
+}
+
+void CDlgGridChart::RunCommand(const Command& command) {
+    const bool enabled = command.enabled == nullptr || (m_session.*command.enabled)();
+    // Giving up does not depend on what was typed last.
+    if (enabled && (command.id == kCancel || m_grid->CommitOpenEditor()))
+        (this->*command.run)();
+    UpdateState();
+}
+
+void CDlgGridChart::UpdateState() {
+    for (const Command& command : kCommands) {
+        const bool enabled = command.enabled == nullptr || (m_session.*command.enabled)();
+        if (QWidget* const control = m_controls.value(command.id))
+            control->setEnabled(enabled);
+        if (QAction* const action = m_actions.value(command.id))
+            action->setEnabled(enabled);
+    }
+    qobject_cast<QCheckBox*>(m_controls[kEdition])->setChecked(m_session.isEdition());
+    setWindowTitle(m_session.caption());
+    if (m_chart != nullptr)
+        m_chart->SetTitle(m_session.chartTitle());
+}
+
+void CDlgGridChart::PlaceControls() {
+    const QSize extra = size() - PixelSize(kMainDialogSize);
+    for (const ControlTemplate& control : kMainDialog) {
+        QRect place = PixelRect(control.place);
+        const auto [x, y, width, height] = control.place;
+        if (x >= kRightPart)
+            place.translate(extra.width(), 0);
+        if (y >= kBottomPart)
+            place.translate(0, extra.height());
+        if (control.id == kChartFrame)
+            place.setSize(place.size() + extra);
+        if (control.id == kGrid)
+            place.setHeight(place.height() + extra.height());
+        m_controls[control.id]->setGeometry(place);
+    }
+    if (m_session.kind() == ProfileKind::Function) {
+        const QRect grid = PointGridRect(m_session.table().RowCount(), extra.height());
+        m_grid->setGeometry(grid.translated(extra.width(), 0));
+        QWidget* const below[] = {m_controls[kEdition], m_controls[kAdjust]};
+        const int top = std::min(below[0]->y(), below[1]->y());
+        const int shift = std::max(0, m_grid->geometry().bottom() + 1 + kGapBelowGrid - top);
+        for (QWidget* const control : below)
+            control->move(control->x(), control->y() + shift);
+    }
+    if (m_view != nullptr)
+        m_view->setGeometry(m_controls[kChartFrame]->geometry());
+}
+
+void CDlgGridChart::EndDialog(int result) {
+    m_result = result;
+    done(result);
+}
+
+void CDlgGridChart::OnAdd() {
+    CDlgAjout dialog(&m_session, this);
+    dialog.exec();
+    m_session.ForgetHistory();
+    if (dialog.InsertedRow() > 0)
+        m_grid->SelectCell(dialog.InsertedRow(), ProfileTable::kValueColumn);
+}
+
+void CDlgGridChart::OnRemove() {
+    m_session.RemoveRows(m_grid->SelectedRows());
+}
+
+void CDlgGridChart::OnEdition() {
+    m_session.SetEdition(!m_session.isEdition());
+}
+
+void CDlgGridChart::OnAdjust() {
+    m_session.Adjust();
+}
+
+void CDlgGridChart::OnOpen() {
+    if (!m_session.Open())
+        EndDialog(kEndedAtStart);
+}
+
+void CDlgGridChart::OnSave() {
+    m_session.Save();
+}
+
+void CDlgGridChart::OnSaveAs() {
+    m_session.SaveAs();
+}
+
+void CDlgGridChart::OnUndo() {
+    m_session.Undo();
+    m_session.SetModified();
+}
+
+void CDlgGridChart::OnRedo() {
+    m_session.Redo();
+    m_session.SetModified();
+}
+
+void CDlgGridChart::OnMenuUndo() {
+    m_session.Undo();
+}
+
+void CDlgGridChart::OnMenuRedo() {
+    m_session.Redo();
+}
+
+void CDlgGridChart::OnCopy() {
+    m_grid->CopySelection();
+    m_session.SetModified();
+}
+
+void CDlgGridChart::OnPaste() {
+    m_grid->PasteSelection();
+    m_session.SetModified();
+}
+
+void CDlgGridChart::OnRedrawChart() {
+    if (m_view != nullptr)
+        m_view->update();
+}
+
+// The button stands in the dialog and has nothing to say.
+void CDlgGridChart::OnHelp() {
+}
+
+void CDlgGridChart::OnProfileCommand(int row, const QString& choice) {
+    if (choice == kAddProfileChoice)
+        AddDailyProfile(row);
+    else
+        ViewDailyProfile(m_session.table().CellText(row, ProfileTable::kNameColumn));
+}
+
+void CDlgGridChart::AddDailyProfile(int row) {
+    QString name = u"Nouveau Profil"_s;
+    QStringList values(Describe(ProfileKind::Daily).rows, u"1"_s);
+    SessionSetup setup;
+    setup.kind = ProfileKind::Daily;
+    setup.mode = DisplayMode::Edit;
+    setup.name = &name;
+    setup.values = &values;
+    setup.folders = m_session.folders();
+    CDlgGridChart dialog(std::move(setup), this);
+    if (dialog.DoModal() != kAccepted || dialog.session().savedName().isEmpty())
+        return;
+    m_session.AddDailyProfile(dialog.session().savedName());
+    m_session.EnterName(row, dialog.session().savedName());
+}
+
+void CDlgGridChart::ViewDailyProfile(const QString& name) {
+    if (name.isEmpty())
+        return;
+    QString shown = name;
+    SessionSetup setup;
+    setup.kind = ProfileKind::Daily;
+    setup.mode = DisplayMode::View;
+    setup.text = m_session.folders().DailyProfilePath(name);
+    setup.name = &shown;
+    setup.folders = m_session.folders();
+    CDlgGridChart(std::move(setup), this).DoModal();
+}
+
+void CDlgGridChart::OnOK() {
+    EndDialog(kAccepted);
+}
+
+void CDlgGridChart::reject() {
+    if (AskYesNo(u"Do you really want to cancel ?"_s, u"Cancelling"_s))
+        EndDialog(kCancelled);
+}
+
+void CDlgGridChart::contextMenuEvent(QContextMenuEvent* event) {
+    m_menu->popup(event->globalPos());
+}
+
+// Enter presses the button that has the focus and nothing else: the dialog has no default button.
+void CDlgGridChart::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        if (auto* const button = qobject_cast<QAbstractButton*>(focusWidget()))
+            button->click();
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}
+
+void CDlgGridChart::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    if (m_grid != nullptr)
+        PlaceControls();
+}

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "profiles/ProfileSession.h"
+#include "resources/DialogTemplate.h"
+
+#include <QDialog>
+#include <QHash>
+#include <QStringList>
+
+class CGraphControl;
+class CGraphView;
+class CGridControl;
+class QAction;
+class QMenu;
+
+/// The main dialog: the grid and the chart of a session side by side with the commands on it. Wires
+/// the parts together; what the commands do is the session's.
+class CDlgGridChart : public QDialog {
+    Q_OBJECT
+
+public:
+    /// What `DoModal` returns.
+    enum Result : int { kEndedAtStart = 0, kAccepted = 1, kCancelled = 2 };
+
+    explicit CDlgGridChart(SessionSetup setup, QWidget* parent = nullptr);
+
+    /// Runs the dialog to its end: a `Result`.
+    int DoModal();
+
+    /// The rows as they stand in the grid.
+    void CopyRowsTo(QStringList& times, QStringList& values) const;
+
+    const ProfileSession& session() const { return m_session; }
+
+public slots:
+    /// Escape, the close box and the Cancel button: asks before anything is given up.
+    void reject() override;
+
+protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    struct Command {
+        int id;
+        void (CDlgGridChart::*run)();
+        bool (ProfileSession::*enabled)() const;  // nullptr: always
+    };
+    static const Command kCommands[];
+
+    bool OnInitDialog();
+    void CreateControls();
+    QWidget* CreateControl(const ControlTemplate& control);
+    void CreateMenu();
+    void CreateChart();
+    void Connect();
+    void RunCommand(const Command& command);
+    void UpdateState();
+    void PlaceControls();
+    void EndDialog(int result);
+
+    void OnAdd();
+    void OnRemove();
+    void OnEdition();
+    void OnAdjust();
+    void OnOpen();
+    void OnSave();
+    void OnSaveAs();
+    void OnUndo();
+    void OnRedo();
+    void OnMenuUndo();
+    void OnMenuRedo();
+    void OnCopy();
+    void OnPaste();
+    void OnRedrawChart();
+    void OnHelp();
+    void OnProfileCommand(int row, const QString& choice);
+    void AddDailyProfile(int row);
+    void ViewDailyProfile(const QString& name);
+    void OnOK();
+
+    ProfileSession m_session;
+    QHash<int, QWidget*> m_controls;
+    QHash<int, QAction*> m_actions;
+    QMenu* m_menu = nullptr;
+    CGridControl* m_grid = nullptr;
+    CGraphControl* m_chart = nullptr;
+    CGraphView* m_view = nullptr;  // none in the view-only mode
+    int m_result = kCancelled;
+};

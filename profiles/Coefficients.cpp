@@ -1,0 +1,127 @@
+#include "profiles/Coefficients.h"
+
+#include "app/EnglishAtof.h"
+#include "profiles/NumberText.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Where the searches for the smallest and the largest coefficient start; a value must be strictly
+// smaller or larger. A column without any coefficient below 12 has no smallest row.
+constexpr float kSmallestStart = 12.0F;
+constexpr float kLargestStart = 0.0F;
+
+constexpr qsizetype kNoRow = -1;
+
+// Rows of `column` that take part: never more than it has.
+qsizetype RowsOf(ProfileKind kind, const QStringList& column) {
+    return std::min<qsizetype>(CoefficientCount(kind), column.size());
+}
+
+float Target(ProfileKind kind) {
+    return static_cast<float>(CoefficientCount(kind));
+}
+
+// Sum of the rows as it is.
+float RawSum(ProfileKind kind, const QStringList& column) {
+    float sum = 0.0F;
+    for (qsizetype i = 0; i < RowsOf(kind, column); ++i)
+        sum += EnglishAtof(column[i]);
+    return sum;
+}
+
+// The row that takes the rounding error `residual`.
+qsizetype ResidualRow(ProfileKind kind, const QStringList& column, float residual) {
+    qsizetype smallest_row = kNoRow;
+    qsizetype largest_row = kNoRow;
+    float smallest = kSmallestStart;
+    float largest = kLargestStart;
+    for (qsizetype i = 0; i < RowsOf(kind, column); ++i) {
+        const float value = EnglishAtof(column[i]);
+        if (value < smallest) {
+            smallest = value;
+            smallest_row = i;
+        }
+        if (value > largest) {
+            largest = value;
+            largest_row = i;
+        }
+    }
+    return residual > 0.0F ? smallest_row : largest_row;
+}
+
+float WithResidual(const QString& text, float residual) {
+    return Round2(EnglishAtof(text) + residual);
+}
+
+}  // namespace
+
+int CoefficientCount(ProfileKind kind) {
+    return kind == ProfileKind::Annual ? 12 : 24;
+}
+
+float RoundedSum(ProfileKind kind, const QStringList& column) {
+    return Round2(RawSum(kind, column));
+}
+
+bool SumIsRight(ProfileKind kind, float sum) {
+    return !Describe(kind).coefficients || sum == Target(kind);
+}
+
+QString AdjustQuestion(ProfileKind kind, float sum) {
+    return u"La moyenne des coefficients\nmultiplicateurs doit être de 1.\nElle vaut actuellement "_s +
+           FormatValue(sum / Target(kind), 4) + u".\nVoulez-vous ajuster ces valeurs ?"_s;
+}
+
+QStringList AdjustCoefficients(ProfileKind kind, const QStringList& column, float sum) {
+    QStringList adjusted = column;
+    const float factor = Target(kind) / sum;
+    float total = 0.0F;
+    for (qsizetype i = 0; i < RowsOf(kind, column); ++i) {
+        const float value = Round2(EnglishAtof(column[i]) * factor);
+        total += value;
+        adjusted[i] = NumberText7(double{value});
+    }
+    const float residual = Target(kind) - total;
+    const qsizetype row = ResidualRow(kind, adjusted, residual);
+    if (row != kNoRow)
+        adjusted[row] = NumberText7(double{WithResidual(adjusted[row], residual)});
+    return adjusted;
+}
+
+QStringList RebalanceCoefficients(ProfileKind kind, const QStringList& column, int index,
+                                  float value) {
+    QStringList balanced = column;
+    const qsizetype rows = RowsOf(kind, column);
+    if (index < 0 || index >= rows)
+        return balanced;
+    balanced[index] = FormatValue(value, 2);
+    float others = 0.0F;
+    for (qsizetype i = 0; i < rows; ++i) {
+        if (i != index)
+            others += EnglishAtof(column[i]);
+    }
+    const float factor = (Target(kind) - value) / others;
+    const float even_share = Round2((Target(kind) - value) / (Target(kind) - 1.0F));
+    for (qsizetype i = 0; i < rows; ++i) {
+        if (i == index)
+            continue;
+        const float other =
+            std::isfinite(factor) ? Round2(EnglishAtof(column[i]) * factor) : even_share;
+        balanced[i] = FormatValue(other, 2);
+    }
+    return balanced;
+}
+
+QStringList SettleRemainder(ProfileKind kind, const QStringList& column) {
+    QStringList settled = column;
+    const float remainder = Target(kind) - RawSum(kind, column);
+    const qsizetype row = ResidualRow(kind, column, remainder);
+    if (row != kNoRow)
+        settled[row] = FormatValue(WithResidual(column[row], remainder), 2);
+    return settled;
+}

@@ -1,0 +1,116 @@
+#include "profiles/EditHistory.h"
+
+#include "app/EnglishAtof.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr qsizetype kMostSnapshots = EditHistory::kTableRows;
+constexpr qsizetype kMostSteps = 12;
+
+// Rows of the table that hold one bank of steps.
+constexpr size_t kBankRows = 3;
+
+}  // namespace
+
+EditHistory::EditHistory(ProfileKind kind) : m_kind(kind) {
+}
+
+void EditHistory::Reset() {
+    m_store = {};
+    m_before_push.reset();
+}
+
+bool EditHistory::CanUndo() const {
+    return m_store.position >= 0;
+}
+
+bool EditHistory::CanRedo() const {
+    return m_store.position < m_store.limit;
+}
+
+// Drops the undone records, then the oldest one when there are too many.
+template <typename Record>
+void EditHistory::Push(QList<Record>& records, const Record& record, qsizetype most) {
+    records.resize(m_store.position + 1);
+    if (records.size() == most)
+        records.removeFirst();
+    records.append(record);
+    m_store.position = m_store.limit = static_cast<int>(records.size()) - 1;
+}
+
+void EditHistory::PushSnapshot(const QStringList& column) {
+    if (!Describe(m_kind).coefficients)
+        return;
+    m_before_push = m_store;
+    Push(m_store.snapshots, column, kMostSnapshots);
+    m_store.shown.clear();
+}
+
+std::optional<QStringList> EditHistory::UndoSnapshot(const QStringList& shown) {
+    if (!Describe(m_kind).coefficients || !CanUndo())
+        return std::nullopt;
+    m_before_push.reset();
+    if (!CanRedo())
+        m_store.shown = shown;
+    return m_store.snapshots[m_store.position--];
+}
+
+std::optional<QStringList> EditHistory::RedoSnapshot() {
+    if (!Describe(m_kind).coefficients || !CanRedo())
+        return std::nullopt;
+    m_before_push.reset();
+    ++m_store.position;
+    return CanRedo() ? m_store.snapshots[m_store.position + 1] : m_store.shown;
+}
+
+std::optional<QStringList> EditHistory::DropSnapshot() {
+    if (!m_before_push)
+        return std::nullopt;
+    const QStringList column = m_store.snapshots.last();
+    m_store = *std::exchange(m_before_push, std::nullopt);
+    return column;
+}
+
+void EditHistory::PushStep(const HistoryStep& step) {
+    if (!Describe(m_kind).coefficients && step.before != step.after)
+        Push(m_store.steps, step, kMostSteps);
+}
+
+std::optional<HistoryStep> EditHistory::UndoStep() {
+    if (Describe(m_kind).coefficients || !CanUndo())
+        return std::nullopt;
+    return m_store.steps[m_store.position--];
+}
+
+std::optional<HistoryStep> EditHistory::RedoStep() {
+    if (Describe(m_kind).coefficients || !CanRedo())
+        return std::nullopt;
+    return m_store.steps[++m_store.position];
+}
+
+EditHistory::FloatTable EditHistory::Table(const QStringList& daily_profiles) const {
+    FloatTable table;
+    for (auto& row : table)
+        row.fill(kEmptySlot);
+    for (qsizetype i = 0; i < m_store.snapshots.size(); ++i) {
+        const QStringList& column = m_store.snapshots[i];
+        const qsizetype slots_used = std::min<qsizetype>(column.size(), kTableSlots);
+        for (qsizetype slot = 0; slot < slots_used; ++slot)
+            table[static_cast<size_t>(i)][static_cast<size_t>(slot)] = EnglishAtof(column[slot]);
+    }
+    const auto put = [&](size_t bank, size_t slot, const RowState& state) {
+        table[bank][slot] = static_cast<float>(state.row);
+        table[bank + 1][slot] = Describe(m_kind).hasNames()
+                                    ? static_cast<float>(daily_profiles.indexOf(state.name))
+                                    : EnglishAtof(state.label);
+        table[bank + 2][slot] = EnglishAtof(state.value);
+    };
+    for (qsizetype i = 0; i < m_store.steps.size(); ++i) {
+        put(0, static_cast<size_t>(i), m_store.steps[i].before);
+        put(kBankRows, static_cast<size_t>(i), m_store.steps[i].after);
+    }
+    return table;
+}

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "profiles/ProfileKind.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <array>
+#include <optional>
+
+/// The state of one row in a step: its place and its very texts.
+struct RowState {
+    int row = 0;    ///< 0-based
+    QString label;  ///< column 1: the time of a point
+    QString value;  ///< column 2
+    QString name;   ///< column 3
+
+    friend bool operator==(const RowState&, const RowState&) = default;
+};
+
+/// One user action on one row. `before.row` and `after.row` differ when a new time moved the row.
+struct HistoryStep {
+    RowState before;
+    RowState after;
+
+    friend bool operator==(const HistoryStep&, const HistoryStep&) = default;
+};
+
+/// The dialog's undo store. Kinds with coefficients keep up to six snapshots of the value column,
+/// the others up to twelve steps. Undo and redo are inverse to each other in every sequence, and a
+/// cell that comes back gets its very text again.
+///
+/// Seen from outside the history is a table of 6 x 24 floats with a position and a redo limit: a
+/// snapshot a row, or two banks of three rows (before, after). `Table` shows it that way.
+class EditHistory {
+public:
+    explicit EditHistory(ProfileKind kind = ProfileKind::Function);
+
+    /// Forgets everything.
+    void Reset();
+
+    bool CanUndo() const;
+    bool CanRedo() const;
+
+    /// Records `column`, the value column as it was before an edit. For kinds with coefficients.
+    void PushSnapshot(const QStringList& column);
+
+    /// The column to restore, given the one shown now; nothing when there is no step to undo.
+    std::optional<QStringList> UndoSnapshot(const QStringList& shown);
+    std::optional<QStringList> RedoSnapshot();
+
+    /// Takes the newest snapshot back as if it had never been pushed, for an edit that was refused
+    /// after its record; what the push dropped is there again. Returns the recorded column; nothing
+    /// when the last call that did something was no push.
+    std::optional<QStringList> DropSnapshot();
+
+    /// Records one action; one that changed nothing is left out. For kinds without coefficients.
+    void PushStep(const HistoryStep& step);
+
+    /// The step whose `before` is to be restored, or whose `after` is to be made again.
+    std::optional<HistoryStep> UndoStep();
+    std::optional<HistoryStep> RedoStep();
+
+    static constexpr int kTableRows = 6;
+    static constexpr int kTableSlots = 24;
+    static constexpr float kEmptySlot = -1.0F;
+    using FloatTable = std::array<std::array<float, kTableSlots>, kTableRows>;
+
+    /// The recorded numbers. A step takes one slot of each bank: the row's index; the time of a
+    /// point, or the index of the row's name in `daily_profiles` (-1 for a name that is not
+    /// listed); the value. The column kept for the redo of the newest snapshot is not among the
+    /// six.
+    FloatTable Table(const QStringList& daily_profiles = {}) const;
+
+private:
+    // Indices of records: `position` is the next one to undo, -1 when there is none; `limit` is the
+    // newest one. The records between them have been undone.
+    struct Store {
+        QList<QStringList> snapshots;
+        QStringList shown;  // the column after the newest snapshot, known from its undo on
+        QList<HistoryStep> steps;
+        int position = -1;
+        int limit = -1;
+    };
+
+    template <typename Record>
+    void Push(QList<Record>& records, const Record& record, qsizetype most);
+
+    ProfileKind m_kind;
+    Store m_store;
+    std::optional<Store> m_before_push;  // while the newest snapshot can be taken back
+};

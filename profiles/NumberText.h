@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+/// Number texts never depend on the process locale. "nan" is written without a sign.
+
+/// `value` with `decimals` (1 to 4) decimals as "%.*f" prints it; with 0 decimals cut toward zero
+/// to a whole number; any other count gives "". With 0 decimals a value that is not finite is
+/// printed as
+/// "%.*f" prints it.
+QString FormatValue(float value, int decimals);
+
+/// Whole part of `value`, plus 1 when the dropped fraction is at least 0.5. Float in, float out:
+/// values of any size pass, infinities and NaN come back as they are.
+float RoundWhole(float value);
+
+/// `RoundWhole(value * 100) / 100`, single precision at every step.
+float Round2(float value);
+
+/// "%.13g": the point grid's numbers.
+QString NumberText13(double value);
+
+/// "%.7g": profile values and added points.
+QString NumberText7(double value);
+
+/// `text` printed anew with "%.13g" from double precision. A text that is no number, or one with
+/// more digits than that would keep, comes back as it is.
+QString RewrittenNumber(const QString& text);

@@ -1,0 +1,65 @@
+#include "profiles/ProfileFolders.h"
+
+#include "profiles/ProfileFile.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+ProfileFolders::ProfileFolders(QString program_folder)
+    : m_program_folder(QDir(program_folder).absolutePath()) {
+}
+
+QString ProfileFolders::ProgramFolder() {
+    return QCoreApplication::applicationDirPath();
+}
+
+QString ProfileFolders::KindFolder(ProfileKind kind) const {
+    const KindDescriptor& facts = Describe(kind);
+    if (!facts.hasFiles())
+        return {};
+    const QDir data(QDir(m_program_folder).filePath(u"Data"_s));
+    return QDir::toNativeSeparators(data.filePath(facts.folder.toString()));
+}
+
+QStringList ProfileFolders::DailyProfileList() const {
+    const QStringList files =
+        QDir(KindFolder(ProfileKind::Daily)).entryList(QDir::Files | QDir::Hidden);
+    QStringList titles;
+    for (const QString& file : files) {
+        const QString title = FileTitle(file);
+        const bool is_name = !title.isEmpty() && title != u"." && title != u"..";
+        if (file.endsWith(u"dat") && is_name && IsStorableName(title))
+            titles.append(title);
+    }
+    std::sort(titles.begin(), titles.end(), [](const QString& left, const QString& right) {
+        const int order = left.compare(right, Qt::CaseInsensitive);
+        return order != 0 ? order < 0 : left < right;
+    });
+    titles.removeDuplicates();
+    return titles;
+}
+
+QString ProfileFolders::DailyProfilePath(const QString& name) const {
+    return KindFolder(ProfileKind::Daily) + QDir::separator() + name + u".dat"_s;
+}
+
+bool ProfileFolders::IsInKindFolder(ProfileKind kind, const QString& file) const {
+    const QString folder = QDir::toNativeSeparators(QFileInfo(file).absolutePath());
+    return Describe(kind).hasFiles() && folder.compare(KindFolder(kind), Qt::CaseInsensitive) == 0;
+}
+
+QStringList DailyProfileChoices(const QStringList& names) {
+    return QStringList{u"AJOUTER"_s, u"VOIR"_s} + names;
+}
+
+bool IsStorableName(const QString& name) {
+    constexpr std::array<char16_t, 3> kForbidden = {u'"', u'\n', u'\r'};
+    return std::none_of(kForbidden.begin(), kForbidden.end(),
+                        [&name](char16_t c) { return name.contains(c); });
+}

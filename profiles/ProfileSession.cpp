@@ -1,0 +1,419 @@
+#include "profiles/ProfileSession.h"
+
+#include "app/EnglishAtof.h"
+#include "app/FileReplace.h"
+#include "app/Message.h"
+#include "profiles/Coefficients.h"
+#include "profiles/FileDialogs.h"
+#include "profiles/NumberText.h"
+#include "profiles/ProfileFile.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kLabel = ProfileTable::kLabelColumn;
+constexpr int kValue = ProfileTable::kValueColumn;
+constexpr int kName = ProfileTable::kNameColumn;
+
+// A function's removal never leaves fewer points.
+constexpr int kFewestPoints = 2;
+
+bool IsReadOnlyFile(const QString& path) {
+    const QFileInfo file(path);
+    const auto writable =
+        QFile::WriteOwner | QFile::WriteUser | QFile::WriteGroup | QFile::WriteOther;
+    return file.exists() && (!file.isWritable() || (file.permissions() & writable) == 0);
+}
+
+QStringList ListOf(const QStringList* list) {
+    return list != nullptr ? *list : QStringList();
+}
+
+}  // namespace
+
+ProfileSession::ProfileSession(SessionSetup setup, QObject* parent)
+    : QObject(parent),
+      m_setup(std::move(setup)),
+      m_name(m_setup.name != nullptr ? *m_setup.name : QString()),
+      m_table(m_setup.kind),
+      m_history(m_setup.kind) {
+    // The working folder changes with the first fill; the path means a file as seen from here.
+    if (!m_setup.text.isEmpty())
+        m_setup.text = QFileInfo(m_setup.text).absoluteFilePath();
+    FillDefaults();
+}
+
+QString ProfileSession::caption() const {
+    return chartTitle().remove(u'\n');
+}
+
+QString ProfileSession::chartTitle() const {
+    return facts().columns > 0 ? facts().title_prefix.toString() + m_name : QString();
+}
+
+bool ProfileSession::canAdd() const {
+    return kind() == ProfileKind::Function && !isViewOnly();
+}
+
+bool ProfileSession::canRemove() const {
+    return canAdd() && m_table.RowCount() > kFewestPoints;
+}
+
+bool ProfileSession::canEditCoefficients() const {
+    return facts().coefficients && !isViewOnly();
+}
+
+void ProfileSession::FillDefaults() {
+    if (facts().rows == 0)
+        return;
+    const QStringList values(facts().rows, NumberText7(facts().default_value));
+    m_table.ResetRows(RowLabelTexts(kind()), values);
+}
+
+bool ProfileSession::InitialFill() {
+    if (facts().hasNames()) {
+        m_daily_profiles = folders().DailyProfileList();
+        m_table.SetChoices(DailyProfileChoices(m_daily_profiles));
+        QDir::setCurrent(folders().KindFolder(kind()));
+    }
+    for (int column = 1; isViewOnly() && column <= m_table.ColumnCount(); ++column)
+        m_table.SetLocked(column, true);
+    bool stays = true;
+    switch (m_setup.mode) {
+        case DisplayMode::OpenFile:
+        case DisplayMode::View:
+            m_open_at_start = true;
+            stays = m_setup.text.isEmpty() ? Open() : ReadFile(m_setup.text);
+            break;
+        case DisplayMode::Edit: FillFromLists(); break;
+    }
+    m_history.Reset();
+    Changed();
+    return stays;
+}
+
+void ProfileSession::FillFromLists() {
+    const QStringList values = ListOf(m_setup.values);
+    switch (kind()) {
+        case ProfileKind::Function: {
+            QStringList times = ListOf(m_setup.times);
+            times.resize(std::min(times.size(), values.size()));
+            m_table.ResetRows(times, values);
+            break;
+        }
+        case ProfileKind::Annual:
+        case ProfileKind::Daily:
+            m_table.SetColumn(kValue, values);
+            Adjust();
+            break;
+        case ProfileKind::Monthly:
+            m_table.SetColumn(kValue, values);
+            m_table.SetColumn(kName, ListOf(m_setup.names));
+            break;
+        case ProfileKind::Weekly: break;  // starts from its defaults whatever was handed over
+    }
+    emit Refilled();
+}
+
+bool ProfileSession::Open() {
+    EndDrag();
+    const QString path = AskOpenPath(
+        {folders().KindFolder(kind()), u"Fichiers Textes (*.dat);;All Files (*.*)"_s, u"dat"_s});
+    return path.isEmpty() ? !m_open_at_start : ReadFile(path);
+}
+
+bool ProfileSession::ReadFile(const QString& path) {
+    const ProfileReading reading = ReadProfile(kind(), path);
+    if (reading.status == ProfileFileStatus::CannotOpen)
+        return true;
+    if (reading.status != ProfileFileStatus::Read)
+        return !m_open_at_start;
+    const ProfileContent& content = reading.content;
+    if (kind() == ProfileKind::Function) {
+        m_table.ResetRows(content.labels, content.values);
+    } else if (facts().coefficients && !isViewOnly() && !content.values.isEmpty()) {
+        m_table.SetColumn(kValue, AdjustCoefficients(kind(), content.values, content.sum));
+    } else {
+        m_table.SetColumn(kValue, content.values);
+        m_table.SetColumn(kName, content.names);
+    }
+    m_path = path;
+    m_line_end = reading.line_end;
+    m_name = FileTitle(path);
+    m_open_at_start = false;
+    m_history.Reset();
+    m_modified = false;
+    m_saved = true;
+    emit Refilled();
+    emit StateChanged();
+    return true;
+}
+
+void ProfileSession::Save() {
+    EndDrag();
+    if (!CheckCoefficients())
+        return;
+    if (m_path.isEmpty()) {
+        ShowMessage(
+            u"Aucun nom n'a été sélectionné\npour la sauvegarde des données.\nChoisissez Enregistrer Sous"_s);
+        return;
+    }
+    WriteFile(m_path, m_default_folder);
+}
+
+void ProfileSession::SaveAs() {
+    EndDrag();
+    if (!CheckCoefficients())
+        return;
+    const QString chosen = AskSavePath(
+        {folders().KindFolder(kind()), u"Fichiers Textes (*.dat);;All Files (*.*)"_s, u"dat"_s});
+    if (chosen.isEmpty())
+        return;
+    const QString path = WithExtension(chosen);
+    const bool in_default_folder = !facts().coefficients || folders().IsInKindFolder(kind(), path);
+    if (!in_default_folder)
+        ShowMessage(
+            u"Ce profil n'est pas enregistré dans le répertoire par défaut\nil ne sera pas enregistré dans les paramètres de la simulation."_s,
+            MessageIcon::Warning, u"Attention !"_s);
+    if (IsReadOnlyFile(path)) {
+        ShowMessage(u"Fichier non modifiable"_s);
+        return;
+    }
+    if (!IsStorableName(FileTitle(path))) {
+        ShowMessage(u"Ecriture impossible !"_s);
+        return;
+    }
+    WriteFile(path, in_default_folder);
+}
+
+bool ProfileSession::WriteFile(const QString& path, bool in_default_folder) {
+    const ProfileContent content = {m_table.Column(kLabel), m_table.Column(kValue),
+                                    m_table.Column(kName)};
+    if (!ReplaceFile(path, WriteProfile(kind(), content, m_line_end))) {
+        ShowMessage(u"Ecriture impossible !"_s);
+        return false;
+    }
+    m_path = path;
+    m_default_folder = in_default_folder;
+    m_saved = true;
+    m_modified = false;
+    const QString title = FileTitle(path);
+    m_saved_name = in_default_folder ? title : QString();
+    if (facts().save_renames && !title.isEmpty()) {
+        if (m_setup.name != nullptr)
+            *m_setup.name = NameAfterSave(kind(), path, *m_setup.name, in_default_folder);
+        m_name = title;
+    }
+    emit StateChanged();
+    return true;
+}
+
+bool ProfileSession::CheckCoefficients() {
+    const float sum = RoundedSum(kind(), m_table.Column(kValue));
+    if (SumIsRight(kind(), sum))
+        return true;
+    if (!AskYesNo(AdjustQuestion(kind(), sum)))
+        return false;
+    Rescale(sum);
+    m_saved = false;
+    return true;
+}
+
+void ProfileSession::Adjust() {
+    EndDrag();
+    const float sum = RoundedSum(kind(), m_table.Column(kValue));
+    if (!SumIsRight(kind(), sum))
+        Rescale(sum);
+    Changed();
+}
+
+void ProfileSession::Rescale(float sum) {
+    const QStringList before = m_table.Column(kValue);
+    const QStringList after = AdjustCoefficients(kind(), before, sum);
+    if (after == before)
+        return;
+    m_table.SetColumn(kValue, after);
+    m_history.PushSnapshot(before);
+    emit StateChanged();
+}
+
+void ProfileSession::SetEdition(bool on) {
+    EndDrag();
+    m_edition = on;
+    if (!on)
+        Adjust();
+    Changed();
+}
+
+void ProfileSession::Changed() {
+    m_modified = true;
+    emit StateChanged();
+}
+
+RowState ProfileSession::RowStateOf(int row) const {
+    return {row - 1, m_table.CellText(row, kLabel), m_table.CellText(row, kValue),
+            m_table.CellText(row, kName)};
+}
+
+void ProfileSession::RestoreRow(const RowState& from, const RowState& to) {
+    m_table.MoveRow(from.row + 1, to.row + 1);
+    const int row = to.row + 1;
+    m_table.SetCellText(row, kLabel, to.label);
+    m_table.SetCellText(row, kValue, to.value);
+    m_table.SetCellText(row, kName, to.name);
+}
+
+bool ProfileSession::Undo() {
+    EndDrag();
+    if (!canUndo())
+        return false;
+    if (facts().coefficients) {
+        if (const auto column = m_history.UndoSnapshot(m_table.Column(kValue)))
+            m_table.SetColumn(kValue, *column);
+    } else if (const auto step = m_history.UndoStep()) {
+        RestoreRow(step->after, step->before);
+    }
+    emit StateChanged();
+    return true;
+}
+
+bool ProfileSession::Redo() {
+    EndDrag();
+    if (!canRedo())
+        return false;
+    if (facts().coefficients) {
+        if (const auto column = m_history.RedoSnapshot())
+            m_table.SetColumn(kValue, *column);
+    } else if (const auto step = m_history.RedoStep()) {
+        RestoreRow(step->before, step->after);
+    }
+    emit StateChanged();
+    return true;
+}
+
+bool ProfileSession::RemoveRows(const QList<int>& rows) {
+    EndDrag();
+    QList<int> there = rows;
+    there.removeIf([this](int row) { return row < 1 || row > m_table.RowCount(); });
+    std::sort(there.begin(), there.end());
+    there.erase(std::unique(there.begin(), there.end()), there.end());
+    if (!canAdd() || there.isEmpty() || m_table.RowCount() - there.size() < kFewestPoints)
+        return false;
+    m_history.Reset();
+    m_table.RemoveRows(there);
+    Changed();
+    return true;
+}
+
+void ProfileSession::InsertPoint(int row, const QString& time, const QString& value) {
+    EndDrag();
+    m_table.InsertRow(row, time, value);
+    Changed();
+}
+
+void ProfileSession::ForgetHistory() {
+    m_history.Reset();
+    Changed();
+}
+
+QStringList ProfileSession::SnapshotColumn() const {
+    return facts().coefficients ? m_table.Column(kValue) : QStringList();
+}
+
+// One user action is done; if it changed anything, the step that undoes it goes into the history.
+void ProfileSession::RecordChange(const RowState& before, int row_after,
+                                  const QStringList& column_before) {
+    if (facts().coefficients) {
+        if (m_table.Column(kValue) == column_before)
+            return;
+        m_history.PushSnapshot(column_before);
+    } else {
+        const RowState after = RowStateOf(row_after);
+        if (after == before)
+            return;
+        m_history.PushStep({before, after});
+    }
+    Changed();
+}
+
+// The row's value stands in the table; the other coefficients follow it.
+void ProfileSession::Rebalance(int row) {
+    if (!facts().coefficients || m_edition || isViewOnly())
+        return;
+    const QStringList column = m_table.Column(kValue);
+    const float value = EnglishAtof(column.value(row - 1));
+    m_table.SetColumn(
+        kValue, SettleRemainder(kind(), RebalanceCoefficients(kind(), column, row - 1, value)));
+}
+
+void ProfileSession::EnterValue(int row, const QString& text) {
+    EndDrag();
+    const RowState before = RowStateOf(row);
+    const QStringList column_before = SnapshotColumn();
+    m_table.SetCellText(row, kValue, text);
+    Rebalance(row);
+    RecordChange(before, row, column_before);
+}
+
+void ProfileSession::EnterTime(int row, int target, const QString& text) {
+    EndDrag();
+    const RowState before = RowStateOf(row);
+    m_table.MoveRow(row, target, RewrittenNumber);
+    m_table.SetCellText(target, kLabel, text);
+    RecordChange(before, target, {});
+}
+
+void ProfileSession::EnterName(int row, const QString& name) {
+    EndDrag();
+    const RowState before = RowStateOf(row);
+    m_table.SetCellText(row, kName, name);
+    RecordChange(before, row, {});
+}
+
+void ProfileSession::EnterColumn(const QStringList& column, int row) {
+    EndDrag();
+    const QStringList column_before = SnapshotColumn();
+    m_table.SetColumn(kValue, column);
+    Rebalance(row);
+    RecordChange({}, row, column_before);
+}
+
+void ProfileSession::BeginDrag(int row) {
+    EndDrag();
+    if (!isViewOnly() && row >= 1 && row <= m_table.RowCount())
+        m_drag = Drag{RowStateOf(row), SnapshotColumn()};
+}
+
+void ProfileSession::DragTo(const QString& text) {
+    if (m_drag)
+        m_table.SetCellText(m_drag->before.row + 1, kValue, text);
+}
+
+void ProfileSession::EndDrag() {
+    if (!m_drag)
+        return;
+    const Drag drag = *std::exchange(m_drag, std::nullopt);
+    const int row = drag.before.row + 1;
+    if (m_table.CellText(row, kValue) == drag.before.value)
+        return;
+    Rebalance(row);
+    RecordChange(drag.before, row, drag.column_before);
+}
+
+void ProfileSession::AddDailyProfile(const QString& name) {
+    if (!m_daily_profiles.contains(name))
+        m_daily_profiles.append(name);
+    m_table.SetChoices(DailyProfileChoices(m_daily_profiles));
+}
+
+void ProfileSession::CopyRowsTo(QStringList& times, QStringList& values) const {
+    times = m_table.Column(kLabel);
+    values = m_table.Column(kValue);
+}

@@ -1,0 +1,165 @@
+#pragma once
+
+#include "profiles/EditHistory.h"
+#include "profiles/ProfileFolders.h"
+#include "profiles/ProfileKind.h"
+#include "profiles/ProfileTable.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// How the dialog was asked to start. Any other number fills nothing.
+enum class DisplayMode : int { OpenFile = 1, View = 2, Edit = 3 };
+
+/// What a caller hands to a session. The pointers may be null; they are not owned.
+struct SessionSetup {
+    ProfileKind kind = ProfileKind::Function;
+    DisplayMode mode = DisplayMode::Edit;
+    QString text;             ///< modes 1 and 2: the path of the file to open, "" to ask for one
+    QString* name = nullptr;  ///< the profile's name; saves may change it
+    QStringList* times = nullptr;
+    QStringList* values = nullptr;
+    QStringList* names = nullptr;
+    ProfileFolders folders = ProfileFolders(ProfileFolders::ProgramFolder());
+};
+
+/// The editing state behind the dialog, and all that can be done to it. The rows live in `table()`;
+/// grid and chart listen to that. Rows are grid rows, counted from 1.
+class ProfileSession : public QObject {
+    Q_OBJECT
+
+public:
+    explicit ProfileSession(SessionSetup setup, QObject* parent = nullptr);
+
+    ProfileKind kind() const { return m_setup.kind; }
+    const KindDescriptor& facts() const { return Describe(m_setup.kind); }
+    bool isViewOnly() const { return m_setup.mode == DisplayMode::View; }
+    ProfileTable& table() { return m_table; }
+    const ProfileTable& table() const { return m_table; }
+    const EditHistory& history() const { return m_history; }
+
+    const QString& name() const { return m_name; }
+    QString caption() const;     ///< of the window, one line
+    QString chartTitle() const;  ///< prefix and name; may hold a line break
+
+    bool isModified() const { return m_modified; }
+    void SetModified() { m_modified = true; }
+    bool isSaved() const { return m_saved; }
+    void ClearSaved() { m_saved = false; }
+    bool isEdition() const { return m_edition; }
+    const QString& path() const { return m_path; }
+
+    /// The name under which the last successful save can be found again; "" before one, and after
+    /// one that cannot be found by name.
+    const QString& savedName() const { return m_saved_name; }
+
+    bool canUndo() const { return !isViewOnly() && m_history.CanUndo(); }
+    bool canRedo() const { return !isViewOnly() && m_history.CanRedo(); }
+    bool canRemove() const;
+    bool canAdd() const;
+    bool canOpen() const { return facts().hasFiles(); }
+    bool canSave() const { return canSaveAs() && !m_path.isEmpty(); }
+    bool canSaveAs() const { return facts().hasFiles() && !isViewOnly(); }
+    bool canCopy() const { return canPaste(); }
+    bool canPaste() const { return facts().columns > 0 && !isViewOnly(); }
+    bool canEditCoefficients() const;
+
+    /// Fills the table as the mode asks. False when the dialog is to end with 0 at once.
+    bool InitialFill();
+
+    /// Asks for a file and reads it. False when the dialog is to end with 0.
+    bool Open();
+
+    /// Reads the file at `path` into the table. A refused file shows its message and changes
+    /// nothing; false when the dialog is to end with 0 over it.
+    bool ReadFile(const QString& path);
+
+    void Save();
+    void SaveAs();
+
+    /// Rescales coefficients whose rounded sum is not right.
+    void Adjust();
+
+    /// Edition mode on: coefficients are edited freely. Off: they are rescaled at once.
+    void SetEdition(bool on);
+
+    /// Undo and redo write the table directly. False when there was nothing to do.
+    bool Undo();
+    bool Redo();
+
+    /// Removes the selected rows of a function; at least two always stay. False when nothing went.
+    bool RemoveRows(const QList<int>& rows);
+
+    /// Inserts a point at `row`. Records no step; see `ForgetHistory`.
+    void InsertPoint(int row, const QString& time, const QString& value);
+
+    void ForgetHistory();
+
+    /// Stores an accepted value, one step; the other coefficients follow while edition mode is off.
+    void EnterValue(int row, const QString& text);
+
+    /// Stores an accepted time and moves the row to `target`, one step.
+    void EnterTime(int row, int target, const QString& text);
+
+    /// Stores the chosen daily profile, one step.
+    void EnterName(int row, const QString& name);
+
+    /// Stores a whole value column after a bulk paste, one step, and rebalances around `row`.
+    void EnterColumn(const QStringList& column, int row);
+
+    /// A drag of one value: begin, any number of values, end. One step when anything changed.
+    void BeginDrag(int row);
+    void DragTo(const QString& text);
+    void EndDrag();
+    bool isDragging() const { return m_drag.has_value(); }
+
+    /// Adds a daily profile's name to the list; a name already listed is not added twice.
+    void AddDailyProfile(const QString& name);
+    const QStringList& dailyProfiles() const { return m_daily_profiles; }
+    const ProfileFolders& folders() const { return m_setup.folders; }
+
+    /// The rows of the table as the caller's lists.
+    void CopyRowsTo(QStringList& times, QStringList& values) const;
+
+signals:
+    /// Something that captions, buttons or menu entries depend on has changed.
+    void StateChanged();
+    /// The whole content was replaced.
+    void Refilled();
+
+private:
+    struct Drag {
+        RowState before;
+        QStringList column_before;
+    };
+
+    RowState RowStateOf(int row) const;
+    void RestoreRow(const RowState& from, const RowState& to);
+    void FillDefaults();
+    void FillFromLists();
+    void Rebalance(int row);
+    void Rescale(float sum);
+    bool CheckCoefficients();
+    QStringList SnapshotColumn() const;
+    void RecordChange(const RowState& before, int row_after, const QStringList& column_before);
+    bool WriteFile(const QString& path, bool in_default_folder);
+    void Changed();
+
+    SessionSetup m_setup;
+    QString m_name;  // as shown; the caller's own changes with saves only
+    ProfileTable m_table;
+    EditHistory m_history;
+    QString m_path;
+    QString m_saved_name;
+    QByteArray m_line_end;  // of the file read last; empty for the platform's own
+    QStringList m_daily_profiles;
+    std::optional<Drag> m_drag;
+    bool m_modified = false;
+    bool m_saved = false;
+    bool m_edition = false;
+    bool m_open_at_start = false;
+    bool m_default_folder = true;
+};

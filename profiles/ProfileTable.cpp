@@ -1,0 +1,176 @@
+#include "profiles/ProfileTable.h"
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+ProfileTable::ProfileTable(ProfileKind kind, QObject* parent) : QAbstractTableModel(parent), m_labels_fixed(Describe(kind).labels != RowLabels::None) {
+    const KindDescriptor& facts = Describe(kind);
+    for (int column = 1; column <= facts.columns; ++column)
+        m_headers.append(facts.headers[static_cast<size_t>(column - 1)].toString());
+    m_columns.resize(std::max(facts.columns, 1));
+    m_locked.fill(false, m_columns.size());
+    m_locked.first() = m_labels_fixed;
+}
+
+bool ProfileTable::IsDataCell(int row, int column) const {
+    return row >= 1 && row <= RowCount() && column >= 1 && column <= ColumnCount();
+}
+
+QString ProfileTable::CellText(int row, int column) const {
+    if (row == 0)
+        return HeaderText(column);
+    return IsDataCell(row, column) ? m_columns[column - 1][row - 1] : QString();
+}
+
+void ProfileTable::SetCellText(int row, int column, const QString& text) {
+    if (!IsDataCell(row, column) || m_columns[column - 1][row - 1] == text)
+        return;
+    m_columns[column - 1][row - 1] = text;
+    const QModelIndex cell = index(row - 1, column - 1);
+    emit dataChanged(cell, cell);
+}
+
+QStringList ProfileTable::Column(int column) const {
+    return column >= 1 && column <= ColumnCount() ? m_columns[column - 1] : QStringList();
+}
+
+void ProfileTable::SetColumn(int column, const QStringList& texts) {
+    if (column < 1 || column > ColumnCount())
+        return;
+    QStringList& cells = m_columns[column - 1];
+    const qsizetype count = std::min(cells.size(), texts.size());
+    if (count == 0)
+        return;
+    std::copy_n(texts.cbegin(), count, cells.begin());
+    emit dataChanged(index(0, column - 1), index(static_cast<int>(count) - 1, column - 1));
+}
+
+QString ProfileTable::HeaderText(int column) const {
+    return column >= 1 && column <= ColumnCount() ? m_headers[column - 1] : QString();
+}
+
+void ProfileTable::SetHeaderText(int column, const QString& text) {
+    if (column < 1 || column > ColumnCount())
+        return;
+    m_headers[column - 1] = text;
+    emit headerDataChanged(Qt::Horizontal, column - 1, column - 1);
+}
+
+void ProfileTable::ResetRows(const QStringList& labels, const QStringList& values,
+                             const QStringList& names) {
+    beginResetModel();
+    const QStringList* const sources[] = {&labels, &values, &names};
+    for (qsizetype c = 0; c < m_columns.size(); ++c) {
+        m_columns[c] = *sources[c];
+        m_columns[c].resize(labels.size());
+    }
+    endResetModel();
+}
+
+void ProfileTable::InsertRow(int row, const QString& label, const QString& value) {
+    if (row < 1 || row > RowCount() + 1 || ColumnCount() == 0)
+        return;
+    beginInsertRows({}, row - 1, row - 1);
+    for (QStringList& cells : m_columns)
+        cells.insert(row - 1, QString());
+    m_columns[kLabelColumn - 1][row - 1] = label;
+    m_columns[kValueColumn - 1][row - 1] = value;
+    endInsertRows();
+}
+
+void ProfileTable::RemoveRows(const QList<int>& rows) {
+    QList<int> order = rows;
+    std::sort(order.begin(), order.end(), std::greater<>());
+    order.erase(std::unique(order.begin(), order.end()), order.end());
+    order.removeIf([this](int row) { return row < 1 || row > RowCount(); });
+    // Neighbouring rows go in one piece, so that a large selection costs one notification a run.
+    for (qsizetype i = 0; i < order.size();) {
+        const int last = order[i];
+        int first = last;
+        for (++i; i < order.size() && order[i] == first - 1; ++i)
+            first = order[i];
+        beginRemoveRows({}, first - 1, last - 1);
+        for (QStringList& cells : m_columns)
+            cells.remove(first - 1, last - first + 1);
+        endRemoveRows();
+    }
+}
+
+void ProfileTable::MoveRow(int from, int to, const CellRewrite& rewrite) {
+    if (from == to || !IsDataCell(from, 1) || !IsDataCell(to, 1))
+        return;
+    const auto [first, last] = std::minmax(from - 1, to - 1);
+    for (QStringList& cells : m_columns) {
+        cells.move(from - 1, to - 1);
+        if (rewrite)
+            std::transform(cells.cbegin() + first, cells.cbegin() + last + 1, cells.begin() + first,
+                           rewrite);
+    }
+    emit dataChanged(index(first, 0), index(last, ColumnCount() - 1));
+}
+
+void ProfileTable::SetLocked(int column, bool locked) {
+    if (column >= 1 && column <= ColumnCount())
+        m_locked[column - 1] = locked;
+}
+
+bool ProfileTable::IsLocked(int column) const {
+    return column < 1 || column > ColumnCount() || m_locked[column - 1];
+}
+
+void ProfileTable::SetChoices(const QStringList& choices) {
+    m_choices = choices;
+}
+
+int ProfileTable::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : RowCount();
+}
+
+int ProfileTable::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : ColumnCount();
+}
+
+QVariant ProfileTable::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+        return {};
+    switch (role) {
+        case Qt::DisplayRole:
+        case Qt::EditRole: return CellText(index.row() + 1, index.column() + 1);
+        case kChoicesRole:
+            return index.column() + 1 == kNameColumn ? QVariant(m_choices) : QVariant();
+        case Qt::TextAlignmentRole:
+            return index.column() + 1 == kValueColumn || !m_labels_fixed
+                       ? QVariant(Qt::AlignRight | Qt::AlignVCenter)
+                       : QVariant();
+        default: return {};
+    }
+}
+
+bool ProfileTable::setData(const QModelIndex& index, const QVariant& value, int role) {
+    if (role != Qt::EditRole ||
+        !checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid) ||
+        IsLocked(index.column() + 1))
+        return false;
+    const int row = index.row() + 1;
+    const int column = index.column() + 1;
+    if (m_entry_hook)
+        return m_entry_hook(row, column, value.toString());
+    SetCellText(row, column, value.toString());
+    return true;
+}
+
+QVariant ProfileTable::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (role != Qt::DisplayRole)
+        return {};
+    if (orientation == Qt::Horizontal)
+        return section >= 0 && section < ColumnCount() ? QVariant(m_headers[section]) : QVariant();
+    return section >= 0 && section < RowCount() ? QVariant(section + 1) : QVariant();
+}
+
+Qt::ItemFlags ProfileTable::flags(const QModelIndex& index) const {
+    Qt::ItemFlags flags = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
+    if (index.isValid() && !IsLocked(index.column() + 1))
+        flags |= Qt::ItemIsEditable;
+    return flags;
+}

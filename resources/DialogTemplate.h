@@ -1,0 +1,127 @@
+#pragma once
+
+#include <QRect>
+#include <QStringView>
+
+#include <array>
+#include <span>
+
+/// Ids of controls and commands.
+enum ControlId : int {
+    kGrid = 5000,
+    kChartFrame = 5001,
+    kAuxiliaryGrid = 5004,
+    kAdd = 5008,
+    kRemove = 5009,
+    kAddPointOk = 5010,
+    kCancel = 5011,
+    kOpen = 5012,
+    kSave = 5013,
+    kAdjust = 5016,
+    kSaveAs = 5017,
+    kUndo = 5018,
+    kRedo = 5019,
+    kCopy = 5020,
+    kPaste = 5021,
+    kOk = 5022,
+    kRedrawChart = 5028,
+    kAddPointX = 5031,
+    kAddPointY = 5032,
+    kEdition = 5033,
+    kHelp = 5093,
+    kMenuOpen = 32786,
+    kMenuSave = 32787,
+    kMenuSaveAs = 32788,
+    kMenuUndo = 32789,
+    kMenuRedo = 32790,
+    kMenuCopy = 32791,
+    kMenuPaste = 32792,
+};
+
+enum class ControlClass {
+    Frame,
+    Grid,
+    PushButton,
+    PictureButton,
+    ToolButton,
+    CheckBox,
+    Edit,
+    Label
+};
+
+/// One control of a dialog template, its place in dialog units.
+struct ControlTemplate {
+    int id = 0;
+    ControlClass control_class = ControlClass::Label;
+    QStringView caption;
+    QStringView accessible_name;
+    std::array<int, 4> place = {};  ///< x, y, width, height
+    int picture = 0;                ///< resource number of a picture button's 16 x 16 picture
+};
+
+inline constexpr QStringView kMainDialogCaption = u"Profil";
+inline constexpr std::array<int, 2> kMainDialogSize = {417, 258};
+
+/// The main dialog, in the order that Tab visits the controls.
+inline constexpr ControlTemplate kMainDialog[] = {
+    {kGrid, ControlClass::Grid, u"Custom1", u"5000", {304, 19, 106, 170}},
+    {kChartFrame, ControlClass::Frame, u"", u"", {7, 20, 290, 231}},
+    {kOpen, ControlClass::ToolButton, u"OUVRIR", u"Ouvrir", {7, 0, 16, 14}},
+    {kSave, ControlClass::ToolButton, u"ENREG", u"Enregistrer", {24, 0, 16, 14}},
+    {kSaveAs, ControlClass::ToolButton, u"ENREGSOUS", u"Enregistrer sous", {41, 0, 16, 14}},
+    {kUndo, ControlClass::ToolButton, u"UNDO", u"Annuler", {65, 0, 16, 14}},
+    {kRedo, ControlClass::ToolButton, u"REDO", u"Refaire", {82, 0, 16, 14}},
+    {kCopy, ControlClass::ToolButton, u"COPY", u"Copier", {99, 0, 16, 14}},
+    {kPaste, ControlClass::ToolButton, u"PASTE", u"Coller", {116, 0, 16, 14}},
+    {kHelp, ControlClass::PushButton, u"Aide", u"Aide", {247, 0, 50, 14}},
+    {kAdd, ControlClass::PictureButton, u"Add", u"Add", {304, 0, 46, 14}, 5034},
+    {kRemove, ControlClass::PictureButton, u"Remove", u"Remove", {355, 0, 55, 14}, 5036},
+    {kEdition, ControlClass::CheckBox, u"Edition", u"Edition", {304, 199, 37, 10}},
+    {kAdjust, ControlClass::PictureButton, u"Ajuster", u"Ajuster", {360, 197, 50, 14}, 5035},
+    {kOk, ControlClass::PushButton, u"OK", u"OK", {309, 237, 40, 14}},
+    {kCancel, ControlClass::PushButton, u"Cancel", u"Cancel", {361, 237, 40, 14}},
+};
+
+inline constexpr QStringView kAddPointCaption = u"Add a point";
+inline constexpr std::array<int, 2> kAddPointSize = {184, 52};
+
+inline constexpr ControlTemplate kAddPointDialog[] = {
+    {kAddPointX, ControlClass::Edit, u"", u"X - Axis", {13, 11, 48, 12}},
+    {kAddPointY, ControlClass::Edit, u"", u"Y - Axis", {13, 29, 48, 12}},
+    {0, ControlClass::Label, u"X - Axis", u"", {67, 13, 24, 8}},
+    {0, ControlClass::Label, u"Y - Axis", u"", {67, 31, 24, 8}},
+    {kAddPointOk, ControlClass::PushButton, u"OK", u"OK", {124, 10, 50, 14}},
+    {kCancel, ControlClass::PushButton, u"Cancel", u"Cancel", {124, 27, 50, 14}},
+};
+
+/// One entry of the dialog's menu. An id of 0 is a separator.
+struct MenuEntry {
+    int id = 0;
+    QStringView caption;
+    QStringView shortcut;
+};
+
+inline constexpr MenuEntry kMenu[] = {
+    {kMenuOpen, u"Ouvrir", u"Ctrl+O"},
+    {kMenuSave, u"Enregistrer", u"Ctrl+S"},
+    {kMenuSaveAs, u"Enregistrer sous", u"Ctrl+Shift+S"},
+    {},
+    {kMenuUndo, u"Annuler", u"Ctrl+Z"},
+    {kMenuRedo, u"Refaire", u"Ctrl+Y"},
+    {},
+    {kMenuCopy, u"Copier", u"Ctrl+C"},
+    {kMenuPaste, u"Coller", u"Ctrl+V"},
+};
+
+/// Pixels of a place in dialog units: 1.5 px each across, 1.625 px each down, edges rounded to the
+/// nearest.
+QRect PixelRect(const std::array<int, 4>& place);
+QSize PixelSize(const std::array<int, 2>& size);
+
+/// Where the point grid stands in the main dialog when it has `rows` points: it grows by a row a
+/// point up to twelve, then stays and makes room for its scroll bar. `extra_height` is what the
+/// window is higher than the template.
+QRect PointGridRect(int rows, int extra_height = 0);
+
+inline constexpr int kGridHeaderHeight = 24;
+inline constexpr int kGridRowHeight = 21;

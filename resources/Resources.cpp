@@ -1,0 +1,7 @@
+#include "resources/Resources.h"
+
+#include <QDir>
+
+void InitResources() {
+    Q_INIT_RESOURCE(editor);
+}

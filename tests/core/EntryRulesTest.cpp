@@ -1,0 +1,182 @@
+#include "grid/EntryRules.h"
+
+#include "VectorFile.h"
+#include "app/EnglishAtof.h"
+#include "app/Message.h"
+#include "profiles/NumberText.h"
+#include "profiles/ProfileTable.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Keeps the messages shown while it lives, with their icons.
+class MessageLog {
+public:
+    MessageLog() {
+        MessageHandler handler;
+        handler.show = [this](const QString& text, MessageIcon icon, const QString&) {
+            texts.append(text);
+            icons.append(icon);
+        };
+        m_former = SetMessageHandler(std::move(handler));
+    }
+    ~MessageLog() { SetMessageHandler(std::move(m_former)); }
+    MessageLog(const MessageLog&) = delete;
+    MessageLog& operator=(const MessageLog&) = delete;
+
+    // The only message shown, or null; more than one is a failure of its own.
+    QJsonValue Single() const {
+        if (texts.size() > 1)
+            return u"more than one message"_s;
+        return texts.isEmpty() ? QJsonValue() : QJsonValue(texts.first());
+    }
+
+    QStringList texts;
+    QList<MessageIcon> icons;
+
+private:
+    MessageHandler m_former;
+};
+
+ProfileKind KindOf(const QJsonObject& input) {
+    return static_cast<ProfileKind>(input[u"kind"].toInt());
+}
+
+}  // namespace
+
+class EntryRulesTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void Separator_data() { AddVectorRows("numbers", "separator"); }
+    void Separator() {
+        QFETCH(const QJsonObject, vector);
+        const QStringList texts = VectorStrings(vector[u"input"].toObject()[u"separator"]);
+        const QJsonArray results = vector[u"expected"].toArray();
+        QCOMPARE(texts.size(), results.size());
+        for (qsizetype i = 0; i < texts.size(); ++i) {
+            const QJsonObject expected = results[i].toObject();
+            const MessageLog log;
+            QString text = texts[i];
+            const bool accepted = CheckDecimalSeparator(text);
+            QCOMPARE(accepted, expected[u"accepted"].toBool());
+            QCOMPARE(log.Single(), expected[u"message"]);
+            if (accepted)
+                QCOMPARE(text, expected[u"text"].toString());
+            else
+                QCOMPARE(log.icons.first(), MessageIcon::None);
+        }
+    }
+
+    void Typed_data() { AddVectorRows("numbers", "typed"); }
+    void Typed() {
+        QFETCH(const QJsonObject, vector);
+        const QJsonObject input = vector[u"input"].toObject();
+        const QStringList texts = VectorStrings(input[u"typed"]);
+        const QJsonArray results = vector[u"expected"].toArray();
+        QCOMPARE(texts.size(), results.size());
+        for (qsizetype i = 0; i < texts.size(); ++i) {
+            const QJsonObject expected = results[i].toObject();
+            const MessageLog log;
+            QString text = texts[i];
+            if (CheckDecimalSeparator(text)) {
+                const float value = EnglishAtof(text);
+                QCOMPARE(double{value}, expected[u"value"].toDouble());
+                const bool accepted = CheckTypedBound(KindOf(input), value);
+                QCOMPARE(accepted, expected[u"message"].isNull());
+                if (!accepted)
+                    QCOMPARE(log.icons.first(), MessageIcon::Information);
+            } else {
+                QVERIFY(expected[u"value"].isNull());
+            }
+            QCOMPARE(log.Single(), expected[u"message"]);
+        }
+    }
+
+    void TimeMoves_data() { AddVectorRows("time_moves"); }
+    void TimeMoves() {
+        QFETCH(const QJsonObject, vector);
+        const QJsonObject input = vector[u"input"].toObject();
+        const QJsonObject expected = vector[u"expected"].toObject();
+        QStringList times;
+        QStringList values;
+        const QJsonArray rows = input[u"rows"].toArray();
+        for (const QJsonValue& row : rows) {
+            times.append(row.toArray()[0].toString());
+            values.append(row.toArray()[1].toString());
+        }
+
+        const MessageLog log;
+        QString entry = input[u"entry"].toString();
+        const bool accepted = CheckDecimalSeparator(entry);
+        QCOMPARE(log.Single(), expected[u"message"]);
+        if (!accepted) {
+            QVERIFY(expected[u"target"].isNull());
+            return;
+        }
+        const int row = input[u"row"].toInt();
+        const int target = TargetRow(times, row, EnglishAtof(entry));
+        QCOMPARE(target, expected[u"target"].toInt());
+
+        // Which row stands where, told by its value: the values of a case differ.
+        ProfileTable table(ProfileKind::Function);
+        table.ResetRows(times, values);
+        // What is no number counts as 0; it is left to others to keep such entries out.
+        const QString time = IsNumber(entry) ? entry : NumberText13(ParseNumber(entry));
+        table.SetCellText(row, ProfileTable::kLabelColumn, time);
+        table.MoveRow(row, target, RewrittenNumber);
+        const QJsonArray order = expected[u"order"].toArray();
+        QCOMPARE(order.size(), times.size());
+        const QJsonObject cells = expected[u"cells"].toObject();
+        for (int i = 1; i <= table.RowCount(); ++i) {
+            QCOMPARE(table.CellText(i, ProfileTable::kValueColumn),
+                     values[order[i - 1].toInt() - 1]);
+            const bool moved = i >= std::min(row, target) && i <= std::max(row, target);
+            QCOMPARE(cells.contains(QString::number(i)), moved && row != target);
+            if (!cells.contains(QString::number(i)))
+                continue;
+            const QStringList texts = {table.CellText(i, ProfileTable::kLabelColumn),
+                                       table.CellText(i, ProfileTable::kValueColumn)};
+            QCOMPARE(texts, VectorStrings(cells[QString::number(i)]));
+        }
+    }
+
+    // Against a plain sort: sorted times stay sorted whatever time is typed into whatever row.
+    void RandomTimesStaySorted() {
+        QRandomGenerator random(20);
+        QList<int> times = {0, 0, 1, 3, 3, 3, 4, 7, 8, 8};
+        for (int step = 0; step < 2000; ++step) {
+            const int row = random.bounded(1, static_cast<int>(times.size()) + 1);
+            const int time = random.bounded(-2, 12);
+            QStringList texts;
+            for (const int one : times)
+                texts.append(QString::number(one));
+            const int target = TargetRow(texts, row, static_cast<float>(time));
+            QVERIFY(target >= 1 && target <= times.size());
+            times[row - 1] = time;
+            times.move(row - 1, target - 1);
+            QVERIFY2(std::is_sorted(times.cbegin(), times.cend()), qPrintable(texts.join(u' ')));
+        }
+    }
+
+    void InsertionRows_data() { AddVectorRows("add_points"); }
+    void InsertionRows() {
+        QFETCH(const QJsonObject, vector);
+        const QJsonObject input = vector[u"input"].toObject();
+        const QJsonObject expected = vector[u"expected"].toObject();
+        const float time = EnglishAtof(input[u"x"].toString());
+        const float value = EnglishAtof(input[u"y"].toString());
+        QCOMPARE(InsertionRow(VectorStrings(input[u"times"]), time), expected[u"row"].toInt());
+        const QStringList cells = {NumberText7(double{time}), NumberText7(double{value})};
+        QCOMPARE(cells, VectorStrings(expected[u"cells"]));
+    }
+};
+
+QTEST_APPLESS_MAIN(EntryRulesTest)
+#include "EntryRulesTest.moc"

@@ -1,0 +1,337 @@
+// The exchange file from bytes to points and back.
+
+#include "MessageScript.h"
+#include "VectorFile.h"
+#include "app/CPlugExchangeFile.h"
+#include "app/CPlugParameters.h"
+#include "app/Cp1252.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <limits>
+#include <stdexcept>
+
+namespace {
+
+QByteArray ReadAll(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be opened)");
+}
+
+void WriteAll(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+CPlugPoint PointOf(const QJsonValue& pair) {
+    return {FromCp1252(VectorBytes(pair[0])), FromCp1252(VectorBytes(pair[1]))};
+}
+
+QByteArray WithCrLf(QByteArray bytes) {
+    return bytes.replace("\r\n", "\n").replace("\n", "\r\n");
+}
+
+// A file with one name in a folder of its own. Messages name it by `path`, whatever it is called.
+class ScratchFile {
+public:
+    ScratchFile() : m_former(QDir::currentPath()) { QDir::setCurrent(m_folder.path()); }
+    ~ScratchFile() { QDir::setCurrent(m_former); }
+    QString Path() const { return QStringLiteral("run.txt"); }
+    QStringList Entries() const { return QDir(m_folder.path()).entryList(QDir::Files); }
+
+private:
+    QString m_former;
+    QTemporaryDir m_folder;
+};
+
+// The vectors name their file by a path of the host's; ours stands in the messages instead.
+QString Localized(QString text, const QJsonObject& input, const QString& path) {
+    const QString hosts = input[u"path"].toString();
+    return hosts.isEmpty() ? text : text.replace(hosts, path);
+}
+
+void ExpectMessages(MessageScript& script, const QJsonObject& vector, const QString& path) {
+    for (const QString& text : VectorStrings(vector[u"expected"][u"messages"]))
+        script.Expect(Localized(text, vector[u"input"].toObject(), path));
+}
+
+}  // namespace
+
+class ExchangeFileTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void Lines_data() { AddVectorRows("exchange_lines"); }
+    void Lines();
+    void Files_data() { AddVectorRows("exchange_files"); }
+    void Files();
+    void Saves_data() { AddVectorRows("exchange_saves"); }
+    void Saves();
+    void IntegersSaturate();
+    void ValueAccess();
+    void HugeDeclaredCount();
+    void OddBytesSurvive();
+    void RefusedWriteKeepsTheFile();
+    void LinksAndPermissionsStay();
+    void RandomPointsComeBack();
+};
+
+void ExchangeFileTest::Lines() {
+    QFETCH(QJsonObject, vector);
+    const QJsonArray lines = vector[u"input"][u"lines"].toArray();
+    const QJsonArray expected = vector[u"expected"].toArray();
+    QCOMPARE(lines.size(), expected.size());
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const CPlugInstruction line(VectorBytes(lines[i]));
+        QList<QByteArray> values;
+        for (const QJsonValue& value : expected[i][u"values"].toArray())
+            values.append(VectorBytes(value));
+        QCOMPARE(line.values(), values);
+        QCOMPARE(line.comment(), VectorBytes(expected[i][u"comment"]));
+        QCOMPARE(line.getLine(), VectorBytes(expected[i][u"rebuilt"]));
+    }
+}
+
+void ExchangeFileTest::Files() {
+    QFETCH(QJsonObject, vector);
+    const QJsonObject input = vector[u"input"].toObject();
+    const QJsonObject expected = vector[u"expected"].toObject();
+    const ScratchFile scratch;
+    const QString path = input[u"path"].toString().isEmpty() ? QString() : scratch.Path();
+    QByteArray content;
+    if (!input[u"file"].isNull()) {
+        content = VectorBytes(input[u"file"]);
+        WriteAll(path, content);
+    }
+    MessageScript script;
+    ExpectMessages(script, vector, path);
+    CPlugExchangeFile file(path);
+    CPlugParameters parameters;
+    parameters.setParameters(&file);
+    QVERIFY2(script.Done(), qPrintable(script.Report()));
+    QCOMPARE(file.instructionCount(), expected[u"instructions"].toInteger());
+    QCOMPARE(file.isLoaded(), !input[u"file"].isNull());
+    const QJsonArray points = expected[u"points"].toArray();
+    QCOMPARE(parameters.getPointCount(), points.size());
+    for (qsizetype i = 0; i < points.size(); ++i)
+        QCOMPARE(parameters.getPoint(i), PointOf(points[i]));
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, parameters.getPoint(points.size()));
+    if (!expected[u"point_line_count"].isNull())
+        QCOMPARE(parameters.pointLineCount(), expected[u"point_line_count"].toInt());
+    if (expected[u"written_back"].isNull())
+        return;
+    file.writeFile();
+    QVERIFY2(script.Done(), qPrintable(script.Report()));
+    const qsizetype first_end = content.indexOf('\n');
+    const bool cr_lf = first_end > 0 && content[first_end - 1] == '\r';
+    const QByteArray written = VectorBytes(expected[u"written_back"]);
+    QCOMPARE(ReadAll(path), cr_lf ? WithCrLf(written) : written);
+}
+
+void ExchangeFileTest::Saves() {
+    QFETCH(QJsonObject, vector);
+    const QJsonObject input = vector[u"input"].toObject();
+    const QJsonObject expected = vector[u"expected"].toObject();
+    // Each file is saved with both line ends: nothing but the ends may differ.
+    for (const bool cr_lf : {false, true}) {
+        const ScratchFile scratch;
+        QByteArray content;
+        if (!input[u"file"].isNull()) {
+            content = VectorBytes(input[u"file"]).replace("\r\n", "\n");
+            content = cr_lf ? WithCrLf(content) : content;
+            WriteAll(scratch.Path(), content);
+        }
+        MessageScript script;
+        ExpectMessages(script, vector, scratch.Path());
+        CPlugExchangeFile file(scratch.Path());
+        CPlugParameters parameters;
+        parameters.setParameters(&file);
+        parameters.clearPoints();
+        for (const QJsonValue& point : input[u"points"].toArray())
+            parameters.addPoint(PointOf(point));
+        if (expected[u"error"].toString() == u"invalid-argument")
+            QVERIFY_THROWS_EXCEPTION(std::invalid_argument, parameters.writeFile());
+        else
+            parameters.writeFile();
+        QVERIFY2(script.Done(), qPrintable(script.Report()));
+        if (!expected[u"file"].isNull()) {
+            const QByteArray written = VectorBytes(expected[u"file"]);
+            QCOMPARE(ReadAll(scratch.Path()), cr_lf ? WithCrLf(written) : written);
+        } else if (!input[u"file"].isNull()) {
+            QCOMPARE(ReadAll(scratch.Path()), content);
+        } else {
+            QVERIFY(scratch.Entries().isEmpty());
+        }
+    }
+}
+
+void ExchangeFileTest::IntegersSaturate() {
+    const CPlugInstruction line(
+        "99999999999999999999 -99999999999999999999 -2147483648 2147483647 +7x - \t8");
+    QCOMPARE(line.getIntValue(0), std::numeric_limits<int>::max());
+    QCOMPARE(line.getIntValue(1), std::numeric_limits<int>::min());
+    QCOMPARE(line.getIntValue(2), std::numeric_limits<int>::min());
+    QCOMPARE(line.getIntValue(3), std::numeric_limits<int>::max());
+    QCOMPARE(line.getIntValue(4), 7);
+    QCOMPARE(line.getIntValue(5), 0);
+    QCOMPARE(line.getIntValue(6), 8);
+}
+
+void ExchangeFileTest::ValueAccess() {
+    CPlugInstruction line("7");
+    line.setCStringValue(3, QStringLiteral("x"));
+    QCOMPARE(line.getLine(), QByteArray("7 0 0 x "));
+    // A text with a blank stays one value although it will be read as two.
+    line.setCStringValue(1, QStringLiteral("a b"));
+    QCOMPARE(line.getCStringValue(1), QStringLiteral("a b"));
+    line.setCStringValue(0, QString::fromUtf8("\u20AC\u65E5"));
+    QCOMPARE(line.getLine(), QByteArray("\x80? a b 0 x "));
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, line.getIntValue(-1));
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, line.setIntValue(-1, 0));
+
+    MessageScript script;
+    CPlugExchangeFile file(QStringLiteral("nowhere.txt"));
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, file.getInstruction(-1));
+    script.Expect(QStringLiteral("CPlugInstruction::setCStringValue: value not found"));
+    QVERIFY(file.getInstruction(0) == nullptr);
+    QVERIFY2(script.Done(), qPrintable(script.Report()));
+}
+
+void ExchangeFileTest::HugeDeclaredCount() {
+    const ScratchFile scratch;
+    const QByteArray content = "\n\n\n1 2 x\n\n\n\n\n\n\n1\n0\n2000000000\n0\n1\n5\n6\n";
+    WriteAll(scratch.Path(), content);
+    MessageScript script;
+    // The empty line behind the last line end has no value, and then there are no more lines.
+    script.Expect(QStringLiteral("CPlugInstruction::setCStringValue: value not found: "));
+    script.Expect(QStringLiteral("CPlugInstruction::setCStringValue: value not found"));
+    CPlugExchangeFile file(scratch.Path());
+    CPlugParameters parameters;
+    parameters.setParameters(&file);
+    QVERIFY2(script.Done(), qPrintable(script.Report()));
+    QCOMPARE(parameters.getPointCount(), 2);
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, parameters.writeFile());
+    QCOMPARE(ReadAll(scratch.Path()), content);
+}
+
+void ExchangeFileTest::OddBytesSurvive() {
+    const ScratchFile scratch;
+    const QByteArray nul(1, '\0');
+    const QByteArray head = "a" + nul + "b ! c" + nul + "\r\n\xFF\xFE x\rlone ! \x81";
+    const QByteArray content = head + "\nlast\r";
+    WriteAll(scratch.Path(), content);
+    MessageScript script;
+    CPlugExchangeFile file(scratch.Path());
+    file.readFile();
+    QCOMPARE(file.instructionCount(), 3);
+    QCOMPARE(file.getInstruction(0)->getCStringValue(0), QStringLiteral("a") + QChar(0) + u'b');
+    file.writeFile();
+    QCOMPARE(ReadAll(scratch.Path()), head + "\r\nlast\r \r\n");
+    QVERIFY2(script.Done(), qPrintable(script.Report()));
+}
+
+void ExchangeFileTest::RefusedWriteKeepsTheFile() {
+    const ScratchFile scratch;
+    WriteAll(scratch.Path(), "old ! content\n");
+    CPlugExchangeFile file(scratch.Path());
+    file.readFile();
+    MessageScript script;
+    script.Expect(QStringLiteral("cplug: unable to open exchange file for writing ! (run.txt)"));
+    // A folder of the same name can be neither overwritten nor replaced.
+    QVERIFY(QFile::rename(scratch.Path(), QStringLiteral("moved.txt")));
+    QVERIFY(QDir().mkdir(scratch.Path()));
+    file.writeFile();
+    QVERIFY2(script.Done(), qPrintable(script.Report()));
+    QCOMPARE(scratch.Entries(), QStringList{QStringLiteral("moved.txt")});
+}
+
+void ExchangeFileTest::LinksAndPermissionsStay() {
+#ifndef Q_OS_UNIX
+    QSKIP("symbolic links and permission bits are a matter of Unix");
+#endif
+    const ScratchFile scratch;
+    WriteAll(QStringLiteral("real.txt"), "a\n");
+    const auto permissions = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
+    QVERIFY(QFile::setPermissions(QStringLiteral("real.txt"), permissions));
+    QVERIFY(QFile::link(QStringLiteral("real.txt"), scratch.Path()));
+    CPlugExchangeFile file(scratch.Path());
+    file.readFile();
+    file.writeFile();
+    QVERIFY(QFileInfo(scratch.Path()).isSymLink());
+    QCOMPARE(ReadAll(QStringLiteral("real.txt")), QByteArray("a \n\n"));
+    const auto user = QFile::ReadUser | QFile::WriteUser;
+    QCOMPARE(QFile::permissions(QStringLiteral("real.txt")) & ~user, permissions);
+}
+
+// Any points, saved into a file with any header, comments and line ends, come back as they were.
+void ExchangeFileTest::RandomPointsComeBack() {
+    QRandomGenerator random(20260807);
+    const auto word = [&random](QByteArrayView letters, int longest) {
+        QByteArray text;
+        for (int i = random.bounded(1, longest + 1); i > 0; --i)
+            text.append(letters[random.bounded(static_cast<int>(letters.size()))]);
+        return text;
+    };
+    const QByteArray value_letters = "0123456789.-+eE,\t\xE9\x80";
+    const QByteArray comment_letters =
+        "abc|! \t\xFC"
+        "09";
+    for (int round = 0; round < 300; ++round) {
+        const ScratchFile scratch;
+        QByteArray content;
+        const QByteArray line_end = random.bounded(2) == 0 ? "\n" : "\r\n";
+        const auto line = [&](const QByteArray& values) {
+            content += values;
+            if (random.bounded(2) == 0)
+                content += " !" + word(comment_letters, 12);
+            content += line_end;
+        };
+        const int old_points = random.bounded(1, 6);
+        for (int i = 0; i < 10; ++i)
+            line(i == 3 ? QByteArray("4 2 pump") : word("xyz 01", 8));
+        line("1");
+        line(QByteArray::number(old_points - 1));
+        line(QByteArray::number(2 * old_points));
+        for (int i = 0; i < 2 * old_points; ++i)
+            line(word(value_letters, 8));
+        QByteArray tail;
+        for (int i = random.bounded(4); i > 0; --i)
+            tail += word(comment_letters.mid(0, 3), 5) + " " + line_end;
+        WriteAll(scratch.Path(), content + tail);
+
+        MessageScript script;
+        CPlugExchangeFile file(scratch.Path());
+        CPlugParameters parameters;
+        parameters.setParameters(&file);
+        QCOMPARE(parameters.getPointCount(), old_points);
+        parameters.clearPoints();
+        QList<CPlugPoint> points;
+        for (int i = random.bounded(1, 40); i > 0; --i)
+            points.append(
+                {FromCp1252(word(value_letters, 10)), FromCp1252(word(value_letters, 10))});
+        for (const CPlugPoint& point : std::as_const(points))
+            parameters.addPoint(point);
+        parameters.writeFile();
+
+        CPlugExchangeFile file_again(scratch.Path());
+        CPlugParameters again;
+        again.setParameters(&file_again);
+        QVERIFY2(script.Done(), qPrintable(script.Report()));
+        QCOMPARE(again.getPointCount(), points.size());
+        for (qsizetype i = 0; i < points.size(); ++i)
+            QCOMPARE(again.getPoint(i), points[i]);
+        const QByteArray written = ReadAll(scratch.Path());
+        QVERIFY(written.endsWith(tail + line_end));
+        QCOMPARE(written.count('\n'), written.count(line_end));
+    }
+}
+
+QTEST_GUILESS_MAIN(ExchangeFileTest)
+#include "ExchangeFileTest.moc"

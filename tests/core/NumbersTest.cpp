@@ -1,0 +1,87 @@
+#include "VectorFile.h"
+#include "app/EnglishAtof.h"
+#include "profiles/NumberText.h"
+
+#include <QLocale>
+#include <QTest>
+
+#include <clocale>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+const float kNaN = std::numeric_limits<float>::quiet_NaN();
+
+}  // namespace
+
+// All of it runs under a locale with a decimal comma where the machine has one.
+class NumbersTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() {
+        QLocale::setDefault(QLocale(QLocale::French));
+        for (const char* locale : {"fr_FR.UTF-8", "de_DE.UTF-8", "fr_FR", "French"}) {
+            if (std::setlocale(LC_ALL, locale) != nullptr)
+                break;
+        }
+    }
+
+    void atof_data() { AddVectorRows("numbers", "atof"); }
+    void atof() {
+        QFETCH(QJsonObject, vector);
+        const QStringList texts = VectorStrings(vector[u"input"][u"atof"]);
+        for (qsizetype i = 0; i < texts.size(); ++i)
+            QCOMPARE(double{EnglishAtof(texts[i])}, vector[u"expected"][i].toDouble());
+    }
+
+    void format_data() { AddVectorRows("numbers", "format"); }
+    void format() {
+        QFETCH(QJsonObject, vector);
+        QStringList results;
+        const QJsonArray inputs = vector[u"input"][u"format"].toArray();
+        for (const QJsonValue& input : inputs)
+            results += FormatValue(EnglishAtof(input[0].toString()), input[1].toInt());
+        QCOMPARE(results, VectorStrings(vector[u"expected"]));
+    }
+
+    void round2_data() { AddVectorRows("numbers", "round2"); }
+    void round2() {
+        QFETCH(QJsonObject, vector);
+        QStringList results;
+        for (const QString& text : VectorStrings(vector[u"input"][u"round2"]))
+            results += FormatValue(Round2(EnglishAtof(text)), 2);
+        QCOMPARE(results, VectorStrings(vector[u"expected"]));
+    }
+
+    void extremes_data() {
+        QTest::addColumn<QString>("result");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("beyond int") << FormatValue(3e9F, 0) << "3000000000";
+        QTest::newRow("largest") << FormatValue(std::numeric_limits<float>::max(), 4)
+                                 << "340282346638528859811704183484516925440.0000";
+        QTest::newRow("infinite") << FormatValue(-kInfinity, 0) << "-inf";
+        QTest::newRow("undefined, signed") << FormatValue(std::copysign(kNaN, -1.0F), 2) << "nan";
+        QTest::newRow("cut to 0") << FormatValue(-0.5F, 0) << "0";
+        QTest::newRow("round large") << FormatValue(RoundWhole(16777217e3F), 0) << "16777217024";
+        QTest::newRow("round infinite") << FormatValue(RoundWhole(kInfinity), 0) << "inf";
+        QTest::newRow("round undefined") << FormatValue(Round2(kNaN), 0) << "nan";
+        QTest::newRow("13 digits") << NumberText13(1.0 / 3.0) << "0.3333333333333";
+        QTest::newRow("13, trailing zeros") << NumberText13(1500.50) << "1500.5";
+        QTest::newRow("13, large") << NumberText13(-1e300) << "-1e+300";
+        QTest::newRow("7, float noise") << NumberText7(double{0.1F}) << "0.1";
+        QTest::newRow("7, large") << NumberText7(123456789.0) << "1.234568e+08";
+        QTest::newRow("7, small") << NumberText7(0.00001) << "1e-05";
+        QTest::newRow("7, undefined") << NumberText7(-std::nan("")) << "nan";
+    }
+    void extremes() {
+        QFETCH(QString, result);
+        QFETCH(QString, expected);
+        QCOMPARE(result, expected);
+    }
+};
+
+QTEST_APPLESS_MAIN(NumbersTest)
+#include "NumbersTest.moc"

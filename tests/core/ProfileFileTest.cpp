@@ -1,0 +1,267 @@
+#include "MessageScript.h"
+#include "VectorFile.h"
+#include "app/EnglishAtof.h"
+#include "profiles/Coefficients.h"
+#include "profiles/ProfileFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+ProfileKind KindFrom(const QJsonValue& value) {
+    return static_cast<ProfileKind>(value.toInt());
+}
+
+// A vector's path with the separators of this platform.
+QString PathFrom(const QJsonValue& value) {
+    return value.toString().replace(u'\\', u'/');
+}
+
+bool WriteBytes(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+QString NotValid(const QString& path) {
+    return u"Le fichier \""_s + path + u"\" n'est pas valable ici !"_s;
+}
+
+QString NotOpened(const QString& path) {
+    return u"Le fichier \""_s + path + u"\"n'a pas pu être ouvert!"_s;
+}
+
+const QByteArray kWeeklyHead = "JOURS = L M M J V S D\nCONSOMMATION = ";
+const QByteArray kWeekly = kWeeklyHead + "1 2 3 4 5 6 7\n";
+const QByteArray kSixNames = R"("a" "b" "c" "d" "e" "f" )";
+
+}  // namespace
+
+class ProfileFileTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void read_data() { AddVectorRows("dat_read"); }
+    void read() {
+        QFETCH(QJsonObject, vector);
+        const QJsonObject input = vector[u"input"].toObject();
+        const QJsonObject expected = vector[u"expected"].toObject();
+        const ProfileKind kind = KindFrom(input[u"kind"]);
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QFileInfo(PathFrom(input[u"path"])).fileName());
+        if (!input[u"file"].isNull()) {
+            const QByteArray bytes = VectorBytes(input[u"file"]);
+            QVERIFY(WriteBytes(path, bytes));
+            QCOMPARE(HeaderIsValid(kind, bytes), expected[u"header_ok"].toBool());
+        }
+
+        MessageScript script;
+        for (QString message : VectorStrings(expected[u"messages"]))
+            script.Expect(message.replace(input[u"path"].toString(), path));
+        const ProfileReading reading = ReadProfile(kind, path);
+        QVERIFY2(script.Done(), qPrintable(script.Report()));
+
+        const bool refused = !expected[u"messages"].toArray().isEmpty();
+        const ProfileFileStatus refusal = input[u"file"].isNull() ? ProfileFileStatus::CannotOpen
+                                          : expected[u"header_ok"].toBool()
+                                              ? ProfileFileStatus::WrongLine
+                                              : ProfileFileStatus::WrongHeader;
+        QCOMPARE(reading.status, refused ? refusal : ProfileFileStatus::Read);
+        QCOMPARE(reading.content.labels, VectorStrings(expected[u"times"]));
+        QCOMPARE(reading.content.values, VectorStrings(expected[u"values"]));
+        QCOMPARE(reading.content.names, VectorStrings(expected[u"names"]));
+
+        if (refused || expected[u"cells"].isNull())
+            return;
+        QStringList cells = reading.content.values;
+        if (Describe(kind).coefficients && !input[u"view_only"].toBool())
+            cells = AdjustCoefficients(kind, cells, reading.content.sum);
+        const QStringList expected_cells = VectorStrings(expected[u"cells"]);
+        QCOMPARE(cells.size(), expected_cells.size());
+        for (qsizetype i = 0; i < cells.size(); ++i)
+            QCOMPARE(EnglishAtof(cells[i]), EnglishAtof(expected_cells[i]));
+    }
+
+    void parse_data() {
+        using enum ProfileFileStatus;
+        QTest::addColumn<ProfileKind>("kind");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<ProfileFileStatus>("status");
+        QTest::addColumn<QString>("values");
+        QTest::addColumn<QString>("names");
+        const auto weekly = [](const char* name, const QByteArray& bytes, ProfileFileStatus status,
+                               const char* values = "", const char* names = "") {
+            QTest::newRow(name) << ProfileKind::Weekly << bytes << status << values << names;
+        };
+        const auto function = [](const char* name, const QByteArray& bytes,
+                                 ProfileFileStatus status, const char* values = "") {
+            QTest::newRow(name) << ProfileKind::Function << bytes << status << values << "";
+        };
+        const char* const values = "1|2|3|4|5|6|7";
+        const char* const names = "a|b|c|d|e|f|g";
+        weekly("CR LF, blanks, no last line end",
+               "\t JOURS\r\nCONSOMMATION ?\t= 1 2 3 4 5 6 7 \t\r\nP=" + kSixNames + "\"g\" \r",
+               Read, values, names);
+        weekly("a name with = and blanks", kWeekly + "PROFIL = " + kSixNames + "\" g = h \"\n",
+               Read, values, "a|b|c|d|e|f| g = h ");
+        weekly("nothing behind =", kWeeklyHead + " \r\nPROFIL =", Read);
+        weekly("further lines", kWeekly + "PROFIL = " + kSixNames + "\"g\"\n1 2\n", Read, values,
+               names);
+        weekly("empty first line", "\n" + kWeekly + "PROFIL =\n", WrongHeader);
+        weekly("a word that only begins as the keyword",
+               "JOURS = 1\nCONSOMMATIONS = 1 2 3 4 5 6 7\nPROFIL =\n", WrongHeader);
+        weekly("values without =", "JOURS\nCONSOMMATION 1 2 3 4 5 6 7\nPROFIL =\n", WrongLine);
+        weekly("= on the next line only", "JOURS =\nCONSOMMATION\n= 1 2 3 4 5 6 7\n", WrongLine);
+        weekly("names without =", kWeekly + "PROFIL " + kSixNames + "\"g\"\n", WrongLine);
+        weekly("last name not closed", kWeekly + "PROFIL = " + kSixNames + "\"g\n", WrongLine);
+        weekly("names go on on the next line", kWeekly + "PROFIL = " + kSixNames + "\n\"g\"\n",
+               WrongLine);
+        weekly("a word behind the names", kWeekly + "PROFIL = " + kSixNames + "\"g\" h\n",
+               WrongLine);
+        weekly("a NUL for a blank", kWeeklyHead + QByteArray("1 2 3 4 5 6\0007\n", 14) + "P =\n",
+               WrongLine);
+        weekly("not a number", kWeeklyHead + "1 2 3 nan 5 6 7\nP =\n", WrongLine);
+        weekly("beyond a float", kWeeklyHead + "1 2 3 1e39 5 6 7\nP =\n", WrongLine);
+        weekly("hexadecimal", kWeeklyHead + "1 2 3 0x10 5 6 7\nP =\n", WrongLine);
+        weekly("beyond an int", kWeeklyHead + "3e9 2 3 4 5 6 -7.9\nP =\n", Read,
+               "3000000000|2|3|4|5|6|-7");
+        weekly("no-break space before a digit",
+               kWeeklyHead +
+                   "\xA0"
+                   "1 2 3 4 5 6 7\nP =\n",
+               Read, values);
+        function("no points", "AZIMUT =\nHAUTEUR =\n", Read);
+        function("values only", "AZIMUT =\nHAUTEUR = 1\n", WrongLine);
+        function("times only", "AZIMUT = 1\nHAUTEUR =\n", WrongLine);
+        function("a time that is no number", "AZIMUT = 1 x\nHAUTEUR = 1 2\n", WrongLine);
+        function("times without =", "AZIMUT 1 2\nHAUTEUR = 1 2\n", WrongLine);
+    }
+    void parse() {
+        QFETCH(ProfileKind, kind);
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, values);
+        QFETCH(QString, names);
+        const ProfileReading reading = ParseProfile(kind, bytes);
+        QTEST(reading.status, "status");
+        QCOMPARE(reading.content.values.join(u'|'), values);
+        QCOMPARE(reading.content.names.join(u'|'), names);
+        const bool crlf = bytes.left(bytes.indexOf('\n')).endsWith('\r');
+        QCOMPARE(reading.line_end, reading.status == ProfileFileStatus::Read && crlf ? "\r\n" : "");
+    }
+
+    void pathsThatAreNoFiles() {
+        const QTemporaryDir folder;
+        QStringList paths = {folder.path(), folder.filePath(u"missing.dat"_s), QString()};
+#ifdef Q_OS_UNIX
+        const QString pipe = folder.filePath(u"pipe.dat"_s);
+        QCOMPARE(mkfifo(qPrintable(pipe), 0600), 0);
+        paths += {u"/dev/zero"_s, pipe};
+#endif
+        for (const QString& path : paths) {
+            MessageScript script;
+            script.Expect(NotOpened(path));
+            QCOMPARE(ReadProfile(ProfileKind::Daily, path).status, ProfileFileStatus::CannotOpen);
+            QVERIFY2(script.Done(), qPrintable(script.Report()));
+        }
+    }
+
+    void hugeFile() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"huge.dat"_s);
+        QVERIFY(WriteBytes(path, kWeekly + "PROFIL =\n"));
+        QVERIFY(QFile::resize(path, 8LL * 1024 * 1024 * 1024));
+        MessageScript script;
+        script.Expect(NotValid(path));
+        QCOMPARE(ReadProfile(ProfileKind::Weekly, path).status, ProfileFileStatus::WrongHeader);
+        QVERIFY2(script.Done(), qPrintable(script.Report()));
+    }
+
+    void write_data() {
+        AddVectorRows("dat_write", "rows");
+    }
+    void write() {
+        QFETCH(QJsonObject, vector);
+        const QJsonObject input = vector[u"input"].toObject();
+        ProfileContent content;
+        const QJsonArray rows = input[u"rows"].toArray();
+        for (const QJsonValue& row : rows) {
+            content.labels += row[0].toString();
+            content.values += row[1].toString();
+            content.names += row[2].toString();
+        }
+        QByteArray expected = VectorBytes(vector[u"expected"][u"file"]);
+        QCOMPARE(WriteProfile(KindFrom(input[u"kind"]), content, "\n"), expected);
+        QCOMPARE(WriteProfile(KindFrom(input[u"kind"]), content, "\r\n"),
+                 expected.replace("\n", "\r\n"));
+    }
+
+    void names_data() {
+        AddVectorRows("dat_write", "saves");
+    }
+    void names() {
+        QFETCH(QJsonObject, vector);
+        QStringList results;
+        const QJsonArray saves = vector[u"input"][u"saves"].toArray();
+        for (const QJsonValue& save : saves)
+            results += NameAfterSave(KindFrom(save[0]), PathFrom(save[1]), save[2].toString(),
+                                     save[3].toBool());
+        QCOMPARE(results, VectorStrings(vector[u"expected"][u"names"]));
+        QCOMPARE(NameAfterSave(ProfileKind::Daily, u"/d/.dat"_s, u"old"_s, false), u"old"_s);
+        QCOMPARE(NameAfterSave(ProfileKind::Weekly, u"/d.e/a.b"_s, u"old"_s, false), u"a"_s);
+    }
+
+    void extensions_data() {
+        AddVectorRows("dat_write", "chosen");
+    }
+    void extensions() {
+        QFETCH(QJsonObject, vector);
+        QStringList results;
+        const QJsonArray chosen = vector[u"input"][u"chosen"].toArray();
+        for (const QJsonValue& path : chosen)
+            results += WithExtension(PathFrom(path));
+        QCOMPARE(results.join(u'\n'),
+                 VectorStrings(vector[u"expected"][u"written"]).join(u'\n').replace(u'\\', u'/'));
+    }
+
+    // What the editor wrote comes back to the letter, whatever the names hold.
+    void writtenFilesAreRead_data() {
+        QTest::addColumn<ProfileKind>("kind");
+        QTest::newRow("monthly") << ProfileKind::Monthly;
+        QTest::newRow("weekly") << ProfileKind::Weekly;
+        QTest::newRow("daily") << ProfileKind::Daily;
+    }
+    void writtenFilesAreRead() {
+        QFETCH(ProfileKind, kind);
+        const KindDescriptor& facts = Describe(kind);
+        const QString letters = u"abZ0 =!'\\/.é°€\t\x0081"_s;
+        QRandomGenerator random(1);
+        for (int round = 0; round < 200; ++round) {
+            ProfileContent content = {.labels = RowLabelTexts(kind), .values = {}, .names = {}};
+            for (int row = 0; row < facts.rows; ++row) {
+                content.values += QString::number(random.bounded(5000.0), 'f', facts.decimals);
+                QString name;
+                for (int length = random.bounded(6); length > 0; --length)
+                    name += letters[random.bounded(letters.size())];
+                content.names += name;
+            }
+            const ProfileReading reading =
+                ParseProfile(kind, WriteProfile(kind, content, round % 2 == 0 ? "\n" : "\r\n"));
+            QCOMPARE(reading.status, ProfileFileStatus::Read);
+            QCOMPARE(reading.content.values, content.values);
+            QCOMPARE(reading.content.names, facts.hasNames() ? content.names : QStringList());
+        }
+    }
+};
+
+QTEST_APPLESS_MAIN(ProfileFileTest)
+#include "ProfileFileTest.moc"

@@ -1,0 +1,167 @@
+#include "ExchangeText.h"
+#include "HostRun.h"
+#include "VirtualScreen.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const Points kPoints = {{"0", "1.50"}, {"10", "4"}, {"20", "-3e0"}, {"30.25", "12"}};
+
+constexpr QRgb kMarker = qRgb(255, 0, 0);
+constexpr QRgb kCurrentMarker = qRgb(255, 207, 54);
+
+// The centres of the point markers in the chart, from left to right.
+QList<QPoint> MarkerCentres(const QImage& picture) {
+    constexpr int kSmallest = 5;  // pixels, side of a marker
+    const auto is_marker = [&](int x, int y) {
+        if (!picture.valid(x, y))
+            return false;
+        const QRgb colour = picture.pixel(x, y);
+        return colour == kMarker || colour == kCurrentMarker;
+    };
+    QList<QPoint> centres;
+    for (int x = kChart.left(); x <= kChart.right(); ++x) {
+        for (int y = kChart.top(); y <= kChart.bottom(); ++y) {
+            // The top left pixel of a marker has no marker pixel above it or to its left.
+            if (!is_marker(x, y) || is_marker(x - 1, y) || is_marker(x, y - 1))
+                continue;
+            int width = 1;
+            int height = 1;
+            while (is_marker(x + width, y))
+                ++width;
+            while (is_marker(x, y + height))
+                ++height;
+            if (width >= kSmallest && height >= kSmallest)
+                centres.append({x + width / 2, y + height / 2});
+        }
+    }
+    return centres;
+}
+
+}  // namespace
+
+/// What the user does in the dialog and what of it reaches the exchange file.
+class EditingTest : public QObject {
+    Q_OBJECT
+
+    VirtualScreen m_screen;
+    QTemporaryDir m_folder;
+    QString m_file = m_folder.filePath(u"exchange.txt"_s);
+
+private slots:
+    void initTestCase() {
+        QVERIFY(m_folder.isValid());
+        const QString problem = m_screen.Start();
+        QVERIFY2(problem.isEmpty(), qPrintable(problem));
+    }
+
+    void init() { QVERIFY(WriteAll(m_file, HostFile(kPoints))); }
+
+    void StoresTypedEntries_data() {
+        QTest::addColumn<QPoint>("cell");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QStringList>("keys");
+        QTest::addColumn<Points>("expected");
+
+        const QStringList enter = {u"Return"_s};
+        QTest::newRow("value, Enter")
+            << CellPlace(2, 2) << u"7.25"_s << enter
+            << Points{{"0", "1.50"}, {"10", "7.25"}, {"20", "-3e0"}, {"30.25", "12"}};
+        QTest::newRow("value with a comma, OK")
+            << CellPlace(1, 2) << u"2,5"_s << QStringList()
+            << Points{{"0", "2.5"}, {"10", "4"}, {"20", "-3e0"}, {"30.25", "12"}};
+        QTest::newRow("time, Tab")
+            << CellPlace(2, 1) << u"11.5"_s << QStringList{u"Tab"_s}
+            << Points{{"0", "1.50"}, {"11.5", "4"}, {"20", "-3e0"}, {"30.25", "12"}};
+        QTest::newRow("two values, Enter moves down")
+            << CellPlace(1, 2) << u"8"_s << QStringList{u"Return"_s, u"9"_s, u"Return"_s}
+            << Points{{"0", "8"}, {"10", "9"}, {"20", "-3e0"}, {"30.25", "12"}};
+        QTest::newRow("Esc leaves the cell")
+            << CellPlace(2, 2) << u"7"_s << QStringList{u"Escape"_s} << kPoints;
+        QTest::newRow("undone") << CellPlace(2, 2) << u"7"_s
+                                << QStringList{u"Return"_s, u"ctrl+z"_s} << kPoints;
+        QTest::newRow("redone") << CellPlace(2, 2) << u"7"_s
+                                << QStringList{u"Return"_s, u"ctrl+z"_s, u"ctrl+y"_s}
+                                << Points{
+                                       {"0", "1.50"}, {"10", "7"}, {"20", "-3e0"}, {"30.25", "12"}};
+    }
+    void StoresTypedEntries() {
+        QFETCH(const QPoint, cell);
+        QFETCH(const QString, typed);
+        QFETCH(const QStringList, keys);
+        QFETCH(const Points, expected);
+        HostRun host(m_screen);
+        host.Start({m_file});
+        QVERIFY(host.WaitForDialog());
+        QVERIFY(host.TypeInto(cell, typed));
+        if (!keys.isEmpty())
+            QVERIFY(host.Keys(keys));
+        QVERIFY(host.PressOk());
+        QCOMPARE(ReadAll(m_file), SavedFile(expected));
+    }
+
+    void AddsAPoint() {
+        HostRun host(m_screen);
+        host.Start({m_file});
+        QVERIFY(host.WaitForDialog());
+        QVERIFY(host.Keys({u"Insert"_s}));
+        QVERIFY(host.WaitForWindow(u"Add a point"_s));
+        QVERIFY(host.Keys({u"ctrl+a"_s}) && host.Type(u"12.5"_s));
+        QVERIFY(host.Keys({u"Tab"_s, u"ctrl+a"_s}) && host.Type(u"-6"_s));
+        QVERIFY(host.Keys({u"Return"_s}) && host.WaitUntilClosed() && host.WaitForDialog());
+        QVERIFY(host.PressOk());
+        QCOMPARE(
+            ReadAll(m_file),
+            SavedFile(
+                {{"0", "1.50"}, {"10", "4"}, {"12.5", "-6"}, {"20", "-3e0"}, {"30.25", "12"}}));
+    }
+
+    void RemovesTheSelectedRow() {
+        HostRun host(m_screen);
+        host.Start({m_file});
+        QVERIFY(host.WaitForDialog());
+        QVERIFY(host.Click(CellPlace(2, 1)) && host.Keys({u"shift+Right"_s}));
+        QVERIFY(host.Click(kRemoveButton));
+        QVERIFY(host.PressOk());
+        QCOMPARE(ReadAll(m_file), SavedFile({{"0", "1.50"}, {"20", "-3e0"}, {"30.25", "12"}}));
+    }
+
+    void ShowsAMarkerForEachPointAndLetsItBeDragged() {
+        HostRun host(m_screen);
+        host.Start({m_file});
+        QVERIFY(host.WaitForDialog());
+        const QList<QPoint> before = MarkerCentres(host.Picture());
+        QCOMPARE(before.size(), kPoints.size());
+        for (qsizetype i = 1; i < before.size(); ++i) {
+            const bool rises = kPoints[i].second.toDouble() > kPoints[i - 1].second.toDouble();
+            QCOMPARE(before[i].y() < before[i - 1].y(), rises);
+        }
+
+        const QPoint target = before[1] - QPoint(0, 30);
+        QVERIFY(host.Drag(before[1], target));
+        const QList<QPoint> after = MarkerCentres(host.Picture());
+        QCOMPARE(after.size(), before.size());
+        QVERIFY(std::abs(after[1].y() - target.y()) <= 2);
+        QVERIFY(host.PressOk());
+
+        // Thirty pixels in units of the value, from two markers that were not dragged.
+        const double value_of_pixel = (12.0 - -3.0) / (before[2].y() - before[3].y());
+        Points saved = PointsOf(ReadAll(m_file));
+        QCOMPARE(saved.size(), kPoints.size());
+        const double value = saved[1].second.toDouble();
+        QVERIFY2(std::abs(value - (4 + 30 * value_of_pixel)) < 2 * value_of_pixel,
+                 saved[1].second.constData());
+        QCOMPARE(
+            ReadAll(m_file),
+            SavedFile({{"0", "1.50"}, {"10", saved[1].second}, {"20", "-3e0"}, {"30.25", "12"}}));
+    }
+};
+
+QTEST_GUILESS_MAIN(EditingTest)
+#include "EditingTest.moc"

@@ -1,0 +1,196 @@
+#include "ExchangeText.h"
+#include "HostRun.h"
+#include "VirtualScreen.h"
+
+#include <QFileInfo>
+#include <QScopeGuard>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const Points kPoints = {{"0", "1.50"}, {"10", "4"}, {"20", "-3e0"}};
+
+}  // namespace
+
+/// What a run leaves in the exchange file, byte for byte, and how it ends.
+class ExchangeTest : public QObject {
+    Q_OBJECT
+
+    VirtualScreen m_screen;
+    QTemporaryDir m_folder;
+    QString m_file = m_folder.filePath(u"exchange file.txt"_s);
+
+private slots:
+    void initTestCase() {
+        QVERIFY(m_folder.isValid());
+        const QString problem = m_screen.Start();
+        QVERIFY2(problem.isEmpty(), qPrintable(problem));
+    }
+
+    void RewritesAnUnchangedFunction_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::addColumn<QStringList>("arguments");
+
+        const QStringList absolute = {m_file};
+        QTest::newRow("normal form")
+            << HostFile(kPoints) << SavedFile(kPoints) << QStringList{u"exchange file.txt"_s};
+        QTest::newRow("behind a switch")
+            << HostFile(kPoints) << SavedFile(kPoints) << QStringList{u"-quiet"_s, m_file};
+        QTest::newRow("carriage returns") << HostFile(kPoints).replace("\n", "\r\n")
+                                          << SavedFile(kPoints).replace("\n", "\r\n") << absolute;
+        QTest::newRow("uneven")
+            << QByteArray(
+                   " 1   2 3\n!x!y\n !x\n3 !! note\na ! b ! c\n1\t2\n\n\n\n\n1!\n  1  0 ! n\n4\n"
+                   "0!t\n 1 !y\n2.50 x ! t\n3\nlast")
+            << QByteArray(
+                   "1 2 3 \n!x!y\n!x\n3 ! note\na ! b \n1\t2 \n\n\n\n\n1 \n1 0 ! n\n4 \n"
+                   "0 !t\n1 !y\n2.50 ! Time at point|hr|0|+Inf\n"
+                   "3 ! Value at point |any|-Inf|+Inf\nlast \n")
+            << absolute;
+        for (const char* const name : {"pump-start.txt", "year-hourly.txt"}) {
+            const QByteArray sample =
+                ReadAll(QLatin1StringView(SAMPLES_DIR) + QLatin1StringView(name));
+            QVERIFY(!sample.isEmpty());
+            QTest::newRow(name) << sample << sample + '\n' << absolute;
+        }
+    }
+    void RewritesAnUnchangedFunction() {
+        QFETCH(const QByteArray, content);
+        QFETCH(const QByteArray, expected);
+        QFETCH(const QStringList, arguments);
+        QVERIFY(WriteAll(m_file, content));
+
+        HostRun host(m_screen);
+        host.Program().setWorkingDirectory(m_folder.path());
+        host.Start(arguments);
+        QVERIFY(host.WaitForDialog());
+        QVERIFY(host.PressOk());
+        QCOMPARE(ReadAll(m_file), expected);
+    }
+
+    void CancelsOnlyWhenSure_data() {
+        QTest::addColumn<QString>("key");
+        QTest::newRow("button") << QString();
+        QTest::newRow("Esc") << u"Escape"_s;
+        QTest::newRow("close box") << u"alt+F4"_s;
+    }
+    void CancelsOnlyWhenSure() {
+        QFETCH(const QString, key);
+        const QByteArray content =
+            "1   2\n" + HostFile(kPoints).sliced(sizeof "! Written by the host");
+        QVERIFY(WriteAll(m_file, content));
+
+        HostRun host(m_screen);
+        host.Start({m_file});
+        QVERIFY(host.WaitForDialog());
+        QVERIFY(host.TypeInto(CellPlace(2, 2), u"7"_s) && host.Keys({u"Return"_s}));
+        for (const char* const answer : {"Escape", "alt+F4", "Return"}) {
+            QVERIFY(key.isEmpty() ? host.Click(kCancelButton) : host.Keys({key}));
+            QVERIFY(host.WaitForWindow(u"Cancelling"_s));
+            QVERIFY(host.Keys({QString::fromLatin1(answer)}));
+            QVERIFY(host.WaitUntilClosed());
+            if (answer != "Return"_L1)
+                QVERIFY(host.WaitForDialog());
+        }
+        QVERIFY(host.HasEnded());
+        QCOMPARE(ReadAll(m_file), content);
+    }
+
+    void KeepsTheEditsOfARefusedCancel() {
+        QVERIFY(WriteAll(m_file, HostFile(kPoints)));
+        HostRun host(m_screen);
+        host.Start({m_file});
+        QVERIFY(host.WaitForDialog());
+        QVERIFY(host.TypeInto(CellPlace(2, 2), u"7"_s) && host.Keys({u"Return"_s, u"Escape"_s}));
+        QVERIFY(host.WaitForWindow(u"Cancelling"_s));
+        QVERIFY(host.Keys({u"Escape"_s}) && host.WaitUntilClosed() && host.WaitForDialog());
+        QVERIFY(host.PressOk());
+        QCOMPARE(ReadAll(m_file), SavedFile({{"0", "1.50"}, {"10", "7"}, {"20", "-3e0"}}));
+    }
+
+    void OpensEmptyWithoutPoints_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("argument");
+        QTest::addColumn<int>("messages");
+
+        QTest::newRow("no such file") << QByteArray() << m_folder.filePath(u"none.txt"_s) << 2;
+        QTest::newRow("a folder") << QByteArray() << m_folder.path() << 2;
+        QTest::newRow("no file name") << QByteArray() << QString() << 2;
+        QTest::newRow("two cycles")
+            << HostFile(kPoints).replace("\n1 ! Cycles", "\n2 ! Cycles") << m_file << 1;
+        QTest::newRow("cut in the header") << QByteArray("1\n2\n3\n4 2 x\n5") << m_file << 1;
+    }
+    void OpensEmptyWithoutPoints() {
+        QFETCH(const QByteArray, content);
+        QFETCH(const QString, argument);
+        QFETCH(const int, messages);
+        if (!content.isNull())
+            QVERIFY(WriteAll(m_file, content));
+
+        HostRun host(m_screen);
+        host.Start(argument.isNull() ? QStringList() : QStringList{argument});
+        for (int i = 0; i < messages; ++i)
+            QVERIFY2(host.PassMessage(), qPrintable(u"message %1"_s.arg(i + 1)));
+        QVERIFY(host.WaitForDialog());
+        QVERIFY(host.Click(kOkButton));
+        QVERIFY2(host.PassMessage(), "an empty function cannot be saved");
+        QVERIFY(host.HasEnded());
+        QVERIFY(!QFileInfo::exists(m_folder.filePath(u"none.txt"_s)));
+        if (!content.isNull())
+            QCOMPARE(ReadAll(m_file), content);
+    }
+
+    void KeepsTheOldFileWhenWritingIsRefused() {
+        QTemporaryDir folder;
+        const QString file = folder.filePath(u"exchange.txt"_s);
+        const QString program = folder.filePath(u"function-editor"_s);
+        QVERIFY(WriteAll(file, HostFile(kPoints)));
+        QVERIFY(QFile::copy(HostRun::ProgramPath(), program));
+        QVERIFY(
+            QFile::setPermissions(file, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+        const QByteArray folder_path = QFile::encodeName(folder.path());
+        QCOMPARE(chmod(folder_path.constData(), 0555), 0);
+        const auto writable = qScopeGuard([&] { (void)chmod(folder_path.constData(), 0755); });
+
+        HostRun host(m_screen);
+        host.StartAsStranger(program, {file});
+        QVERIFY(host.WaitForDialog());
+        QVERIFY(host.TypeInto(CellPlace(1, 2), u"9"_s) && host.Keys({u"Return"_s}));
+        QVERIFY(host.Click(kOkButton));
+        QVERIFY(host.PassMessage());
+        QVERIFY(host.HasEnded());
+        QCOMPARE(ReadAll(file), HostFile(kPoints));
+    }
+
+    // The trace of 8,760 points is several times what a pipe holds.
+    void DoesNotWaitForAHostThatNeverReadsItsOutput() {
+        const QByteArray sample = ReadAll(QStringLiteral(SAMPLES_DIR "year-hourly.txt"));
+        QVERIFY(WriteAll(m_file, sample));
+        const QString pipe = m_folder.filePath(u"pipe"_s);
+        const QByteArray pipe_path = QFile::encodeName(pipe);
+        QCOMPARE(mkfifo(pipe_path.constData(), 0600), 0);
+        const int reader = open(pipe_path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        QVERIFY(reader >= 0);
+        const auto closed = qScopeGuard([&] { close(reader); });
+
+        HostRun host(m_screen);
+        host.Program().setStandardOutputFile(pipe);
+        host.Start({m_file});
+        QVERIFY(host.WaitForDialog());
+        QVERIFY(host.PressOk());
+        QCOMPARE(ReadAll(m_file), sample + '\n');
+        char first = 0;
+        QVERIFY2(read(reader, &first, 1) == 1, "nothing was written to the pipe");
+    }
+};
+
+QTEST_GUILESS_MAIN(ExchangeTest)
+#include "ExchangeTest.moc"

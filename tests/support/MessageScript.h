@@ -1,0 +1,46 @@
+#pragma once
+
+#include "app/Message.h"
+
+#include <QList>
+#include <QString>
+
+/// Answers messages and questions from a script while it lives: the expected texts in order. A text
+/// that is not the next one, or that comes when none is due, is a failure; so is one that never
+/// came. A test ends with `QVERIFY2(script.Done(), qPrintable(script.Report()))`.
+class MessageScript {
+public:
+    MessageScript();
+    ~MessageScript();
+    MessageScript(const MessageScript&) = delete;
+    MessageScript& operator=(const MessageScript&) = delete;
+
+    /// The next message is `text`.
+    void Expect(const QString& text, const QString& caption = {});
+
+    /// The next question is `text` with `caption`; it is answered with `yes`.
+    void ExpectQuestion(const QString& text, const QString& caption, bool yes);
+
+    /// All that was expected came and nothing else did.
+    bool Done() const { return m_expected.isEmpty() && m_surprises.isEmpty(); }
+
+    QString Report() const;
+
+    /// The texts that came, expected or not.
+    const QStringList& Seen() const { return m_seen; }
+
+private:
+    struct Expected {
+        QString text;
+        QString caption;
+        bool question = false;
+        bool yes = false;
+    };
+
+    bool Take(const Expected& came);
+
+    QList<Expected> m_expected;
+    QStringList m_surprises;
+    QStringList m_seen;
+    MessageHandler m_former;
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QString>
+#include <QStringList>
+
+/// The cases of tests/vectors/`name`.json as rows of the running data-driven test: each row is
+/// named after its case and carries the column "vector" (QJsonObject) with input, expected and
+/// notes. The row "(file)" is never made, so an unreadable or empty file leaves the test without
+/// data, which fails it.
+void AddVectorRows(const char* name);
+
+/// As above, only cases whose "input" holds `key`.
+void AddVectorRows(const char* name, const char* key);
+
+/// Bytes of a vector's byte string: ASCII text or {"b64": ...}.
+QByteArray VectorBytes(const QJsonValue& value);
+
+/// Strings of a JSON array of strings.
+QStringList VectorStrings(const QJsonValue& value);

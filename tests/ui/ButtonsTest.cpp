@@ -1,0 +1,327 @@
+#include "chart/BitmapButton.h"
+#include "chart/CSXButton.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QPainter>
+#include <QSignalSpy>
+#include <QStyleFactory>
+#include <QSvgRenderer>
+#include <QTest>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QStringList kCaptions = {u"OUVRIR"_s, u"ENREG"_s, u"ENREGSOUS"_s, u"UNDO"_s,
+                               u"REDO"_s,   u"COPY"_s,  u"PASTE"_s};
+
+QString BitmapPath(const QString& name) {
+    return u":/bitmaps/"_s + name + u".svg"_s;
+}
+
+QPalette ColorsOf(QRgb face, QRgb text) {
+    QPalette palette;
+    palette.setColor(QPalette::Button, QColor::fromRgb(face));
+    palette.setColor(QPalette::Window, QColor::fromRgb(face));
+    palette.setColor(QPalette::ButtonText, QColor::fromRgb(text));
+    palette.setColor(QPalette::Highlight, QColor::fromRgb(SvgPicture::kFocusMark));
+    return palette;
+}
+
+// The colours that the drawings themselves hold.
+QPalette DrawnColors() {
+    return ColorsOf(qRgb(239, 239, 239), SvgPicture::kInk);
+}
+
+QImage Shot(QWidget& widget, qreal ratio = 1.0) {
+    QImage image((QSizeF(widget.size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::transparent);
+    widget.render(&image, {}, {}, {});
+    return image;
+}
+
+double Luminance(QRgb color) {
+    const auto linear = [](int channel) {
+        const double part = channel / 255.0;
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(qRed(color)) + 0.7152 * linear(qGreen(color)) +
+           0.0722 * linear(qBlue(color));
+}
+
+double Contrast(QRgb a, QRgb b) {
+    const auto [dark, light] = std::minmax({Luminance(a), Luminance(b)});
+    return (light + 0.05) / (dark + 0.05);
+}
+
+// What is green on a button that holds nothing else of that colour.
+QRect GreenArea(const QImage& image) {
+    QRect area;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor color = image.pixelColor(x, y);
+            if (color.green() > color.red() + 50 && color.green() > color.blue() + 50)
+                area |= QRect(x, y, 1, 1);
+        }
+    }
+    return area;
+}
+
+// What differs between two images of one size.
+QRect ChangedArea(const QImage& a, const QImage& b) {
+    QRect area;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            if (a.pixel(x, y) != b.pixel(x, y))
+                area |= QRect(x, y, 1, 1);
+        }
+    }
+    return area;
+}
+
+constexpr int kAddPicture = 5034;
+constexpr QRgb kAddGreen = 0xff2b9a4b;
+
+}  // namespace
+
+class ButtonsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QApplication::setStyle(QStyleFactory::create(u"Fusion"_s)); }
+
+    void Pictures_data() {
+        QTest::addColumn<QString>("caption");
+        for (const QString& caption : kCaptions)
+            QTest::newRow(qPrintable(caption)) << caption;
+    }
+    void Pictures() {
+        QFETCH(const QString, caption);
+        QList<QImage> seen;
+        for (const QChar letter : u"UDFX"_s) {
+            const SvgPicture picture(BitmapPath(caption + letter));
+            QCOMPARE(picture.size(), QSize(24, 23));
+            const QImage image = picture.Image(picture.size(), 1.0, DrawnColors());
+            QVERIFY2(!seen.contains(image), qPrintable(QString(letter)));
+            seen.append(image);
+        }
+        for (const QString& other : kCaptions) {
+            const SvgPicture picture(BitmapPath(other + u'U'));
+            QCOMPARE(picture.Image(picture.size(), 1.0, DrawnColors()) == seen.first(),
+                     other == caption);
+        }
+    }
+
+    // Enough of a picture stands out from the button's face, whatever the theme.
+    void Legible_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QPalette>("palette");
+        QStringList names = {u"5034"_s, u"5035"_s, u"5036"_s};
+        for (const QString& caption : kCaptions)
+            names << caption + u'U' << caption + u'D' << caption + u'F';
+        for (const QString& name : std::as_const(names)) {
+            QTest::addRow("%s, light", qPrintable(name))
+                << name << ColorsOf(qRgb(239, 239, 239), qRgb(0, 0, 0));
+            QTest::addRow("%s, dark", qPrintable(name))
+                << name << ColorsOf(qRgb(53, 53, 53), qRgb(255, 255, 255));
+        }
+    }
+    void Legible() {
+        QFETCH(const QString, name);
+        QFETCH(const QPalette, palette);
+        const SvgPicture picture(BitmapPath(name));
+        QVERIFY(!picture.isNull());
+        QImage image(picture.size(), QImage::Format_RGB32);
+        image.fill(palette.color(QPalette::Button));
+        QPainter painter(&image);
+        picture.Draw(painter, image.rect(), palette);
+        painter.end();
+        // Without the frame, which stands out by itself.
+        const QRect glyph = image.rect().adjusted(4, 4, -4, -4);
+        int clear = 0;
+        for (int y = glyph.top(); y <= glyph.bottom(); ++y) {
+            for (int x = glyph.left(); x <= glyph.right(); ++x)
+                clear += Contrast(image.pixel(x, y), palette.color(QPalette::Button).rgb()) >= 3.0;
+        }
+        QVERIFY2(clear >= 16, qPrintable(QString::number(clear)));
+    }
+
+    // The button paints what its drawing gives at the device's own size, not a picture blown up.
+    void Sharp_data() {
+        QTest::addColumn<double>("ratio");
+        for (const double ratio : {1.0, 1.5, 2.0, 3.0})
+            QTest::addRow("%g", ratio) << ratio;
+    }
+    void Sharp() {
+        QFETCH(const double, ratio);
+        BitmapButton tool;
+        tool.setPalette(DrawnColors());
+        QVERIFY(tool.AutoLoad(u"COPY"_s));
+        tool.resize(24, 23);
+        QImage expected((QSizeF(24, 23) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+        expected.setDevicePixelRatio(ratio);
+        expected.fill(Qt::transparent);
+        QPainter painter(&expected);
+        QSvgRenderer(BitmapPath(u"COPYU"_s)).render(&painter, QRectF(0, 0, 24, 23));
+        painter.end();
+        const QRect inside = QRect(QPoint(), expected.size()).adjusted(0, 0, -1, -1);
+        QCOMPARE(Shot(tool, ratio).copy(inside), expected.copy(inside));
+
+        CSXButton button;
+        button.setPalette(DrawnColors());
+        QVERIFY(button.SetBitmap(kAddPicture, 16, 16));
+        button.resize(24, 24);
+        const QRect green = GreenArea(Shot(button, ratio));
+        QCOMPARE(green.width(), std::lround(12 * ratio));
+        QCOMPARE(green.height(), std::lround(12 * ratio));
+    }
+
+    void ToolStates() {
+        QWidget window;
+        BitmapButton other(&window);
+        BitmapButton tool(&window);
+        QVERIFY(tool.AutoLoad(u"UNDO"_s));
+        QVERIFY(tool.text().isEmpty());
+        tool.setGeometry(40, 10, 24, 23);
+        tool.setFocusPolicy(Qt::TabFocus);
+        window.resize(100, 50);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        other.setFocus();
+
+        using State = BitmapButton::State;
+        QCOMPARE(tool.ShownState(), State::Up);
+        const QImage up = Shot(tool);
+        QSignalSpy clicked(&tool, &QAbstractButton::clicked);
+        QTest::mousePress(&tool, Qt::LeftButton);
+        QCOMPARE(tool.ShownState(), State::Down);
+        QVERIFY(Shot(tool) != up);
+        QTest::mouseRelease(&tool, Qt::LeftButton);
+        QCOMPARE(tool.ShownState(), State::Up);
+        QCOMPARE(clicked.count(), 1);
+        QTest::keyClick(&other, Qt::Key_Tab);
+        QCOMPARE(tool.ShownState(), State::Focused);
+        QTest::keyPress(&tool, Qt::Key_Space);
+        QCOMPARE(tool.ShownState(), State::Down);
+        QTest::keyRelease(&tool, Qt::Key_Space);
+        QCOMPARE(clicked.count(), 2);
+        tool.setEnabled(false);
+        QCOMPARE(tool.ShownState(), State::Disabled);
+        const QImage disabled = Shot(tool);
+        QVERIFY(!tool.AutoLoad(u"NOTHING"_s));
+        QCOMPARE(Shot(tool), disabled);
+    }
+
+    void SetBitmap() {
+        CSXButton button;
+        button.setPalette(DrawnColors());
+        button.resize(40, 40);
+        QVERIFY(button.SetBitmap(kAddPicture, 16, 16));
+        const QImage before = Shot(button);
+        // Refusals leave the picture.
+        QVERIFY(!button.SetBitmap(1, 16, 16));
+        QVERIFY(!button.SetBitmap(kAddPicture, 0, 16));
+        QCOMPARE(Shot(button), before);
+
+        QPixmap red(16, 16);
+        red.fill(Qt::red);
+        button.setIcon(QIcon(red));
+        QVERIFY(GreenArea(Shot(button)).isNull());
+        QVERIFY(button.SetBitmap(kAddPicture, 32, 32));
+        QVERIFY(button.icon().isNull());
+        QCOMPARE(GreenArea(Shot(button)).size(), QSize(24, 24));
+    }
+
+    void MappedColors() {
+        CSXButton button;
+        QPalette palette = DrawnColors();
+        palette.setColor(QPalette::Button, QColor(255, 0, 255));
+        button.setPalette(palette);
+        button.resize(24, 24);
+        const QColor green = QColor::fromRgb(kAddGreen);
+        QVERIFY(button.SetBitmap(kAddPicture, 16, 16, green, CSXButton::ColorMapping::On));
+        QCOMPARE(Shot(button).pixelColor(12, 12), QColor(255, 0, 255));
+        QVERIFY(button.SetBitmap(kAddPicture, 16, 16, green, CSXButton::ColorMapping::Off));
+        QCOMPARE(Shot(button).pixelColor(12, 12), green);
+    }
+
+    void PressedMovesByOne() {
+        CSXButton button;
+        button.setPalette(DrawnColors());
+        button.setText(u"Add"_s);
+        button.SetBitmap(kAddPicture, 16, 16);
+        button.resize(70, 24);
+        const QRect up = GreenArea(Shot(button));
+        QCOMPARE(up, QRect(6, 6, 12, 12));
+        button.setDown(true);
+        QCOMPARE(GreenArea(Shot(button)), up.translated(1, 1));
+        button.setDown(false);
+        button.SetBlackBorder(true);
+        QCOMPARE(GreenArea(Shot(button)), up.translated(1, 0));
+    }
+
+    void DisabledIsGrey() {
+        CSXButton button;
+        button.setPalette(DrawnColors());
+        button.SetBitmap(kAddPicture, 16, 16);
+        button.resize(24, 24);
+        button.setEnabled(false);
+        const QImage shot = Shot(button);
+        QVERIFY(GreenArea(shot).isNull());
+        QVERIFY(Contrast(shot.pixel(12, 12), shot.pixel(8, 8)) > 1.2);
+    }
+
+    void BorderAndCornerMark() {
+        CSXButton button;
+        button.setPalette(DrawnColors());
+        button.resize(40, 24);
+        button.SetBlackBorder(true);
+        button.SetCornerMark(QColor(Qt::red));
+        const QImage shot = Shot(button);
+        for (int x = 0; x < shot.width(); ++x) {
+            QCOMPARE(shot.pixelColor(x, 0), QColor(Qt::black));
+            QCOMPARE(shot.pixelColor(x, shot.height() - 1), QColor(Qt::black));
+        }
+        // Seven lines from (2, 2), each one pixel shorter.
+        for (int y = 0; y < 12; ++y) {
+            for (int x = 0; x < 12; ++x) {
+                const bool marked = x >= 2 && y >= 2 && (x - 2) + (y - 2) < 7;
+                QCOMPARE(shot.pixelColor(x, y) == QColor(Qt::red), marked);
+            }
+        }
+    }
+
+    void FocusRectangle() {
+        QDialog window;
+        CSXButton other(&window);
+        CSXButton button(&window);
+        button.setGeometry(10, 40, 60, 20);
+        QSignalSpy clicked(&button, &QAbstractButton::clicked);
+        window.resize(100, 80);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        other.setFocus();
+        const QImage without = Shot(button);
+        // Not moved there by a key, and shown all the same.
+        button.setFocus(Qt::OtherFocusReason);
+        const QImage with = Shot(button);
+        const QRect inner = button.rect().adjusted(3, 3, -3, -3);
+        QVERIFY(ChangedArea(with.copy(inner), without.copy(inner)).isValid());
+        QTest::keyClick(&window, Qt::Key_Return);
+        QCOMPARE(clicked.count(), 0);
+        QTest::keyClick(&button, Qt::Key_Space);
+        QCOMPARE(clicked.count(), 1);
+        button.setEnabled(false);
+        const QImage disabled = Shot(button);
+        other.setFocus();
+        QCOMPARE(Shot(button), disabled);
+    }
+};
+
+QTEST_MAIN(ButtonsTest)
+#include "ButtonsTest.moc"
