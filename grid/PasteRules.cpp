@@ -37,7 +37,7 @@ QString ColumnMessage(int from, int to) {
 }
 
 QString ColumnRefusal(const PasteRequest& request) {
-    const int target = PasteColumn(request);
+    const int target = FirstDataNumber(request.columns);
     if (!request.foreign) {
         return ColumnsFit(request.kind, request.copied_column, target)
                    ? QString()
@@ -67,15 +67,10 @@ QString CopyRefusal(const QList<int>& rows, const QList<int>& columns) {
     return {};
 }
 
-int PasteRow(const PasteRequest& request) {
-    return FirstDataNumber(request.rows);
-}
-
-int PasteColumn(const PasteRequest& request) {
-    return FirstDataNumber(request.columns);
-}
-
 int PastedRowCount(const PasteRequest& request) {
+    // Nothing of a foreign text is dropped: what does not fit is refused for its room.
+    if (request.foreign)
+        return std::max(request.copied_rows, 1);
     const bool counts = request.copied_rows >= 1 && request.copied_rows <= request.row_count;
     return counts ? request.copied_rows : 1;
 }
@@ -87,7 +82,7 @@ QString PasteRefusal(const PasteRequest& request) {
         return refusal;
     const QString start = u"Impossible d'appliquer la sélection\nprécédente à cet endroit:\n"_s;
     const int needed = PastedRowCount(request);
-    if (request.row_count + 1 - PasteRow(request) < needed)
+    if (request.row_count + 1 - FirstDataNumber(request.rows) < needed)
         return start + u"il n'y a pas assez de place dans\nle tableau !"_s;
     if (request.rows.size() > 1 && request.rows.size() < needed)
         return start + u"il n'y a pas assez de lignes sélectionnées !"_s;

@@ -22,12 +22,8 @@ struct PasteRequest {
     ProfileKind kind = ProfileKind::Function;
 };
 
-/// The first data row and the first data column of the selection, which a paste starts at; 0
-/// without a selection. The header row and the row headers count as row 1 and column 1.
-int PasteRow(const PasteRequest& request);
-int PasteColumn(const PasteRequest& request);
-
-/// The rows a paste fills: `copied_rows`, or 1 when that is below 1 or above the row count.
+/// The rows a paste fills: `copied_rows`, or 1 when that is below 1 or, for the grid's own copies,
+/// above the row count.
 int PastedRowCount(const PasteRequest& request);
 
 /// Why the paste is refused, or "" when it may go ahead. Without a selection there is nothing to
@@ -35,6 +31,5 @@ int PastedRowCount(const PasteRequest& request);
 QString PasteRefusal(const PasteRequest& request);
 
 /// The message when a value of a pasted coefficient column is negative or above the bound of
-/// `kind`, or
-/// "" when all are right. All rows are looked at.
+/// `kind`, or "" when all are right. All rows are looked at.
 QString BulkRefusal(ProfileKind kind, const QStringList& column);

@@ -3,7 +3,6 @@
 #include "app/EnglishAtof.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace {
 
@@ -20,7 +19,6 @@ EditHistory::EditHistory(ProfileKind kind) : m_kind(kind) {
 
 void EditHistory::Reset() {
     m_store = {};
-    m_before_push.reset();
 }
 
 bool EditHistory::CanUndo() const {
@@ -44,7 +42,6 @@ void EditHistory::Push(QList<Record>& records, const Record& record, qsizetype m
 void EditHistory::PushSnapshot(const QStringList& column) {
     if (!Describe(m_kind).coefficients)
         return;
-    m_before_push = m_store;
     Push(m_store.snapshots, column, kMostSnapshots);
     m_store.shown.clear();
 }
@@ -52,7 +49,6 @@ void EditHistory::PushSnapshot(const QStringList& column) {
 std::optional<QStringList> EditHistory::UndoSnapshot(const QStringList& shown) {
     if (!Describe(m_kind).coefficients || !CanUndo())
         return std::nullopt;
-    m_before_push.reset();
     if (!CanRedo())
         m_store.shown = shown;
     return m_store.snapshots[m_store.position--];
@@ -61,17 +57,8 @@ std::optional<QStringList> EditHistory::UndoSnapshot(const QStringList& shown) {
 std::optional<QStringList> EditHistory::RedoSnapshot() {
     if (!Describe(m_kind).coefficients || !CanRedo())
         return std::nullopt;
-    m_before_push.reset();
     ++m_store.position;
     return CanRedo() ? m_store.snapshots[m_store.position + 1] : m_store.shown;
-}
-
-std::optional<QStringList> EditHistory::DropSnapshot() {
-    if (!m_before_push)
-        return std::nullopt;
-    const QStringList column = m_store.snapshots.last();
-    m_store = *std::exchange(m_before_push, std::nullopt);
-    return column;
 }
 
 void EditHistory::PushStep(const HistoryStep& step) {

@@ -50,11 +50,6 @@ public:
     std::optional<QStringList> UndoSnapshot(const QStringList& shown);
     std::optional<QStringList> RedoSnapshot();
 
-    /// Takes the newest snapshot back as if it had never been pushed, for an edit that was refused
-    /// after its record; what the push dropped is there again. Returns the recorded column; nothing
-    /// when the last call that did something was no push.
-    std::optional<QStringList> DropSnapshot();
-
     /// Records one action; one that changed nothing is left out. For kinds without coefficients.
     void PushStep(const HistoryStep& step);
 
@@ -89,5 +84,4 @@ private:
 
     ProfileKind m_kind;
     Store m_store;
-    std::optional<Store> m_before_push;  // while the newest snapshot can be taken back
 };

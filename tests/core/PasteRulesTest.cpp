@@ -83,6 +83,8 @@ private slots:
         QTest::newRow("foreign values") << PasteRequest{0, 5, {8}, {2}, 12, true} << u""_s;
         QTest::newRow("foreign times") << PasteRequest{0, 5, {8}, {1}, 12, true} << u""_s;
         QTest::newRow("foreign lines need room") << PasteRequest{0, 5, {9}, {2}, 12, true} << place;
+        QTest::newRow("foreign lines beyond the table")
+            << PasteRequest{0, 13, {1}, {2}, 12, true} << place;
         QTest::newRow("foreign lines need a selection")
             << PasteRequest{0, 5, {3, 4}, {2}, 12, true} << selection;
         QTest::newRow("foreign names")
