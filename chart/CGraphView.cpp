@@ -133,6 +133,8 @@ CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget*
     new ItemsPlottable(m_plot->xAxis, m_plot->yAxis, *this, m_control->document());
 
     connect(m_control, &CGraphControl::Rebuilt, this, [this] {
+        // The item in the user's hand may be another one now, or gone.
+        FinishDrag();
         m_style_due = true;
         Redraw();
     });

@@ -138,6 +138,7 @@ void CGraphView::mouseReleaseEvent(QMouseEvent* event) {
         emit CellPicked(*item + 1);
 }
 
+// Ends a drag wherever it stands; the last accepted value stays.
 void CGraphView::FinishDrag() {
     if (!m_dragged_item)
         return;

@@ -181,6 +181,13 @@ void CGridControl::currentChanged(const QModelIndex& current, const QModelIndex&
     QTableView::currentChanged(current, previous);
 }
 
+// A character opens the editor of the current cell; one that no number holds would only open it.
+bool CGridControl::CannotBeginEntry(const QKeyEvent& event) const {
+    const QString text = event.text();
+    return currentIndex().column() + 1 != ProfileTable::kNameColumn && !text.isEmpty() &&
+           text.front().isPrint() && !GridCellDelegate::IsNumberText(text);
+}
+
 void CGridControl::OnEnterRow(int row, int column) {
     if (row < 1 || column < 1)
         return;
@@ -194,7 +201,7 @@ void CGridControl::OnLeaveRow(int row, int column) {
 }
 
 void CGridControl::keyPressEvent(QKeyEvent* event) {
-    if (OnGridKeyDown(event->key(), event->modifiers())) {
+    if (OnGridKeyDown(event->key(), event->modifiers()) || CannotBeginEntry(*event)) {
         event->accept();
         return;
     }

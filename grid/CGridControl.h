@@ -62,6 +62,7 @@ private:
     bool OnGridKeyDown(int key, Qt::KeyboardModifiers modifiers);
     bool OnProfileChoice(int row, const QString& choice);
     GridSelection Selection() const;
+    bool CannotBeginEntry(const QKeyEvent& event) const;
     void EndEditing(int key);
     void MoveDown();
 

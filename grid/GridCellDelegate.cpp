@@ -15,7 +15,17 @@ QStringList ChoicesOf(const QModelIndex& index) {
     return index.data(ProfileTable::kChoicesRole).toStringList();
 }
 
+// Digits, signs, separators and the exponent's letter.
+const QRegularExpression& NumberCharacters() {
+    static const QRegularExpression characters(u"\\A[-+0-9.,eE]*\\z"_s);
+    return characters;
+}
+
 }  // namespace
+
+bool GridCellDelegate::IsNumberText(const QString& text) {
+    return NumberCharacters().match(text).hasMatch();
+}
 
 QWidget* GridCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
                                         const QModelIndex& index) const {
@@ -33,8 +43,7 @@ QWidget* GridCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
     }
     auto* const line = new QLineEdit(parent);
     line->setFrame(false);
-    line->setValidator(
-        new QRegularExpressionValidator(QRegularExpression(u"[-+0-9.,eE]*"_s), line));
+    line->setValidator(new QRegularExpressionValidator(NumberCharacters(), line));
     m_editor = line;
     return line;
 }

@@ -11,6 +11,9 @@ class GridCellDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
+    /// Whether `text` holds nothing but characters of numbers; also true of parts of one.
+    static bool IsNumberText(const QString& text);
+
     /// The editor that is open now, or nullptr.
     QWidget* OpenEditor() const { return m_editor; }
 

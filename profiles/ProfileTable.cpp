@@ -4,7 +4,8 @@
 #include <functional>
 #include <utility>
 
-ProfileTable::ProfileTable(ProfileKind kind, QObject* parent) : QAbstractTableModel(parent), m_labels_fixed(Describe(kind).labels != RowLabels::None) {
+ProfileTable::ProfileTable(ProfileKind kind, QObject* parent)
+    : QAbstractTableModel(parent), m_labels_fixed(Describe(kind).labels != RowLabels::None) {
     const KindDescriptor& facts = Describe(kind);
     for (int column = 1; column <= facts.columns; ++column)
         m_headers.append(facts.headers[static_cast<size_t>(column - 1)].toString());
@@ -100,7 +101,7 @@ void ProfileTable::RemoveRows(const QList<int>& rows) {
 void ProfileTable::MoveRow(int from, int to, const CellRewrite& rewrite) {
     if (from == to || !IsDataCell(from, 1) || !IsDataCell(to, 1))
         return;
-    const auto [first, last] = std::minmax(from - 1, to - 1);
+    const auto [first, last] = std::minmax({from - 1, to - 1});
     for (QStringList& cells : m_columns) {
         cells.move(from - 1, to - 1);
         if (rewrite)
@@ -169,8 +170,10 @@ QVariant ProfileTable::headerData(int section, Qt::Orientation orientation, int 
 }
 
 Qt::ItemFlags ProfileTable::flags(const QModelIndex& index) const {
+    if (!index.isValid())
+        return Qt::NoItemFlags;
     Qt::ItemFlags flags = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
-    if (index.isValid() && !IsLocked(index.column() + 1))
+    if (!IsLocked(index.column() + 1))
         flags |= Qt::ItemIsEditable;
     return flags;
 }

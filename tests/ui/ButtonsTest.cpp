@@ -1,5 +1,6 @@
 #include "chart/BitmapButton.h"
 #include "chart/CSXButton.h"
+#include "resources/Resources.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -93,7 +94,10 @@ class ButtonsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QApplication::setStyle(QStyleFactory::create(u"Fusion"_s)); }
+    void initTestCase() {
+        InitResources();
+        QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    }
 
     void Pictures_data() {
         QTest::addColumn<QString>("caption");

@@ -1,0 +1,29 @@
+#include "FileDialogScript.h"
+
+#include <utility>
+
+FileDialogScript::FileDialogScript() {
+    FileDialogHandler handler;
+    handler.open = [this](const FileRequest& request) { return Take(Dialog::Open, request); };
+    handler.save = [this](const FileRequest& request) { return Take(Dialog::Save, request); };
+    m_former = SetFileDialogHandler(std::move(handler));
+}
+
+FileDialogScript::~FileDialogScript() {
+    SetFileDialogHandler(std::move(m_former));
+}
+
+QString FileDialogScript::Take(Dialog dialog, const FileRequest& request) {
+    m_last_request = request;
+    if (!m_expected.isEmpty() && m_expected.first().dialog == dialog)
+        return m_expected.takeFirst().path;
+    ++m_surprises;
+    return {};
+}
+
+QString FileDialogScript::Report() const {
+    QString report = QStringLiteral("unexpected file dialogs: %1").arg(m_surprises);
+    for (const Expected& expected : m_expected)
+        report += QStringLiteral("\nmissing: \"%1\"").arg(expected.path);
+    return report;
+}

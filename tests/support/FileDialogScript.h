@@ -1,0 +1,41 @@
+#pragma once
+
+#include "profiles/FileDialogs.h"
+
+#include <QList>
+#include <QString>
+
+/// Answers file dialogs from a script while it lives: the chosen paths in order, "" for a cancelled
+/// dialog. A dialog that is not the next one is cancelled and counts as a failure; so does one that
+/// never came. A test ends with `QVERIFY2(script.Done(), qPrintable(script.Report()))`.
+class FileDialogScript {
+public:
+    FileDialogScript();
+    ~FileDialogScript();
+    FileDialogScript(const FileDialogScript&) = delete;
+    FileDialogScript& operator=(const FileDialogScript&) = delete;
+
+    void ExpectOpen(const QString& path) { m_expected.append({Dialog::Open, path}); }
+    void ExpectSave(const QString& path) { m_expected.append({Dialog::Save, path}); }
+
+    bool Done() const { return m_expected.isEmpty() && m_surprises == 0; }
+
+    QString Report() const;
+
+    /// What the last dialog started from.
+    const FileRequest& LastRequest() const { return m_last_request; }
+
+private:
+    enum class Dialog { Open, Save };
+    struct Expected {
+        Dialog dialog = Dialog::Open;
+        QString path;
+    };
+
+    QString Take(Dialog dialog, const FileRequest& request);
+
+    QList<Expected> m_expected;
+    int m_surprises = 0;
+    FileRequest m_last_request;
+    FileDialogHandler m_former;
+};
