@@ -172,6 +172,18 @@ QFont CGraphView::ChartFont(int pixels, bool bold) const {
     return chart_font;
 }
 
+// The largest font up to `pixels` in which every line fits `width`; the smallest one when none
+// does.
+QFont CGraphView::FittingFont(const QStringList& lines, int pixels, bool bold, double width) const {
+    QFont font = ChartFont(pixels, bold);
+    const auto fits = [&font, width](const QString& line) {
+        return QFontMetricsF(font).horizontalAdvance(line) <= width;
+    };
+    while (pixels > kSmallestTitleHeight && !std::all_of(lines.cbegin(), lines.cend(), fits))
+        font = ChartFont(--pixels, bold);
+    return font;
+}
+
 // The colours are chosen for a light background; where one cannot be told from a dark one, the text
 // colour takes its place.
 QColor CGraphView::LegibleColour(ChartColour colour) const {
@@ -266,13 +278,9 @@ void CGraphView::StyleAxes() {
         axis.setSubTickPen(Qt::NoPen);
         QColor title_colour = text;
         title_colour.setAlpha(titles[i]->opacity);
-        int height = kAxisTitleHeight;
-        QFont title_font = ChartFont(height, titles[i]->bold);
-        while (height > kSmallestTitleHeight &&
-               QFontMetricsF(title_font).horizontalAdvance(titles[i]->text) > lengths[i])
-            title_font = ChartFont(--height, titles[i]->bold);
         axis.setLabel(titles[i]->text);
-        axis.setLabelFont(title_font);
+        axis.setLabelFont(
+            FittingFont({titles[i]->text}, kAxisTitleHeight, titles[i]->bold, lengths[i]));
         axis.setLabelColor(title_colour);
 
         QCPGrid& grid = *axis.grid();
@@ -322,9 +330,9 @@ void CGraphView::paintEvent(QPaintEvent*) {
 
     const ChartTitle& title = m_control->document().title;
     const QRect band = PartRect(title.rect).adjusted(kPlotMargin, 0, -kPlotMargin, 0);
-    painter.setFont(ChartFont(title.text_height, true));
-    painter.setPen(palette().color(QPalette::Text));
     QStringList lines = title.text.split(u'\n');
+    painter.setFont(FittingFont(lines, title.text_height, true, band.width()));
+    painter.setPen(palette().color(QPalette::Text));
     for (QString& line : lines)
         line = painter.fontMetrics().elidedText(line, Qt::ElideRight, band.width());
     constexpr Qt::Alignment kAlignments[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};

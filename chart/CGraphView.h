@@ -61,6 +61,7 @@ private:
     void FinishDrag();
     QString TipText(int index) const;
     QFont ChartFont(int pixels, bool bold = false) const;
+    QFont FittingFont(const QStringList& lines, int pixels, bool bold, double width) const;
     QColor LegibleColour(ChartColour colour) const;
     QRect PartRect(const PercentRect& part) const;
 

@@ -19,6 +19,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kScrollBarWidth = 15;
+constexpr int kSmallHeaderFont = 10;  // pixels
 
 // The key that the platform's keyboards once had for help; it moves like Tab.
 constexpr int kHelpKey = Qt::Key_Help;
@@ -68,6 +69,13 @@ void CGridControl::InitGrid() {
 
 void CGridControl::LayoutProfileGrid() {
     verticalHeader()->hide();
+    QFont small = horizontalHeader()->font();
+    small.setPixelSize(kSmallHeaderFont);
+    horizontalHeader()->setFont(small);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter |
+                                            Qt::Alignment(Qt::TextWordWrap));
+    if (!m_session->facts().hasNames())
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);  // only blank space is out of sight
     const auto& widths = m_session->facts().column_widths;
     for (int column = 0; column < m_session->facts().columns; ++column) {
         if (const int width = widths[static_cast<size_t>(column)]; width > 0)

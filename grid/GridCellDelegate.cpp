@@ -2,10 +2,13 @@
 
 #include "profiles/ProfileTable.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QRegularExpressionValidator>
+#include <QToolTip>
 
 using namespace Qt::StringLiterals;
 
@@ -74,6 +77,17 @@ void GridCellDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
 void GridCellDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                             const QModelIndex& /*index*/) const {
     editor->setGeometry(option.rect);
+}
+
+bool GridCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
+                                 const QStyleOptionViewItem& option, const QModelIndex& index) {
+    if (event->type() != QEvent::ToolTip)
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    const QRect seen = option.rect & view->viewport()->rect();
+    const QString text = index.data().toString();
+    QToolTip::showText(event->globalPos(),
+                       sizeHint(option, index).width() > seen.width() ? text : QString(), view);
+    return true;
 }
 
 bool GridCellDelegate::eventFilter(QObject* object, QEvent* event) {

@@ -25,6 +25,10 @@ public:
     void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                               const QModelIndex& index) const override;
 
+    /// Shows the whole text of a cell that is too narrow for it.
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override;
+
 signals:
     /// A key that ends editing was pressed in the editor: the grid commits the cell and moves.
     void EndKeyPressed(int key) const;

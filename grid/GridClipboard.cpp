@@ -8,6 +8,10 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
+#include <algorithm>
+#include <numeric>
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -29,7 +33,7 @@ bool GridClipboard::Copy(const GridSelection& selection) {
     if (m_session->isViewOnly())
         return false;
     QList<int> counted_rows = selection.rows;
-    if (selection.whole_column)
+    if (selection.whole_column && !selection.rows.isEmpty())
         counted_rows.prepend(0);
     if (const QString refusal = CopyRefusal(counted_rows, selection.columns); !refusal.isEmpty()) {
         ShowMessage(refusal, MessageIcon::Information);

@@ -143,7 +143,11 @@ QWidget* CDlgGridChart::CreateControl(const ControlTemplate& control) {
             button = new QCheckBox(caption, this);
             button->setStyleSheet(u"spacing: 3px"_s);  // the template's width asks for it
             break;
-        default: return new QFrame(this);
+        default: {
+            auto* const frame = new QFrame(this);
+            frame->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+            return frame;
+        }
     }
     // A click leaves the focus where it is, so that an open cell editor is committed by the command
     // itself, which then does not run if the entry is refused.

@@ -27,8 +27,8 @@ constexpr int kFewestPoints = 2;
 
 bool IsReadOnlyFile(const QString& path) {
     const QFileInfo file(path);
-    const auto writable =
-        QFile::WriteOwner | QFile::WriteUser | QFile::WriteGroup | QFile::WriteOther;
+    // Not WriteUser: to an administrator every file is writable.
+    const auto writable = QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther;
     return file.exists() && (!file.isWritable() || (file.permissions() & writable) == 0);
 }
 
@@ -95,7 +95,7 @@ bool ProfileSession::InitialFill() {
         case DisplayMode::Edit: FillFromLists(); break;
     }
     m_history.Reset();
-    Changed();
+    emit StateChanged();
     return stays;
 }
 

@@ -141,9 +141,9 @@ QVariant ProfileTable::data(const QModelIndex& index, int role) const {
         case kChoicesRole:
             return index.column() + 1 == kNameColumn ? QVariant(m_choices) : QVariant();
         case Qt::TextAlignmentRole:
-            return index.column() + 1 == kValueColumn || !m_labels_fixed
-                       ? QVariant(Qt::AlignRight | Qt::AlignVCenter)
-                       : QVariant();
+            // The fixed tables may be wider than their window: their texts begin where they can be
+            // seen.
+            return m_labels_fixed ? QVariant() : QVariant(Qt::AlignRight | Qt::AlignVCenter);
         default: return {};
     }
 }
