@@ -155,7 +155,9 @@ GridSelection CGridControl::Selection() const {
 }
 
 void CGridControl::SelectCell(int row, int column) {
-    setCurrentIndex(model()->index(row - 1, column - 1));
+    // Whatever modifier keys are down: the cell alone is selected.
+    selectionModel()->setCurrentIndex(model()->index(row - 1, column - 1),
+                                      QItemSelectionModel::ClearAndSelect);
 }
 
 QList<int> CGridControl::SelectedRows() const {
@@ -208,6 +210,11 @@ void CGridControl::OnLeaveRow(int row, int column) {
         emit RowLeft(row);
 }
 
+void CGridControl::mousePressEvent(QMouseEvent* event) {
+    m_header_selection = false;
+    QTableView::mousePressEvent(event);
+}
+
 void CGridControl::keyPressEvent(QKeyEvent* event) {
     if (OnGridKeyDown(event->key(), event->modifiers()) || CannotBeginEntry(*event)) {
         event->accept();
@@ -226,7 +233,13 @@ bool CGridControl::OnGridKeyDown(int key, Qt::KeyboardModifiers modifiers) {
             }
             [[fallthrough]];
         case Qt::Key_Tab:
-        case Qt::Key_Backtab: break;
+        case Qt::Key_Backtab:
+            // Tab alone never leaves the cells.
+            if (modifiers.testFlag(Qt::ControlModifier)) {
+                QWidget::focusNextPrevChild(!backward);
+                return true;
+            }
+            break;
         case Qt::Key_Return:
         case Qt::Key_Enter: MoveDown(); return true;
         case Qt::Key_Delete: return true;  // would open an editor only to empty it
@@ -243,7 +256,7 @@ bool CGridControl::OnGridKeyDown(int key, Qt::KeyboardModifiers modifiers) {
     return true;
 }
 
-void CGridControl::EndEditing(int key) {
+void CGridControl::EndEditing(int key, Qt::KeyboardModifiers modifiers) {
     if (!CommitOpenEditor())
         return;
     setFocus();
@@ -255,7 +268,7 @@ void CGridControl::EndEditing(int key) {
         case Qt::Key_Down:
         case Qt::Key_Return:
         case Qt::Key_Enter: MoveDown(); break;
-        default: OnGridKeyDown(key, Qt::NoModifier); break;
+        default: OnGridKeyDown(key, modifiers); break;
     }
 }
 

@@ -52,6 +52,7 @@ signals:
 protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
 
 private:
     void LayoutProfileGrid();
@@ -63,7 +64,7 @@ private:
     bool OnProfileChoice(int row, const QString& choice);
     GridSelection Selection() const;
     bool CannotBeginEntry(const QKeyEvent& event) const;
-    void EndEditing(int key);
+    void EndEditing(int key, Qt::KeyboardModifiers modifiers);
     void MoveDown();
 
     ProfileSession* m_session;  // not owned

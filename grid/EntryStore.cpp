@@ -14,6 +14,7 @@ void ShowWrongEntry() {
 }
 
 bool CheckNumber(QString& text, EntrySource source) {
+    text = text.trimmed();
     if (!CheckDecimalSeparator(text))
         return false;
     if (IsNumber(text) && std::isfinite(EnglishAtof(text)))

@@ -17,8 +17,9 @@ enum class EntrySource { Typed, Pasted };
 std::optional<int> StoreEntry(ProfileSession& session, int row, int column, QString text,
                               EntrySource source);
 
-/// Turns a decimal comma of `text` into a point. False when `text` is no number that can be
-/// computed with; more than one separator, and any other text that was pasted, shows a message.
+/// Drops white space around `text` and turns a decimal comma into a point. False when `text` is no
+/// number that can be computed with; more than one separator, and any other text that was pasted,
+/// shows a message.
 bool CheckNumber(QString& text, EntrySource source);
 
 /// Shows that a pasted text cannot stand where it was to go.

@@ -51,6 +51,13 @@ QWidget* GridCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
     return line;
 }
 
+// A closed editor lives on until the event loop deletes it, but it is no longer open.
+void GridCellDelegate::destroyEditor(QWidget* editor, const QModelIndex& index) const {
+    if (editor == m_editor)
+        m_editor = nullptr;
+    QStyledItemDelegate::destroyEditor(editor, index);
+}
+
 void GridCellDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
     const QString text = index.data(Qt::EditRole).toString();
     if (auto* const list = qobject_cast<QComboBox*>(editor)) {
@@ -92,16 +99,17 @@ bool GridCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
 
 bool GridCellDelegate::eventFilter(QObject* object, QEvent* event) {
     if (event->type() == QEvent::KeyPress && object == m_editor) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
+        const auto* const press = static_cast<QKeyEvent*>(event);
+        const int key = press->key();
         switch (key) {
             case Qt::Key_Return:
             case Qt::Key_Enter:
             case Qt::Key_Tab:
-            case Qt::Key_Backtab: emit EndKeyPressed(key); return true;
+            case Qt::Key_Backtab: emit EndKeyPressed(key, press->modifiers()); return true;
             case Qt::Key_Up:
             case Qt::Key_Down:
                 if (qobject_cast<QLineEdit*>(object) != nullptr) {
-                    emit EndKeyPressed(key);
+                    emit EndKeyPressed(key, press->modifiers());
                     return true;
                 }
                 break;

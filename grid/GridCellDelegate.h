@@ -19,6 +19,7 @@ public:
 
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const override;
+    void destroyEditor(QWidget* editor, const QModelIndex& index) const override;
     void setEditorData(QWidget* editor, const QModelIndex& index) const override;
     void setModelData(QWidget* editor, QAbstractItemModel* model,
                       const QModelIndex& index) const override;
@@ -31,7 +32,7 @@ public:
 
 signals:
     /// A key that ends editing was pressed in the editor: the grid commits the cell and moves.
-    void EndKeyPressed(int key) const;
+    void EndKeyPressed(int key, Qt::KeyboardModifiers modifiers) const;
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;

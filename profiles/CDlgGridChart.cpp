@@ -7,6 +7,7 @@
 #include "chart/CSXButton.h"
 #include "grid/CDlgAjout.h"
 #include "grid/CGridControl.h"
+#include "profiles/MeanLabel.h"
 #include "resources/Resources.h"
 
 #include <QAction>
@@ -25,6 +26,9 @@ namespace {
 
 constexpr int kFontPixelSize = 11;
 constexpr int kPictureSize = 16;
+
+// The line between the grid and the controls below it.
+constexpr int kMeanHeight = 13;
 
 // Between the grid and the controls that had to move below it.
 constexpr int kGapBelowGrid = 6;
@@ -106,6 +110,8 @@ void CDlgGridChart::CreateControls() {
         widget->setObjectName(QString::number(control.id) + u'_' + control.caption.toString());
         m_controls.insert(control.id, widget);
     }
+    m_mean = new MeanLabel(&m_session, this);
+    m_mean->setVisible(m_session.facts().coefficients);
     m_controls[kHelp]->setVisible(m_session.facts().rows > 0);
     for (const Command& command : kCommands) {
         if (auto* const button = qobject_cast<QAbstractButton*>(m_controls.value(command.id)))
@@ -259,6 +265,7 @@ void CDlgGridChart::PlaceControls() {
         for (QWidget* const control : below)
             control->move(control->x(), control->y() + shift);
     }
+    m_mean->setGeometry(m_grid->x(), m_grid->geometry().bottom() + 1, m_grid->width(), kMeanHeight);
     if (m_view != nullptr)
         m_view->setGeometry(m_controls[kChartFrame]->geometry());
 }
@@ -392,6 +399,12 @@ void CDlgGridChart::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         if (auto* const button = qobject_cast<QAbstractButton*>(focusWidget()))
             button->click();
+        return;
+    }
+    // The platform turns the menu key into a menu event by itself, but not everywhere this one.
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+        const QWidget* const at = focusWidget() != nullptr ? focusWidget() : this;
+        m_menu->popup(at->mapToGlobal(at->rect().center()));
         return;
     }
     QDialog::keyPressEvent(event);

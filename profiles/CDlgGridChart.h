@@ -10,6 +10,7 @@
 class CGraphControl;
 class CGraphView;
 class CGridControl;
+class MeanLabel;
 class QAction;
 class QMenu;
 
@@ -85,6 +86,7 @@ private:
     QHash<int, QAction*> m_actions;
     QMenu* m_menu = nullptr;
     CGridControl* m_grid = nullptr;
+    MeanLabel* m_mean = nullptr;
     CGraphControl* m_chart = nullptr;
     CGraphView* m_view = nullptr;  // none in the view-only mode
     int m_result = kCancelled;

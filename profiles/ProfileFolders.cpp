@@ -11,7 +11,7 @@
 
 using namespace Qt::StringLiterals;
 
-ProfileFolders::ProfileFolders(QString program_folder)
+ProfileFolders::ProfileFolders(const QString& program_folder)
     : m_program_folder(QDir(program_folder).absolutePath()) {
 }
 

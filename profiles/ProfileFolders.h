@@ -11,7 +11,7 @@ class ProfileFolders {
 public:
     /// `program_folder` holds "Data". A relative path is one from the working folder of this
     /// moment.
-    explicit ProfileFolders(QString program_folder);
+    explicit ProfileFolders(const QString& program_folder);
 
     /// The folder of the running program's file.
     static QString ProgramFolder();

@@ -61,11 +61,11 @@ void ProfileTable::SetHeaderText(int column, const QString& text) {
 void ProfileTable::ResetRows(const QStringList& labels, const QStringList& values,
                              const QStringList& names) {
     beginResetModel();
-    const QStringList* const sources[] = {&labels, &values, &names};
-    for (qsizetype c = 0; c < m_columns.size(); ++c) {
-        m_columns[c] = *sources[c];
-        m_columns[c].resize(labels.size());
-    }
+    QList<QStringList> columns = {labels, values, names};
+    columns.resize(m_columns.size());
+    for (QStringList& cells : columns)
+        cells.resize(labels.size());
+    m_columns = columns;
     endResetModel();
 }
 

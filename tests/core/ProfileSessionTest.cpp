@@ -714,7 +714,7 @@ private slots:
         QCOMPARE(bench.Values().mid(0, 3), Texts(u"1|2|1"_s));
         bench.session->SetEdition(false);
         QVERIFY(!bench.session->isEdition());
-        QCOMPARE(bench.Values(), QStringList({u"0.92"_s, u"1.88"_s}) + Same(10, u"0.92"_s));
+        QCOMPARE(bench.Values(), QStringList({u"0.95"_s, u"1.85"_s}) + Same(10, u"0.92"_s));
         QVERIFY(bench.session->Undo());
         QCOMPARE(bench.Values().mid(0, 3), Texts(u"1|2|1"_s));
         // Nothing to rescale: no step, and what was undone can still be redone.
@@ -920,8 +920,9 @@ private slots:
         QVERIFY(session.isDragging() && !session.canUndo());
         session.EndDrag();
         const QStringList dragged = bench.Values();
-        QCOMPARE(std::abs(EnglishAtof(dragged[1]) - 2.5F) < 0.1F, true);
-        QCOMPARE(dragged[0] != start[0], coefficients);
+        QStringList alone = start;
+        alone[1] = u"2.5"_s;
+        QCOMPARE(dragged == alone, !coefficients);
         QVERIFY(session.Undo());
         QCOMPARE(bench.Values(), start);
         QVERIFY(session.Redo());

@@ -48,10 +48,11 @@ private slots:
                                           << SavedFile(kPoints).replace("\n", "\r\n") << absolute;
         QTest::newRow("uneven")
             << QByteArray(
-                   " 1   2 3\n!x!y\n !x\n3 !! note\na ! b ! c\n1\t2\n\n\n\n\n1!\n  1  0 ! n\n4\n"
+                   " 1   2 3\n!x!y\n !x\n3  0 x !! note\na ! b ! c\n1\t2\n\n\n\n\n1!\n  1  0 ! "
+                   "n\n4\n"
                    "0!t\n 1 !y\n2.50 x ! t\n3\nlast")
             << QByteArray(
-                   "1 2 3 \n!x!y\n!x\n3 ! note\na ! b \n1\t2 \n\n\n\n\n1 \n1 0 ! n\n4 \n"
+                   "1 2 3 \n!x!y\n!x\n3 0 x ! note\na ! b \n1\t2 \n\n\n\n\n1 \n1 0 ! n\n4 \n"
                    "0 !t\n1 !y\n2.50 ! Time at point|hr|0|+Inf\n"
                    "3 ! Value at point |any|-Inf|+Inf\nlast \n")
             << absolute;

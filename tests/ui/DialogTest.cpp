@@ -6,6 +6,7 @@
 #include "chart/CGraphControl.h"
 #include "grid/CDlgAjout.h"
 #include "grid/CGridControl.h"
+#include "profiles/MeanLabel.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -100,6 +101,7 @@ private slots:
     void RemovePoints();
     void CommandsFollowTheState();
     void NoPoints();
+    void MeanIsReadOut();
 };
 
 void DialogTest::TemplatePlaces() {
@@ -410,6 +412,44 @@ void DialogTest::NoPoints() {
         shown.Click(kAdd);
         QCOMPARE(shown.Times(), QStringList{u"3"_s});
         QVERIFY(shown.ChartShowsTheGrid());
+    });
+}
+
+void DialogTest::MeanIsReadOut() {
+    const FunctionDialog function(3);
+    RunDialog(*function.dialog,
+              [&] { QVERIFY(!function.dialog->findChild<MeanLabel*>()->isVisible()); });
+    QStringList values(12, u"1"_s);
+    SessionSetup setup;
+    setup.kind = ProfileKind::Annual;
+    setup.values = &values;
+    CDlgGridChart dialog(std::move(setup));
+    RunDialog(dialog, [&] {
+        const auto* const mean = dialog.findChild<MeanLabel*>();
+        const QColor plain = dialog.palette().color(QPalette::WindowText);
+        const auto colour = [&] { return mean->palette().color(QPalette::WindowText); };
+        QVERIFY(mean->isVisible());
+        QCOMPARE(mean->text(), u"Moyenne : 1.000"_s);
+        QCOMPARE(colour(), plain);
+        // Nothing rescales the column in edition mode: sums of 11.994, 11.996 and 13.
+        QTest::mouseClick(dialog.findChild<QAbstractButton*>(u"5033_Edition"_s), Qt::LeftButton, {},
+                          QPoint(8, 8));
+        auto* const grid = dialog.findChild<CGridControl*>();
+        QVERIFY(grid->ValidateEntry(1, 2, u"0.994"_s));
+        QCOMPARE(mean->text(), u"Moyenne : 0.999"_s);
+        QVERIFY(colour() != plain);
+        QVERIFY(grid->ValidateEntry(1, 2, u"0.996"_s));
+        QCOMPARE(mean->text(), u"Moyenne : 1.000"_s);
+        QCOMPARE(colour(), plain);
+        QVERIFY(grid->ValidateEntry(1, 2, u"2"_s));
+        QCOMPARE(mean->text(), u"Moyenne : 1.083"_s);
+        QVERIFY(colour() != plain);
+        for (const QWidget* const other :
+             dialog.findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+            QVERIFY2(other == mean || !other->isVisible() ||
+                         !other->geometry().intersects(mean->geometry()),
+                     qPrintable(other->objectName()));
+        }
     });
 }
 

@@ -88,8 +88,9 @@ bool HostRun::FindWindow(const QString& title) {
 
 bool HostRun::WaitForWindow(const QString& title) {
     m_window.clear();
+    const bool started = !m_program.program().isEmpty();
     const auto found_or_ended = [&] {
-        return FindWindow(title) || m_program.state() == QProcess::NotRunning;
+        return FindWindow(title) || (started && m_program.state() == QProcess::NotRunning);
     };
     return QTest::qWaitFor(found_or_ended, kLimit) && !m_window.isEmpty();
 }
@@ -107,7 +108,7 @@ bool HostRun::Keys(const QStringList& keys) {
 }
 
 bool HostRun::Type(const QString& text) {
-    return Tool({u"type"_s, text});
+    return Tool({u"type"_s, u"--"_s, text});
 }
 
 bool HostRun::Click(QPoint place) {

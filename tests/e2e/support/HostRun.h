@@ -42,8 +42,8 @@ public:
     /// choose its user; else as the same user.
     void StartAsStranger(const QString& program, const QStringList& arguments);
 
-    /// Waits until a window with this very title is visible and has the keyboard. Mouse and picture
-    /// operations below are about this window then.
+    /// Waits until a window with this very title is visible and has the keyboard, whichever program
+    /// it belongs to. Mouse and picture operations below are about this window then.
     bool WaitForWindow(const QString& title);
 
     /// Waits for the main dialog.

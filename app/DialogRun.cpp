@@ -1,0 +1,72 @@
+#include "app/DialogRun.h"
+
+#include "app/PlatformChoice.h"
+#include "app/UserPrompts.h"
+#include "profiles/CDlgGridChart.h"
+#include "resources/Resources.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QThread>
+
+#include <clocale>
+#include <string>
+#include <utility>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The toolkit takes over the user's locale. A host that prints its numbers with a decimal point
+// must not print commas because it once showed the dialog.
+class LocaleKeeper {
+public:
+    LocaleKeeper() {
+        for (const int category : {LC_COLLATE, LC_MONETARY, LC_NUMERIC, LC_TIME})
+            m_former.emplace_back(category, std::setlocale(category, nullptr));
+    }
+    ~LocaleKeeper() {
+        for (const auto& [category, name] : m_former)
+            std::setlocale(category, name.c_str());
+    }
+    LocaleKeeper(const LocaleKeeper&) = delete;
+    LocaleKeeper& operator=(const LocaleKeeper&) = delete;
+
+private:
+    std::vector<std::pair<int, std::string>> m_former;
+};
+
+}  // namespace
+
+void MakeApplication() {
+    if (QCoreApplication::instance() != nullptr)
+        return;
+    const std::optional<QByteArray> platform = UsablePlatform();
+    if (!platform)
+        return;
+    const LocaleKeeper locale;
+    // The toolkit refers to its arguments until the end of the process.
+    static QByteArray words[] = {"functioneditor", "-platform", *platform};
+    static char* arguments[] = {words[0].data(), words[1].data(), words[2].data(), nullptr};
+    static int count = platform->isEmpty() ? 1 : 3;
+    // Never deleted: at the end of a host's process it would outlive what it stands on.
+    auto* const application = new QApplication(count, arguments);
+    application->setQuitOnLastWindowClosed(false);
+}
+
+bool CanShowDialog() {
+    const auto* const application = qobject_cast<QApplication*>(QCoreApplication::instance());
+    return application != nullptr && application->thread() == QThread::currentThread();
+}
+
+int RunDialog(SessionSetup setup, const std::function<void(const ProfileTable&)>& accepted) {
+    InitResources();
+    const UserPrompts prompts;
+    CDlgGridChart dialog(std::move(setup));
+    dialog.setWindowIcon(QIcon(u":/icons/function-editor.svg"_s));
+    const int result = dialog.DoModal();
+    if (result == CDlgGridChart::kAccepted && accepted)
+        accepted(dialog.session().table());
+    return result;
+}

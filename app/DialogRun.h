@@ -1,0 +1,22 @@
+#pragma once
+
+#include "profiles/ProfileSession.h"
+
+#include <functional>
+
+/// What runs the dialog inside a process that is not the editor's own.
+
+/// Result of a call that could not show a dialog.
+inline constexpr int kNoDialog = -1;
+
+/// Makes the toolkit's application object if the process has none and a display answers. It stays
+/// until the process ends; the calling thread is the one for windows from then on. The process
+/// keeps its locale for numbers, dates and sorting.
+void MakeApplication();
+
+/// The process can show windows, and this is the thread for it.
+bool CanShowDialog();
+
+/// Shows the dialog, with the process's messages and file dialogs as windows meanwhile: the result
+/// of `CDlgGridChart::DoModal`. After OK `accepted` is given the rows as they stand in the grid.
+int RunDialog(SessionSetup setup, const std::function<void(const ProfileTable&)>& accepted = {});

@@ -1,0 +1,145 @@
+#include "include/functioneditor.h"
+
+#include "app/DialogRun.h"
+
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace {
+
+// The members of the request's first version: all that a caller must have.
+constexpr size_t kSmallestRequest = sizeof(functioneditor_request);
+
+struct RequestError {
+    int code;
+};
+
+QString TextFrom(const char* utf8) {
+    if (utf8 == nullptr)
+        return {};
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = decoder(utf8);
+    if (decoder.hasError())
+        throw RequestError{FUNCTIONEDITOR_ERROR_ENCODING};
+    return text;
+}
+
+QStringList ListFrom(const char* const* texts, size_t count) {
+    QStringList list;
+    if (texts == nullptr)
+        return list;
+    list.reserve(static_cast<qsizetype>(count));
+    for (size_t i = 0; i < count; ++i)
+        list.append(TextFrom(texts[i]));
+    return list;
+}
+
+// The request with its texts decoded. Throws what is wrong with it.
+struct Request {
+    explicit Request(const functioneditor_request* request) {
+        if (request == nullptr || request->size < kSmallestRequest)
+            throw RequestError{FUNCTIONEDITOR_ERROR_REQUEST};
+        if (request->kind < FUNCTIONEDITOR_FUNCTION || request->kind > FUNCTIONEDITOR_DAILY)
+            throw RequestError{FUNCTIONEDITOR_ERROR_KIND};
+        if (request->mode < FUNCTIONEDITOR_OPEN || request->mode > FUNCTIONEDITOR_EDIT)
+            throw RequestError{FUNCTIONEDITOR_ERROR_MODE};
+        if (request->count > FUNCTIONEDITOR_MAX_ROWS)
+            throw RequestError{FUNCTIONEDITOR_ERROR_ROWS};
+        if (request->name != nullptr &&
+            std::memchr(request->name, '\0', request->name_size) == nullptr)
+            throw RequestError{FUNCTIONEDITOR_ERROR_NAME};
+        text = TextFrom(request->text);
+        program_folder = TextFrom(request->program_folder);
+        name = TextFrom(request->name);
+        times = ListFrom(request->times, request->count);
+        values = ListFrom(request->values, request->count);
+        names = ListFrom(request->names, request->count);
+    }
+
+    QString text;
+    QString program_folder;
+    QString name;
+    QStringList times;
+    QStringList values;
+    QStringList names;
+};
+
+void StoreName(const QString& name, functioneditor_request* request) {
+    const QByteArray utf8 = name.toUtf8();
+    request->name_length = static_cast<size_t>(utf8.size());
+    if (request->name == nullptr)
+        return;
+    size_t length = std::min(request->name_length, request->name_size - 1);
+    const auto continues = [&](size_t at) {
+        return at < request->name_length &&
+               (static_cast<unsigned char>(utf8[static_cast<qsizetype>(at)]) & 0xC0U) == 0x80U;
+    };
+    while (length > 0 && continues(length))
+        --length;
+    std::memcpy(request->name, utf8.constData(), length);
+    request->name[length] = '\0';
+}
+
+int Prompt(functioneditor_request* request) {
+    Request decoded(request);
+    MakeApplication();
+    if (!CanShowDialog())
+        return FUNCTIONEDITOR_NO_DIALOG;
+    SessionSetup setup;
+    setup.kind = static_cast<ProfileKind>(request->kind);
+    setup.mode = static_cast<DisplayMode>(request->mode);
+    setup.text = decoded.text;
+    setup.name = &decoded.name;
+    setup.times = &decoded.times;
+    setup.values = &decoded.values;
+    setup.names = &decoded.names;
+    if (!decoded.program_folder.isEmpty())
+        setup.folders = ProfileFolders(decoded.program_folder);
+
+    QStringList columns[3];
+    const int result = RunDialog(std::move(setup), [&columns](const ProfileTable& table) {
+        columns[0] = table.Column(ProfileTable::kLabelColumn);
+        columns[1] = table.Column(ProfileTable::kValueColumn);
+        columns[2] = table.Column(ProfileTable::kNameColumn);
+    });
+    StoreName(decoded.name, request);
+    for (qsizetype row = 0; request->on_row != nullptr && row < columns[0].size(); ++row)
+        request->on_row(static_cast<size_t>(row), columns[0][row].toUtf8().constData(),
+                        columns[1].value(row).toUtf8().constData(),
+                        columns[2].value(row).toUtf8().constData(), request->user);
+    return result;
+}
+
+}  // namespace
+
+int functioneditor_prompt(functioneditor_request* request) {
+    try {
+        return Prompt(request);
+    } catch (const RequestError& error) {
+        return error.code;
+    } catch (...) {
+        return FUNCTIONEDITOR_ERROR_INTERNAL;
+    }
+}
+
+const char* functioneditor_result_text(int result) {
+    switch (result) {
+        case FUNCTIONEDITOR_OK: return "The user pressed OK.";
+        case FUNCTIONEDITOR_CANCELLED: return "The user cancelled.";
+        case FUNCTIONEDITOR_REFUSED: return "The file was refused or not chosen.";
+        case FUNCTIONEDITOR_NO_DIALOG:
+            return "No dialog can be shown: there is no display, or this is not the thread for "
+                   "windows.";
+        case FUNCTIONEDITOR_ERROR_REQUEST: return "There is no request, or its size is wrong.";
+        case FUNCTIONEDITOR_ERROR_KIND: return "There is no such kind of profile.";
+        case FUNCTIONEDITOR_ERROR_MODE: return "There is no such display mode.";
+        case FUNCTIONEDITOR_ERROR_ROWS: return "There are too many rows.";
+        case FUNCTIONEDITOR_ERROR_NAME: return "The name does not end within its buffer.";
+        case FUNCTIONEDITOR_ERROR_ENCODING: return "A text is not valid UTF-8.";
+        case FUNCTIONEDITOR_ERROR_INTERNAL: return "The editor ran out of memory or failed.";
+        default: return "This is no result of the editor.";
+    }
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QLabel>
+
+class ProfileSession;
+
+/// Reads out the mean of a coefficient profile as it stands: in the plain text colour while it is
+/// 1, in a warning colour otherwise. Empty for the other kinds.
+class MeanLabel : public QLabel {
+    Q_OBJECT
+
+public:
+    explicit MeanLabel(const ProfileSession* session, QWidget* parent = nullptr);
+
+    bool IsWarning() const { return m_warning; }
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void Refresh();
+
+    const ProfileSession* m_session;  // not owned
+    bool m_warning = false;
+};

@@ -1,0 +1,270 @@
+#include "app/InputAPI.h"
+#include "functioneditor.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QPointer>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Step = std::function<void(QWidget*)>;
+
+/// The user before modal windows: one step for each new one, in order.
+class User : public QObject {
+public:
+    explicit User(QList<Step> steps) : m_steps(std::move(steps)) { Next(); }
+
+    bool Done() const { return m_steps.isEmpty(); }
+
+private:
+    void Next() {
+        if (m_steps.isEmpty())
+            return;
+        QTimer::singleShot(1, this, [this] {
+            QWidget* const window = QApplication::activeModalWidget();
+            if (window == nullptr || window == m_seen)
+                return Next();
+            m_seen = window;
+            const Step step = m_steps.takeFirst();
+            Next();  // before the step: what it presses may open the next window and wait for it
+            step(window);
+        });
+    }
+
+    QList<Step> m_steps;
+    QPointer<QWidget> m_seen;
+};
+
+Step Press(const QString& name) {
+    return [name](QWidget* window) {
+        for (auto* const button : window->findChildren<QAbstractButton*>()) {
+            if (button->accessibleName() == name)
+                return button->click();
+        }
+        qFatal("no button %s", qPrintable(name));
+    };
+}
+
+Step Enter(int row, const QString& value, const Step& then) {
+    return [=](QWidget* window) {
+        auto* const model = window->findChild<QAbstractItemView*>()->model();
+        model->setData(model->index(row - 1, 1), value);
+        then(window);
+    };
+}
+
+using Rows = QList<QStringList>;
+
+void KeepRow(size_t row, const char* label, const char* value, const char* name, void* user) {
+    auto* const rows = static_cast<Rows*>(user);
+    QCOMPARE(row, static_cast<size_t>(rows->size()));
+    rows->append({QString::fromUtf8(label), QString::fromUtf8(value), QString::fromUtf8(name)});
+}
+
+functioneditor_request EmptyRequest() {
+    functioneditor_request request = {};
+    request.size = sizeof request;
+    request.kind = FUNCTIONEDITOR_FUNCTION;
+    request.mode = FUNCTIONEDITOR_EDIT;
+    return request;
+}
+
+const Step kOk = Press(u"OK"_s);
+const Step kCancel = Press(u"Cancel"_s);
+const Step kYes = Press(u"Yes"_s);
+
+}  // namespace
+
+Q_DECLARE_METATYPE(functioneditor_request)
+
+/// The module as programs call it.
+class ModuleTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void InputApiLeavesListsAlone() {
+        QStringList times = {u"0"_s, u"1"_s, u"2"_s};
+        QStringList values = {u"1.50"_s, u"2"_s, u"3"_s};
+        QString name = u"Débit"_s;
+        InputAPI editor;
+        editor.m_pTimeList = &times;
+        editor.m_pValueList = &values;
+        editor.m_pName = &name;
+
+        QString title;
+        User accepting({[&](QWidget* window) {
+            title = window->windowTitle();
+            Enter(2, u"7"_s, kOk)(window);
+        }});
+        QCOMPARE(editor.Prompt(-1, 3, {}), 1);
+        QVERIFY(accepting.Done());
+        QCOMPARE(title, u" Débit"_s);
+
+        User cancelling({Enter(1, u"7"_s, kCancel), kYes});
+        QCOMPARE(editor.Prompt(-1, 3, {}), 2);
+        QVERIFY(cancelling.Done());
+        QCOMPARE(values, QStringList({u"1.50"_s, u"2"_s, u"3"_s}));
+        QCOMPARE(times, QStringList({u"0"_s, u"1"_s, u"2"_s}));
+        QCOMPARE(name, u"Débit"_s);
+    }
+
+    void EveryKindOpensOnNothing() {
+        for (const int kind : {-2, -1, 0, 1, 2, 3, 4}) {
+            User user({kOk});
+            QCOMPARE(InputAPI().Prompt(kind, 3, {}), 1);
+            QVERIFY(user.Done());
+        }
+    }
+
+    void RefusedAndMissingFiles() {
+        const QTemporaryDir folder;
+        QFile file(folder.filePath(u"été.dat"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("MOIS =\nPLUIE =\n") > 0);
+        file.close();
+        const QByteArray path = file.fileName().toUtf8();
+
+        User first({kOk});
+        QCOMPARE(InputAPI().Prompt(0, 1, file.fileName()), 0);
+        QVERIFY(first.Done());
+        functioneditor_request request = EmptyRequest();
+        request.kind = FUNCTIONEDITOR_ANNUAL;
+        request.mode = FUNCTIONEDITOR_VIEW;
+        request.text = path.constData();
+        User second({kOk});
+        QCOMPARE(functioneditor_prompt(&request), FUNCTIONEDITOR_REFUSED);
+        QVERIFY(second.Done());
+
+        // A file that cannot be opened is no reason to end the dialog.
+        QVERIFY(file.remove());
+        User third({kOk, kCancel, kYes});
+        QCOMPARE(InputAPI().Prompt(0, 1, file.fileName()), 2);
+        QVERIFY(third.Done());
+    }
+
+    void OtherThreadsShowNothing() {
+        int results[2] = {1, 1};
+        std::thread([&results] {
+            results[0] = InputAPI().Prompt(-1, 3, {});
+            functioneditor_request request = EmptyRequest();
+            results[1] = functioneditor_prompt(&request);
+        }).join();
+        QCOMPARE(results[0], -1);
+        QCOMPARE(results[1], FUNCTIONEDITOR_NO_DIALOG);
+    }
+
+    void RowsComeBackAfterOk() {
+        const char* const times[] = {"0", "1e0", "2"};
+        const char* const values[] = {"1.50", nullptr, "3"};
+        Rows rows;
+        functioneditor_request request = EmptyRequest();
+        request.times = times;
+        request.values = values;
+        request.count = 3;
+        request.on_row = KeepRow;
+        request.user = &rows;
+
+        User cancelling({kCancel, kYes});
+        QCOMPARE(functioneditor_prompt(&request), FUNCTIONEDITOR_CANCELLED);
+        QVERIFY(cancelling.Done());
+        QVERIFY(rows.isEmpty());
+
+        User accepting({Enter(3, u"4,25"_s, kOk)});
+        QCOMPARE(functioneditor_prompt(&request), FUNCTIONEDITOR_OK);
+        QVERIFY(accepting.Done());
+        QCOMPARE(rows,
+                 Rows({{u"0"_s, u"1.50"_s, {}}, {u"1e0"_s, {}, {}}, {u"2"_s, u"4.25"_s, {}}}));
+    }
+
+    // A daily profile is saved into a folder with a long title; the name that comes back is cut to
+    // the caller's buffer between characters.
+    void NamesAreCutBetweenCharacters_data() {
+        QTest::addColumn<int>("size");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::newRow("room") << 7 << QByteArray("étés");
+        QTest::newRow("no room for the last") << 6 << QByteArray("été");
+        QTest::newRow("within a character") << 5 << QByteArray("ét");
+        QTest::newRow("first character does not fit") << 2 << QByteArray("");
+        QTest::newRow("nothing fits") << 1 << QByteArray("");
+    }
+    void NamesAreCutBetweenCharacters() {
+        QFETCH(const int, size);
+        QFETCH(const QByteArray, expected);
+        const QTemporaryDir folder;
+        const QDir data(folder.path());
+        QVERIFY(data.mkpath(u"Data/Profils/Journalier"_s));
+        const QString path = data.filePath(u"Data/Profils/Journalier/étés.dat"_s);
+        const QByteArray program_folder = folder.path().toUtf8();
+        QByteArray name(size, '\0');
+        functioneditor_request request = EmptyRequest();
+        request.kind = FUNCTIONEDITOR_DAILY;
+        request.program_folder = program_folder.constData();
+        request.name = name.data();
+        request.name_size = static_cast<size_t>(size);
+
+        const auto type_path = [&path](QWidget* window) {
+            auto* const edit = window->findChild<QWidget*>(u"fileNameEdit"_s);
+            edit->setProperty("text", path);
+            QTest::keyClick(edit, Qt::Key_Return);
+        };
+        const auto save_as = [](QWidget* window) {
+            Press(u"Enregistrer sous"_s)(window);
+            kOk(window);
+        };
+        User user({save_as, type_path});
+        QCOMPARE(functioneditor_prompt(&request), FUNCTIONEDITOR_OK);
+        QVERIFY(user.Done());
+        QVERIFY(QFile::exists(path));
+        QCOMPARE(QByteArray(name.constData()), expected);
+        QCOMPARE(request.name_length, size_t{6});
+    }
+
+    void WrongRequests_data() {
+        QTest::addColumn<functioneditor_request>("request");
+        QTest::addColumn<int>("expected");
+        static const char* const kBroken[] = {"\xC3"};
+        static char open_name[] = {'a', 'b'};
+        const auto add = [](const char* title, int expected,
+                            const std::function<void(functioneditor_request&)>& spoil) {
+            functioneditor_request request = EmptyRequest();
+            spoil(request);
+            QTest::newRow(title) << request << expected;
+        };
+        add("size", FUNCTIONEDITOR_ERROR_REQUEST, [](auto& request) { --request.size; });
+        add("kind below", FUNCTIONEDITOR_ERROR_KIND, [](auto& request) { request.kind = -2; });
+        add("kind above", FUNCTIONEDITOR_ERROR_KIND, [](auto& request) { request.kind = 4; });
+        add("mode below", FUNCTIONEDITOR_ERROR_MODE, [](auto& request) { request.mode = 0; });
+        add("mode above", FUNCTIONEDITOR_ERROR_MODE, [](auto& request) { request.mode = 4; });
+        add("rows", FUNCTIONEDITOR_ERROR_ROWS,
+            [](auto& request) { request.count = FUNCTIONEDITOR_MAX_ROWS + size_t{1}; });
+        add("name without an end", FUNCTIONEDITOR_ERROR_NAME, [](auto& request) {
+            request.name = open_name;
+            request.name_size = sizeof open_name;
+        });
+        add("name without room", FUNCTIONEDITOR_ERROR_NAME,
+            [](auto& request) { request.name = open_name; });
+        add("text", FUNCTIONEDITOR_ERROR_ENCODING, [](auto& request) { request.text = "a\xFFz"; });
+        add("value", FUNCTIONEDITOR_ERROR_ENCODING, [](auto& request) {
+            request.values = kBroken;
+            request.count = 1;
+        });
+    }
+    void WrongRequests() {
+        QFETCH(functioneditor_request, request);
+        QFETCH(const int, expected);
+        QCOMPARE(functioneditor_prompt(&request), expected);
+        QCOMPARE(functioneditor_prompt(nullptr), FUNCTIONEDITOR_ERROR_REQUEST);
+        QVERIFY(functioneditor_result_text(expected) != functioneditor_result_text(-99));
+    }
+};
+
+QTEST_MAIN(ModuleTest)
+#include "ModuleTest.moc"
