@@ -12,6 +12,23 @@
 
 using namespace Qt::StringLiterals;
 
+// Always shows its choices: a closed list would take an arrow key for a choice, and two of the
+// choices are commands.
+class ChoiceList : public QComboBox {
+    Q_OBJECT
+
+public:
+    using QComboBox::QComboBox;
+
+    void hidePopup() override {
+        QComboBox::hidePopup();
+        emit Closed();
+    }
+
+signals:
+    void Closed();
+};
+
 namespace {
 
 QStringList ChoicesOf(const QModelIndex& index) {
@@ -33,14 +50,20 @@ bool GridCellDelegate::IsNumberText(const QString& text) {
 QWidget* GridCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
                                         const QModelIndex& index) const {
     if (const QStringList choices = ChoicesOf(index); !choices.isEmpty()) {
-        auto* const list = new QComboBox(parent);
+        auto* const list = new ChoiceList(parent);
         list->addItems(choices);
-        // A choice made in the list is an entry of its own, there is nothing further to confirm.
-        connect(list, &QComboBox::activated, this, [this, list] {
-            auto* const self = const_cast<GridCellDelegate*>(this);
-            emit self->commitData(list);
-            emit self->closeEditor(list);
-        });
+        // A choice made in the list is an entry of its own, there is nothing further to confirm; a
+        // list that closes without one leaves the cell.
+        auto* const self = const_cast<GridCellDelegate*>(this);
+        connect(list, &QComboBox::activated, self, [self, list] { emit self->commitData(list); });
+        connect(
+            list, &ChoiceList::Closed, self,
+            [self, list] {
+                if (self->m_editor == list)
+                    emit self->closeEditor(list);
+            },
+            Qt::QueuedConnection);
+        QMetaObject::invokeMethod(list, &QComboBox::showPopup, Qt::QueuedConnection);
         m_editor = list;
         return list;
     }
@@ -118,3 +141,5 @@ bool GridCellDelegate::eventFilter(QObject* object, QEvent* event) {
     }
     return QStyledItemDelegate::eventFilter(object, event);
 }
+
+#include "GridCellDelegate.moc"
