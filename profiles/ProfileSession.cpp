@@ -89,6 +89,8 @@ bool ProfileSession::InitialFill() {
     switch (m_setup.mode) {
         case DisplayMode::OpenFile:
         case DisplayMode::View:
+            if (!canOpen())
+                break;
             m_open_at_start = true;
             stays = m_setup.text.isEmpty() ? Open() : ReadFile(m_setup.text);
             break;

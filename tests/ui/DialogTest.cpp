@@ -102,6 +102,7 @@ private slots:
     void CommandsFollowTheState();
     void NoPoints();
     void MeanIsReadOut();
+    void UnknownKindOpensEmpty();
 };
 
 void DialogTest::TemplatePlaces() {
@@ -451,6 +452,31 @@ void DialogTest::MeanIsReadOut() {
                      qPrintable(other->objectName()));
         }
     });
+}
+
+// A caller may hand over any number; no mode makes such a kind ask for a file.
+void DialogTest::UnknownKindOpensEmpty() {
+    const MessageScript script;
+    for (const int mode : {1, 2, 3, 9}) {
+        SessionSetup setup;
+        setup.kind = static_cast<ProfileKind>(4);
+        setup.mode = static_cast<DisplayMode>(mode);
+        CDlgGridChart dialog(std::move(setup));
+        bool shown = false;
+        QCOMPARE(
+            RunDialog(
+                dialog,
+                [&] {
+                    shown = true;
+                    QCOMPARE(dialog.windowTitle(), QString());
+                    for (const char16_t* const name :
+                         {u"5012_OUVRIR", u"5013_ENREG", u"5017_ENREGSOUS"})
+                        QVERIFY(!dialog.findChild<QWidget*>(QString::fromUtf16(name))->isEnabled());
+                }),
+            2);
+        QVERIFY(shown);
+    }
+    QVERIFY2(script.Done(), qPrintable(script.Report()));
 }
 
 QTEST_MAIN(DialogTest)
