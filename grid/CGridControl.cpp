@@ -234,9 +234,9 @@ bool CGridControl::OnGridKeyDown(int key, Qt::KeyboardModifiers modifiers) {
             [[fallthrough]];
         case Qt::Key_Tab:
         case Qt::Key_Backtab:
-            // Tab alone never leaves the cells.
+            // Tab alone never leaves the cells; the views' own step would stay in them too.
             if (modifiers.testFlag(Qt::ControlModifier)) {
-                QWidget::focusNextPrevChild(!backward);
+                QWidget::focusNextPrevChild(!backward);  // NOLINT(bugprone-parent-virtual-call)
                 return true;
             }
             break;

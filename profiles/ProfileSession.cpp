@@ -89,8 +89,8 @@ bool ProfileSession::InitialFill() {
     switch (m_setup.mode) {
         case DisplayMode::OpenFile:
         case DisplayMode::View:
-            if (!canOpen())
-                break;
+            if (m_setup.text.isEmpty() && !canOpen())
+                break;  // nothing to open and nothing to ask for
             m_open_at_start = true;
             stays = m_setup.text.isEmpty() ? Open() : ReadFile(m_setup.text);
             break;
@@ -121,7 +121,6 @@ void ProfileSession::FillFromLists() {
             break;
         case ProfileKind::Weekly: break;  // starts from its defaults whatever was handed over
     }
-    emit Refilled();
 }
 
 bool ProfileSession::Open() {
@@ -153,7 +152,6 @@ bool ProfileSession::ReadFile(const QString& path) {
     m_history.Reset();
     m_modified = false;
     m_saved = true;
-    emit Refilled();
     emit StateChanged();
     return true;
 }

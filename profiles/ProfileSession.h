@@ -127,8 +127,6 @@ public:
 signals:
     /// Something that captions, buttons or menu entries depend on has changed.
     void StateChanged();
-    /// The whole content was replaced.
-    void Refilled();
 
 private:
     struct Drag {

@@ -58,16 +58,22 @@ has_window_manager() {
 
 # start_screen WIDTHxHEIGHT: a virtual screen with a small window manager, under a free number.
 start_screen() {
-    local number=''
+    local number ready=''
     scratch=$(mktemp -d)
     trap stop_all EXIT
     trap 'exit 130' INT TERM HUP
-    mkfifo "$scratch/number"
-    Xvfb -displayfd 3 -screen 0 "${1}x24" -nolisten tcp 3>"$scratch/number" \
-        </dev/null >"$scratch/xvfb.log" 2>&1 &
-    screen_pid=$!
-    read -t "$wait_limit" -r number <"$scratch/number" || true
-    [[ -n $number ]] || fail "No virtual screen: $(cat "$scratch/xvfb.log")"
+    mkfifo "$scratch/ready"
+    # The server can look for a free number by itself, but two that start or end at the same time then
+    # get in each other's way. With a number given it locks it, or ends at once if it is in use.
+    for _ in {1..10}; do
+        number=$((100 + RANDOM % 9900))
+        Xvfb ":$number" -displayfd 3 -screen 0 "${1}x24" -nolisten tcp 3>"$scratch/ready" \
+            </dev/null >"$scratch/xvfb.log" 2>&1 &
+        screen_pid=$!
+        read -t "$wait_limit" -r ready <"$scratch/ready" && break
+        kill "$screen_pid" 2>/dev/null || true
+    done
+    [[ -n $ready ]] || fail "No virtual screen: $(cat "$scratch/xvfb.log")"
     export DISPLAY=:$number
     unset WAYLAND_DISPLAY XAUTHORITY
     openbox --sm-disable </dev/null >"$scratch/openbox.log" 2>&1 &

@@ -78,6 +78,18 @@ functioneditor_request EmptyRequest() {
     return request;
 }
 
+// What `call` returns before a user who takes all those steps.
+template <typename Call>
+int With(const QList<Step>& steps, const Call& call) {
+    const User user(steps);
+    const int result = call();
+    return user.Done() ? result : -1000;
+}
+
+int Prompt(const QList<Step>& steps, functioneditor_request& request) {
+    return With(steps, [&request] { return functioneditor_prompt(&request); });
+}
+
 const Step kOk = Press(u"OK"_s);
 const Step kCancel = Press(u"Cancel"_s);
 const Step kYes = Press(u"Yes"_s);
@@ -101,28 +113,22 @@ private slots:
         editor.m_pName = &name;
 
         QString title;
-        User accepting({[&](QWidget* window) {
+        const Step accept = [&](QWidget* window) {
             title = window->windowTitle();
             Enter(2, u"7"_s, kOk)(window);
-        }});
-        QCOMPARE(editor.Prompt(-1, 3, {}), 1);
-        QVERIFY(accepting.Done());
+        };
+        const auto prompt = [&editor] { return editor.Prompt(-1, 3, {}); };
+        QCOMPARE(With({accept}, prompt), 1);
         QCOMPARE(title, u" Débit"_s);
-
-        User cancelling({Enter(1, u"7"_s, kCancel), kYes});
-        QCOMPARE(editor.Prompt(-1, 3, {}), 2);
-        QVERIFY(cancelling.Done());
+        QCOMPARE(With({Enter(1, u"7"_s, kCancel), kYes}, prompt), 2);
         QCOMPARE(values, QStringList({u"1.50"_s, u"2"_s, u"3"_s}));
         QCOMPARE(times, QStringList({u"0"_s, u"1"_s, u"2"_s}));
         QCOMPARE(name, u"Débit"_s);
     }
 
     void EveryKindOpensOnNothing() {
-        for (const int kind : {-2, -1, 0, 1, 2, 3, 4}) {
-            User user({kOk});
-            QCOMPARE(InputAPI().Prompt(kind, 3, {}), 1);
-            QVERIFY(user.Done());
-        }
+        for (const int kind : {-2, -1, 0, 1, 2, 3, 4})
+            QCOMPARE(With({kOk}, [kind] { return InputAPI().Prompt(kind, 3, {}); }), 1);
     }
 
     void RefusedAndMissingFiles() {
@@ -132,22 +138,17 @@ private slots:
         file.close();
         const QByteArray path = file.fileName().toUtf8();
 
-        User first({kOk});
-        QCOMPARE(InputAPI().Prompt(0, 1, file.fileName()), 0);
-        QVERIFY(first.Done());
+        const auto prompt = [&file] { return InputAPI().Prompt(0, 1, file.fileName()); };
+        QCOMPARE(With({kOk}, prompt), 0);
         functioneditor_request request = EmptyRequest();
         request.kind = FUNCTIONEDITOR_ANNUAL;
         request.mode = FUNCTIONEDITOR_VIEW;
         request.text = path.constData();
-        User second({kOk});
-        QCOMPARE(functioneditor_prompt(&request), FUNCTIONEDITOR_REFUSED);
-        QVERIFY(second.Done());
+        QCOMPARE(Prompt({kOk}, request), FUNCTIONEDITOR_REFUSED);
 
         // A file that cannot be opened is no reason to end the dialog.
         QVERIFY(file.remove());
-        User third({kOk, kCancel, kYes});
-        QCOMPARE(InputAPI().Prompt(0, 1, file.fileName()), 2);
-        QVERIFY(third.Done());
+        QCOMPARE(With({kOk, kCancel, kYes}, prompt), 2);
     }
 
     void OtherThreadsShowNothing() {
@@ -172,44 +173,21 @@ private slots:
         request.on_row = KeepRow;
         request.user = &rows;
 
-        User cancelling({kCancel, kYes});
-        QCOMPARE(functioneditor_prompt(&request), FUNCTIONEDITOR_CANCELLED);
-        QVERIFY(cancelling.Done());
+        QCOMPARE(Prompt({kCancel, kYes}, request), FUNCTIONEDITOR_CANCELLED);
         QVERIFY(rows.isEmpty());
-
-        User accepting({Enter(3, u"4,25"_s, kOk)});
-        QCOMPARE(functioneditor_prompt(&request), FUNCTIONEDITOR_OK);
-        QVERIFY(accepting.Done());
+        QCOMPARE(Prompt({Enter(3, u"4,25"_s, kOk)}, request), FUNCTIONEDITOR_OK);
         QCOMPARE(rows,
                  Rows({{u"0"_s, u"1.50"_s, {}}, {u"1e0"_s, {}, {}}, {u"2"_s, u"4.25"_s, {}}}));
     }
 
     // A daily profile is saved into a folder with a long title; the name that comes back is cut to
     // the caller's buffer between characters.
-    void NamesAreCutBetweenCharacters_data() {
-        QTest::addColumn<int>("size");
-        QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("room") << 7 << QByteArray("étés");
-        QTest::newRow("no room for the last") << 6 << QByteArray("été");
-        QTest::newRow("within a character") << 5 << QByteArray("ét");
-        QTest::newRow("first character does not fit") << 2 << QByteArray("");
-        QTest::newRow("nothing fits") << 1 << QByteArray("");
-    }
     void NamesAreCutBetweenCharacters() {
-        QFETCH(const int, size);
-        QFETCH(const QByteArray, expected);
         const QTemporaryDir folder;
         const QDir data(folder.path());
         QVERIFY(data.mkpath(u"Data/Profils/Journalier"_s));
         const QString path = data.filePath(u"Data/Profils/Journalier/étés.dat"_s);
         const QByteArray program_folder = folder.path().toUtf8();
-        QByteArray name(size, '\0');
-        functioneditor_request request = EmptyRequest();
-        request.kind = FUNCTIONEDITOR_DAILY;
-        request.program_folder = program_folder.constData();
-        request.name = name.data();
-        request.name_size = static_cast<size_t>(size);
-
         const auto type_path = [&path](QWidget* window) {
             auto* const edit = window->findChild<QWidget*>(u"fileNameEdit"_s);
             edit->setProperty("text", path);
@@ -219,12 +197,21 @@ private slots:
             Press(u"Enregistrer sous"_s)(window);
             kOk(window);
         };
-        User user({save_as, type_path});
-        QCOMPARE(functioneditor_prompt(&request), FUNCTIONEDITOR_OK);
-        QVERIFY(user.Done());
-        QVERIFY(QFile::exists(path));
-        QCOMPARE(QByteArray(name.constData()), expected);
-        QCOMPARE(request.name_length, size_t{6});
+        const std::pair<int, QByteArray> cases[] = {
+            {7, "étés"}, {6, "été"}, {5, "ét"}, {2, ""}, {1, ""}};
+        for (const auto& [size, expected] : cases) {
+            QFile::remove(path);
+            QByteArray name(size, '\0');
+            functioneditor_request request = EmptyRequest();
+            request.kind = FUNCTIONEDITOR_DAILY;
+            request.program_folder = program_folder.constData();
+            request.name = name.data();
+            request.name_size = static_cast<size_t>(size);
+            QCOMPARE(Prompt({save_as, type_path}, request), FUNCTIONEDITOR_OK);
+            QVERIFY(QFile::exists(path));
+            QCOMPARE(QByteArray(name.constData()), expected);
+            QCOMPARE(request.name_length, size_t{6});
+        }
     }
 
     void WrongRequests_data() {

@@ -1,13 +1,16 @@
 #include "VirtualScreen.h"
 
+#include <QRandomGenerator>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kToolLimit = 10'000;   // ms
-constexpr int kStartLimit = 30'000;  // ms
+constexpr int kToolLimit = 10'000;    // ms
+constexpr int kStartLimit = 30'000;   // ms
+constexpr int kManagerLimit = 8'000;  // ms
+constexpr int kAttempts = 5;
 
 void End(QProcess& process) {
     process.terminate();
@@ -25,30 +28,39 @@ VirtualScreen::~VirtualScreen() {
 }
 
 QString VirtualScreen::Start() {
-    // The server writes the number it found free to its standard output once it is ready.
-    m_server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1280x1024x24"_s,
-                               u"-nolisten"_s, u"tcp"_s});
-    QByteArray number;
-    while (!number.endsWith('\n')) {
-        if (!m_server.waitForReadyRead(kStartLimit))
-            return u"Xvfb does not start: "_s + m_server.errorString();
-        number += m_server.readAllStandardOutput();
+    if (!Run(u"xdotool"_s, {u"version"_s}))
+        return u"xdotool is missing"_s;
+    QString problem;
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        problem = StartOnce();
+        if (problem.isEmpty())
+            return {};
+        End(m_window_manager);
+        End(m_server);
     }
-    m_display = u':' + QString::fromLatin1(number).trimmed();
+    return problem;
+}
 
+// The server can look for a free number by itself, but two that start or end at the same time then
+// get in each other's way. With a number given it locks it, or ends at once if it is in use.
+QString VirtualScreen::StartOnce() {
+    m_display = u":%1"_s.arg(QRandomGenerator::global()->bounded(100, 10'000));
+    m_server.start(u"Xvfb"_s, {m_display, u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s,
+                               u"1280x1024x24"_s, u"-nolisten"_s, u"tcp"_s});
+    // It writes the number once it is ready.
+    if (!m_server.waitForReadyRead(kStartLimit))
+        return u"Xvfb does not start: "_s + m_server.errorString() + u'\n' +
+               QString::fromLocal8Bit(m_server.readAllStandardError());
     m_window_manager.setProcessEnvironment(Environment());
-    m_window_manager.setStandardErrorFile(QProcess::nullDevice());
     m_window_manager.start(u"openbox"_s, {u"--sm-disable"_s});
-    if (!m_window_manager.waitForStarted(kStartLimit))
-        return u"openbox does not start: "_s + m_window_manager.errorString();
     const auto ready = [this] {
         const auto answer = Run(u"xprop"_s, {u"-root"_s, u"_NET_SUPPORTING_WM_CHECK"_s});
         return answer && answer->contains('#');
     };
-    if (!QTest::qWaitFor(ready, kStartLimit))
-        return u"openbox does not answer, or xprop is missing"_s;
-    if (!Run(u"xdotool"_s, {u"version"_s}))
-        return u"xdotool is missing"_s;
+    if (!QTest::qWaitFor(ready, kManagerLimit))
+        return u"openbox does not answer, or xprop is missing: "_s +
+               m_window_manager.errorString() + u'\n' +
+               QString::fromLocal8Bit(m_window_manager.readAllStandardError());
     return {};
 }
 

@@ -28,6 +28,8 @@ public:
     std::optional<QByteArray> Run(const QString& program, const QStringList& arguments) const;
 
 private:
+    QString StartOnce();
+
     QString m_display;
     QProcess m_server;
     QProcess m_window_manager;
