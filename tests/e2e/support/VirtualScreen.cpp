@@ -28,13 +28,11 @@ VirtualScreen::~VirtualScreen() {
 }
 
 QString VirtualScreen::Start() {
-    if (!Run(u"xdotool"_s, {u"version"_s}))
-        return u"xdotool is missing"_s;
     QString problem;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         problem = StartOnce();
         if (problem.isEmpty())
-            return {};
+            return Run(u"xdotool"_s, {u"version"_s}) ? QString() : u"xdotool is missing"_s;
         End(m_window_manager);
         End(m_server);
     }
