@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -19,6 +20,9 @@ CDlgAjout::CDlgAjout(ProfileSession* session, QWidget* parent)
     : QDialog(parent), m_session(session) {
     setWindowTitle(kAddPointCaption.toString());
     setFixedSize(PixelSize(kAddPointSize));
+    QFont small = font();
+    small.setPixelSize(kDialogFontPixels);
+    setFont(small);
     for (const ControlTemplate& control : kAddPointDialog) {
         const QString caption = control.caption.toString();
         QWidget* widget = nullptr;
@@ -41,6 +45,8 @@ CDlgAjout::CDlgAjout(ProfileSession* session, QWidget* parent)
             default: widget = new QLabel(caption, this); break;
         }
         widget->setGeometry(PixelRect(control.place));
+        if (control.control_class == ControlClass::Label)
+            widget->resize(std::max(widget->width(), widget->sizeHint().width()), widget->height());
         widget->setAccessibleName(control.accessible_name.toString());
         widget->setObjectName(QString::number(control.id) + u'_' + caption);
     }

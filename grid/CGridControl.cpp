@@ -74,8 +74,13 @@ void CGridControl::LayoutProfileGrid() {
     horizontalHeader()->setFont(small);
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter |
                                             Qt::Alignment(Qt::TextWordWrap));
-    if (!m_session->facts().hasNames())
-        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);  // only blank space is out of sight
+    if (!m_session->facts().hasNames()) {
+        // Only blank space is out of sight: a current cell need not be brought into view by its
+        // width.
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        connect(horizontalScrollBar(), &QScrollBar::valueChanged, this,
+                [this] { horizontalScrollBar()->setValue(0); });
+    }
     const auto& widths = m_session->facts().column_widths;
     for (int column = 0; column < m_session->facts().columns; ++column) {
         if (const int width = widths[static_cast<size_t>(column)]; width > 0)

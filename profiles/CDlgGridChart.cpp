@@ -24,7 +24,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kFontPixelSize = 11;
 constexpr int kPictureSize = 16;
 
 // The line between the grid and the controls below it.
@@ -85,7 +84,7 @@ void CDlgGridChart::CopyRowsTo(QStringList& times, QStringList& values) const {
 bool CDlgGridChart::OnInitDialog() {
     InitResources();
     QFont small = font();
-    small.setPixelSize(kFontPixelSize);
+    small.setPixelSize(kDialogFontPixels);
     setFont(small);
     if (!m_session.InitialFill())
         return false;

@@ -123,5 +123,8 @@ QSize PixelSize(const std::array<int, 2>& size);
 /// window is higher than the template.
 QRect PointGridRect(int rows, int extra_height = 0);
 
+/// The font that the templates' places are made for.
+inline constexpr int kDialogFontPixels = 11;
+
 inline constexpr int kGridHeaderHeight = 24;
 inline constexpr int kGridRowHeight = 21;

@@ -4,6 +4,9 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 editor=$root/build/release/function-editor
 
+# What build_editor builds; a script may add to it.
+targets=(function-editor)
+
 # Seconds that a window, the screen or the end of the editor is waited for.
 wait_limit=30
 
@@ -19,14 +22,13 @@ fail() {
     exit 1
 }
 
-# build_editor [TARGET]...: configures the release preset and builds the editor and further targets;
-# the output is shown only when it fails.
+# Configures and builds the release preset; its output is shown only when it fails.
 build_editor() {
     local log
     log=$(mktemp)
     echo "Building the editor ..."
     if ! { (cd "$root" && cmake --preset release && cmake --build --preset release \
-        --target function-editor "$@") </dev/null >"$log" 2>&1; }; then
+        --target "${targets[@]}") </dev/null >"$log" 2>&1; }; then
         cat "$log" >&2
         rm -f "$log"
         fail "The build failed."

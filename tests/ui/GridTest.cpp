@@ -83,6 +83,7 @@ private slots:
     void KeysThatChangeNothing();
     void CurrentRowIsTold();
     void RowHeaderHoldsTheLargestNumber();
+    void LabelsStayInSight();
 };
 
 // Every move of the shared cases, by the real keys on a grid of that kind and size.
@@ -243,6 +244,16 @@ void GridTest::RowHeaderHoldsTheLargestNumber() {
     QVERIFY(header->width() < wide);
     QCOMPARE(shown.grid->rowHeight(0), kGridRowHeight);
     QCOMPARE(shown.grid->horizontalHeader()->height(), kGridHeaderHeight);
+}
+
+// The annual columns are wider than their window; a current value does not push the months out of
+// it.
+void GridTest::LabelsStayInSight() {
+    ShownGrid shown({}, QStringList(12, u"1"_s), ProfileKind::Annual);
+    shown.grid->resize(159, 276);
+    QCoreApplication::processEvents();
+    shown.grid->SelectCell(1, 2);
+    QCOMPARE(shown.grid->columnViewportPosition(0), 0);
 }
 
 QTEST_MAIN(GridTest)

@@ -14,14 +14,13 @@
 #include <QTest>
 
 #include <memory>
-#include <numeric>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 const QString kNoRow = u"Impossible de copier:\nAucune ligne n'est sélectionnée !"_s;
-const QString kManyColumns = u"Impossible de copier plusieurs\ncolonnes à la fois !"_s;
 const QString kManyRows = u"Veuillez ne pas sélectionner\nplus de 25 lignes à la fois."_s;
 const QString kManyTimes =
     u"Veuillez ne pas copier d'un coup\nplusieurs lignes de la 1ère colonne."_s;
@@ -55,7 +54,8 @@ void SetClipboardText(const QString& text) {
     QGuiApplication::clipboard()->setText(text);
 }
 
-// A grid on the screen. A function gets as many points as asked for, (1, 1), (2, 2), ...
+// A grid on the screen. A function gets as many points as asked for, (1, 1), (2, 2), ... Fails the
+// running test when other messages came than were expected.
 struct ShownGrid {
     explicit ShownGrid(ProfileKind kind, int points = 5, DisplayMode mode = DisplayMode::Edit)
         : texts(Numbers(points)) {
@@ -80,9 +80,18 @@ struct ShownGrid {
         grid->resize(300, 420);
         grid->show();
     }
+    ~ShownGrid() {
+        QDir::setCurrent(start_folder);  // Some kinds change it.
+        if (!messages.Done())
+            QTest::qFail(qPrintable(messages.Report()), __FILE__, __LINE__);
+    }
+    ShownGrid(const ShownGrid&) = delete;
+    ShownGrid& operator=(const ShownGrid&) = delete;
 
     // Row 0 presses the column's header.
-    void Select(int row, int column, int last_row = 0, int last_column = 0) {
+    void Select(const QList<int>& cells) {
+        const int row = cells.value(0);
+        const int column = cells.value(1);
         if (row == 0) {
             QHeaderView* const header = grid->horizontalHeader();
             const int x = header->sectionViewportPosition(column - 1) + 20;
@@ -91,9 +100,8 @@ struct ShownGrid {
         }
         const auto* const model = grid->model();
         grid->selectionModel()->select(
-            QItemSelection(
-                model->index(row - 1, column - 1),
-                model->index(std::max(row, last_row) - 1, std::max(column, last_column) - 1)),
+            QItemSelection(model->index(row - 1, column - 1),
+                           model->index(cells.value(2, row) - 1, cells.value(3, column) - 1)),
             QItemSelectionModel::ClearAndSelect);
     }
     void Paste(const QString& text) {
@@ -107,6 +115,7 @@ struct ShownGrid {
             headers += session->table().HeaderText(column);
         return headers;
     }
+    QStringList AllCells() const { return {Joined(1), Joined(2), Joined(3)}; }
     // Rows as "time value", a line each.
     QString Points() const {
         QString points;
@@ -116,6 +125,7 @@ struct ShownGrid {
         return points;
     }
 
+    const QString start_folder = QDir::currentPath();
     QTemporaryDir folder;
     QStringList texts;
     MessageScript messages;
@@ -124,384 +134,327 @@ struct ShownGrid {
     std::unique_ptr<CGridControl> grid;
 };
 
+// The rows of a test, each in the column "row".
+template <typename Row>
+void AddRows(std::initializer_list<std::pair<const char*, Row>> rows) {
+    QTest::addColumn<Row>("row");
+    for (const auto& [name, row] : rows)
+        QTest::newRow(name) << row;
+}
+
+using enum ProfileKind;
+
+struct CopyRow {
+    int points;
+    QList<int> cells;  // to select; none when empty
+    QString message;
+    QString copied;
+};
+
+struct ForeignRow {
+    ProfileKind kind;
+    QList<int> cells;
+    QString text;
+    QStringList messages;
+    int column;      // looked at afterwards
+    QString result;  // "" for what it was
+};
+
+struct RefusedRow {
+    ProfileKind kind;
+    QString text;
+    QString message;
+};
+
+struct TimesRow {
+    int row;
+    QString text;
+    QString points;
+};
+
 }  // namespace
 
 class PasteTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void cleanup() { QDir::setCurrent(m_start_folder); }
+    void Copy_data() {
+        AddRows<CopyRow>({{"nothing selected", {5, {}, kNoRow, {}}},
+                          {"26 rows", {30, {3, 2, 28, 2}, kManyRows, {}}},
+                          {"25 rows", {30, {2, 2, 26, 2}, {}, Numbers(26).mid(1).join(u'\n')}},
+                          {"one time", {5, {2, 1}, {}, u"2"_s}},
+                          {"header, 24 rows", {24, {0, 2}, {}, Numbers(24).join(u'\n')}},
+                          {"header, 25 rows", {25, {0, 2}, kManyRows, {}}},
+                          {"header of the times", {1, {0, 1}, kManyTimes, {}}}});
+    }
+    void Copy() {
+        QFETCH(CopyRow, row);
+        const bool copies = row.message.isEmpty();
+        ShownGrid shown(Function, row.points);
+        // What was copied before stays when a copy is refused.
+        shown.Select({1, 2});
+        QVERIFY(shown.grid->CopySelection());
+        shown.grid->clearSelection();
+        if (!row.cells.isEmpty())
+            shown.Select(row.cells);
+        if (!copies)
+            shown.messages.Expect(row.message);
+        QCOMPARE(shown.grid->CopySelection(), copies);
+        QCOMPARE(ClipboardText(), copies ? row.copied : u"1"_s);
+        if (!copies) {
+            shown.Select({row.points, 1});
+            shown.messages.Expect(WrongColumn(2, 1));
+            shown.grid->PasteSelection();
+        }
+        QCOMPARE(shown.Joined(2), Numbers(row.points).join(u'|'));
+    }
 
-    void Copy_data();
-    void Copy();
-    void EmptyGrid();
-    void ForeignText_data();
-    void ForeignText();
-    void OwnText();
-    void OwnTextLeavesWithTheClipboard();
-    void RowsGoneSinceTheCopy();
-    void WholeColumn_data();
-    void WholeColumn();
-    void RefusedBulkPaste_data();
-    void RefusedBulkPaste();
-    void BulkPasteIsOneStep();
-    void PastedTimes_data();
-    void PastedTimes();
-    void EachCellIsAStep();
-    void ViewOnly();
+    void EmptyGrid() {
+        ShownGrid shown(Function, 0);
+        shown.Select({0, 2});
+        shown.messages.Expect(kNoRow);
+        QVERIFY(!shown.grid->CopySelection());
+        shown.Paste(u"1\n2"_s);
+        QCOMPARE(shown.session->table().RowCount(), 0);
+    }
 
-private:
-    const QString m_start_folder = QDir::currentPath();
+    // Text of other programs.
+    void ForeignText_data() {
+        AddRows<ForeignRow>(
+            {{"CR LF and a last line end",
+              {Weekly, {2, 2}, u"1\r\n2\r\n"_s, {}, 2, u"100|1|2|100|100|100|100"_s}},
+             {"decimal commas, never thousands",
+              {Weekly,
+               {1, 2},
+               u"1,234\n-0,5\n1.234"_s,
+               {},
+               2,
+               u"1.234|-0.5|1.234|100|100|100|100"_s}},
+             {"too many separators",
+              {Weekly, {1, 2}, u"1\n1,234.5\n3"_s, {kSeparators}, 2, u"1|100|3|100|100|100|100"_s}},
+             {"no number each",
+              {Weekly,
+               {1, 2},
+               u"x\n0x10\n1e39\n1 234\n2\nnan"_s,
+               {kWrong, kWrong, kWrong, kWrong, kWrong},
+               2,
+               u"100|100|100|100|2|100|100"_s}},
+             {"an empty line",
+              {Weekly, {1, 2}, u"1\n\n3\n\n"_s, {kWrong, kWrong}, 2, u"1|100|3|100|100|100|100"_s}},
+             {"nothing", {Weekly, {1, 2}, {}, {}, 2, {}}},
+             {"nothing selected", {Weekly, {}, u"1"_s, {}, 2, {}}},
+             {"just fits", {Weekly, {1, 2}, Numbers(7).join(u'\n'), {}, 2, u"1|2|3|4|5|6|7"_s}},
+             {"no room", {Weekly, {6, 2}, Numbers(3).join(u'\n'), {kNoRoom}, 2, {}}},
+             {"too few rows selected",
+              {Weekly, {1, 2, 2, 2}, Numbers(3).join(u'\n'), {kFewRows}, 2, {}}},
+             {"more rows selected",
+              {Weekly, {1, 2, 5, 2}, Numbers(3).join(u'\n'), {}, 2, u"1|2|3|100|100|100|100"_s}},
+             {"values and names", {Weekly, {1, 2}, u"1\tbas"_s, {WrongColumn(2, 3)}, 2, {}}},
+             {"names", {Weekly, {2, 3}, u"bas\nhaut"_s, {}, 3, u"|bas|haut||||"_s}},
+             {"a name that is not there",
+              {Weekly,
+               {2, 3},
+               u"bas\nnone\nVOIR\nhaut"_s,
+               {kWrong, kWrong},
+               3,
+               u"|bas|||haut||"_s}},
+             {"two columns", {Function, {2, 1}, u"2,5\t7\r\n3,5\t8\r\n"_s, {}, 2, u"1|7|8|4|5"_s}},
+             {"three columns", {Function, {2, 1}, u"1\t2\t3"_s, {WrongColumn(3, 3)}, 2, {}}},
+             {"uneven lines", {Function, {1, 1}, u"1\t7\n2\n3\t9"_s, {}, 2, u"7|2|9|4|5"_s}},
+             {"wrong cells of two columns",
+              {Function, {1, 1}, u"x\t7\n2\ty"_s, {kWrong, kWrong}, 2, u"7|2|3|4|5"_s}},
+             {"annual, the rounding error goes to the pasted value",
+              {Annual, {1, 2}, u"5"_s, {}, 2, u"4.96"_s + u"|0.64"_s.repeated(11)}}});
+    }
+    void ForeignText() {
+        QFETCH(ForeignRow, row);
+        ShownGrid shown(row.kind);
+        if (!row.cells.isEmpty())
+            shown.Select(row.cells);
+        for (const QString& message : row.messages)
+            shown.messages.Expect(message);
+        const QStringList before = shown.AllCells();
+        shown.Paste(row.text);
+        if (row.result.isEmpty())
+            QCOMPARE(shown.AllCells(), before);
+        else
+            QCOMPARE(shown.Joined(row.column), row.result);
+        QCOMPARE(shown.session->canUndo(), !row.result.isEmpty());
+        QVERIFY(!shown.session->isSaved());
+    }
+
+    // The grid's own copies know the column they came from.
+    void OwnText() {
+        ShownGrid shown(Weekly);
+        shown.session->EnterName(1, u"haut"_s);
+        shown.session->EnterValue(2, u"7.50"_s);
+        const auto copy = [&](const QList<int>& cells) {
+            shown.Select(cells);
+            return shown.grid->CopySelection();
+        };
+        const auto paste = [&](const QList<int>& cells, const QString& message) {
+            if (!message.isEmpty())
+                shown.messages.Expect(message);
+            shown.Select(cells);
+            shown.grid->PasteSelection();
+        };
+        QVERIFY(copy({1, 2, 3, 2}));
+        paste({1, 1}, WrongColumn(2, 1));
+        paste({1, 3}, WrongColumn(2, 3));
+        paste({6, 2}, kNoRoom);
+        paste({1, 2, 2, 2}, kFewRows);
+        paste({5, 2}, {});
+        QCOMPARE(shown.Joined(2), u"100|7.50|100|100|100|7.50|100"_s);
+        QVERIFY(copy({1, 3}));
+        paste({4, 3}, {});
+        paste({4, 2}, WrongColumn(3, 2));
+        // A label may go among the names, but is none.
+        QVERIFY(copy({1, 1}));
+        paste({5, 3}, kWrong);
+        QCOMPARE(shown.Joined(3), u"haut|||haut|||"_s);
+    }
+
+    void RowsAndClipboardAfterTheCopy() {
+        ShownGrid shown(Function, 6);
+        shown.Select({2, 2, 6, 2});
+        QVERIFY(shown.grid->CopySelection());
+        QVERIFY(shown.session->RemoveRows({4, 5, 6}));
+        shown.Select({3, 2});
+        shown.grid->PasteSelection();
+        QCOMPARE(shown.Joined(2), u"1|2|2"_s);
+        shown.Select({1, 1});
+        shown.Paste(u"0.5"_s);
+        QCOMPARE(shown.Joined(1), u"0.5|2|3"_s);
+    }
+
+    // A press on the header takes the whole column, and a paste there renames the columns.
+    void WholeColumn_data() {
+        AddRows<std::pair<ProfileKind, QString>>({{"function", {Function, u"Time|Value"_s}},
+                                                  {"annual", {Annual, u"Mois|Conso."_s}},
+                                                  {"monthly", {Monthly, u"Mois|Conso.|Profil"_s}},
+                                                  {"weekly", {Weekly, u"Jour|Conso.|Profil"_s}},
+                                                  {"daily", {Daily, u"Heure|Conso."_s}}});
+    }
+    void WholeColumn() {
+        using Row = std::pair<ProfileKind, QString>;
+        QFETCH(Row, row);
+        ShownGrid shown(row.first);
+        const int rows = shown.session->table().RowCount();
+        const QStringList first_headers = shown.Headers();
+        shown.Select({0, 2});
+        QVERIFY(shown.grid->CopySelection());
+        QCOMPARE(ClipboardText(), shown.Joined(2).replace(u'|', u'\n'));
+        // All rows without the header are no whole column.
+        shown.Select({1, 2});
+        shown.Select({1, 2, rows, 2});
+        shown.grid->PasteSelection();
+        QCOMPARE(shown.Headers(), first_headers);
+        shown.Select({0, 2});
+        shown.messages.Expect(kNoRoom);
+        shown.Paste(Numbers(rows + 1).join(u'\n'));
+        QCOMPARE(shown.Headers(), first_headers);
+        shown.Paste(QStringList(rows, u"1,0"_s).join(u'\n'));
+        QCOMPARE(shown.Headers().join(u'|'), row.second);
+        const QStringList column = shown.session->table().Column(2);
+        QCOMPARE(column.count(u"1.0"_s) + column.count(u"1.00"_s), rows);
+        QCOMPARE(column.size(), rows);
+    }
+
+    void RefusedBulkPaste_data() {
+        AddRows<RefusedRow>({{"annual, above", {Annual, u"1\n5.01\n1"_s, kAnnualBound}},
+                             {"annual, negative", {Annual, u"-0,01"_s, kAnnualBound}},
+                             {"daily, above", {Daily, u"24,5"_s, kDailyBound}},
+                             {"daily, negative", {Daily, u"1\n1\n-1"_s, kDailyBound}},
+                             {"a word", {Daily, u"1\nx\n25"_s, kWrong}},
+                             {"separators", {Annual, u"9\n1.2.3"_s, kSeparators}},
+                             {"empty line", {Annual, u"1\n\n1"_s, kWrong}},
+                             {"no room", {Annual, Numbers(12).join(u'\n'), kNoRoom}},
+                             {"two columns", {Annual, u"1\t1"_s, WrongColumn(2, 3)}}});
+    }
+    void RefusedBulkPaste() {
+        QFETCH(RefusedRow, row);
+        ShownGrid shown(row.kind);
+        shown.session->EnterValue(1, u"2"_s);
+        const QString edited_once = shown.Joined(2);
+        shown.session->EnterValue(2, u"0.5"_s);
+        const QString edited_twice = shown.Joined(2);
+        QVERIFY(shown.session->Undo());
+        shown.Select({3, 2});
+        shown.messages.Expect(row.message);
+        shown.Paste(row.text);
+        QCOMPARE(shown.Joined(2), edited_once);
+        QVERIFY(shown.session->canUndo() && shown.session->canRedo());
+        QVERIFY(shown.session->Redo());
+        QCOMPARE(shown.Joined(2), edited_twice);
+        QVERIFY(shown.session->Undo() && shown.session->Undo() && !shown.session->canUndo());
+    }
+
+    void BulkPasteIsOneStep() {
+        ShownGrid shown(Annual);
+        const QString before = shown.Joined(2);
+        shown.session->SetEdition(true);
+        shown.Select({3, 2});
+        shown.Paste(u"5\n0,25"_s);
+        QCOMPARE(shown.Joined(2), u"1|1|5|0.25|1|1|1|1|1|1|1|1"_s);
+        // All rows are looked at, also those that were typed beyond the bound of a paste.
+        shown.session->EnterValue(12, u"7"_s);
+        shown.messages.Expect(kAnnualBound);
+        shown.Paste(u"1"_s);
+        QVERIFY(shown.session->Undo() && shown.session->Undo() && !shown.session->canUndo());
+        QCOMPARE(shown.Joined(2), before);
+        // The pasted row keeps its value, the others follow.
+        shown.session->SetEdition(false);
+        shown.Select({1, 2});
+        shown.Paste(u"2"_s);
+        QCOMPARE(shown.Joined(2), u"1.99"_s + u"|0.91"_s.repeated(11));
+        QVERIFY(shown.session->Undo() && !shown.session->canUndo());
+    }
+
+    // Each text goes to the row it was pasted on, however the rows move meanwhile.
+    void PastedTimes_data() {
+        AddRows<TimesRow>(
+            {{"both move", {2, u"4.5\n0"_s, u"0 3\n1 1\n4 4\n4.5 2\n5 5\n"_s}},
+             {"the other order", {2, u"0\n4.5"_s, u"0 2\n1 1\n4 4\n4.5 3\n5 5\n"_s}},
+             {"all turned round", {1, u"5\n4\n3\n2\n1"_s, u"1 5\n2 4\n3 3\n4 2\n5 1\n"_s}},
+             {"past each other", {1, u"10\n9\n8"_s, u"4 4\n5 5\n8 3\n9 2\n10 1\n"_s}},
+             {"with their values",
+              {2, u"9\t90\n8\t80\n0\t0"_s, u"0 0\n1 1\n5 5\n8 80\n9 90\n"_s}}});
+    }
+    void PastedTimes() {
+        QFETCH(TimesRow, row);
+        ShownGrid shown(Function);
+        shown.Select({row.row, 1});
+        shown.Paste(row.text);
+        QCOMPARE(shown.Points(), row.points);
+        while (shown.session->Undo()) {
+        }
+        QCOMPARE(shown.Points(), u"1 1\n2 2\n3 3\n4 4\n5 5\n"_s);
+    }
+
+    void EachCellIsAStep() {
+        ShownGrid shown(Weekly);
+        shown.Select({1, 2});
+        shown.messages.Expect(kWrong);
+        shown.Paste(u"1\n-\n100\n4"_s);
+        QCOMPARE(shown.Joined(2), u"1|100|100|4|100|100|100"_s);
+        QVERIFY(shown.session->Undo());
+        QCOMPARE(shown.Joined(2), u"1|100|100|100|100|100|100"_s);
+        QVERIFY(shown.session->Undo() && !shown.session->canUndo());
+    }
+
+    void ViewOnly() {
+        ShownGrid shown(Annual, 0, DisplayMode::View);
+        const QString before = shown.Joined(2);
+        shown.Select({1, 2});
+        QVERIFY(!shown.grid->CopySelection());
+        QCOMPARE(ClipboardText(), QString());
+        shown.Paste(u"2"_s);
+        shown.Select({0, 2});
+        shown.Paste(Numbers(12).join(u'\n'));
+        QCOMPARE(shown.Joined(2), before);
+        QCOMPARE(shown.Headers()[1], u"Coef. multiplicateur"_s);
+    }
 };
-
-void PasteTest::Copy_data() {
-    QTest::addColumn<int>("points");
-    QTest::addColumn<QList<int>>("cells");  // arguments of Select
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("copied");
-    using Cells = QList<int>;
-    QTest::newRow("nothing selected") << 5 << Cells() << kNoRow << "";
-    QTest::newRow("two columns") << 5 << Cells{2, 1, 2, 2} << kManyColumns << "";
-    QTest::newRow("two columns of 26 rows") << 30 << Cells{1, 1, 26, 2} << kManyColumns << "";
-    QTest::newRow("26 rows") << 30 << Cells{3, 2, 28, 2} << kManyRows << "";
-    QTest::newRow("25 rows") << 30 << Cells{2, 2, 26, 2} << "" << Numbers(26).mid(1).join(u'\n');
-    QTest::newRow("two times") << 5 << Cells{2, 1, 3, 1} << kManyTimes << "";
-    QTest::newRow("one time") << 5 << Cells{2, 1} << ""
-                              << "2";
-    QTest::newRow("header, 24 rows") << 24 << Cells{0, 2} << "" << Numbers(24).join(u'\n');
-    QTest::newRow("header, 25 rows") << 25 << Cells{0, 2} << kManyRows << "";
-    QTest::newRow("header of the times") << 1 << Cells{0, 1} << kManyTimes << "";
-}
-
-void PasteTest::Copy() {
-    QFETCH(int, points);
-    QFETCH(QList<int>, cells);
-    QFETCH(QString, message);
-    QFETCH(QString, copied);
-    ShownGrid shown(ProfileKind::Function, points);
-    // What was copied before stays when a copy is refused.
-    shown.Select(1, 2);
-    QVERIFY(shown.grid->CopySelection());
-    shown.grid->clearSelection();
-    if (!cells.isEmpty())
-        shown.Select(cells.value(0), cells.value(1), cells.value(2), cells.value(3));
-    if (!message.isEmpty())
-        shown.messages.Expect(message);
-    QCOMPARE(shown.grid->CopySelection(), message.isEmpty());
-    QVERIFY2(shown.messages.Done(), qPrintable(shown.messages.Report()));
-    QCOMPARE(ClipboardText(), message.isEmpty() ? copied : u"1"_s);
-    if (!message.isEmpty()) {
-        shown.Select(points, 1);
-        shown.messages.Expect(WrongColumn(2, 1));
-        shown.grid->PasteSelection();
-        QVERIFY2(shown.messages.Done(), qPrintable(shown.messages.Report()));
-    }
-    QCOMPARE(shown.Joined(2), Numbers(points).join(u'|'));
-}
-
-void PasteTest::EmptyGrid() {
-    ShownGrid shown(ProfileKind::Function, 0);
-    shown.Select(0, 2);
-    shown.messages.Expect(kNoRow);
-    QVERIFY(!shown.grid->CopySelection());
-    shown.Paste(u"1\n2"_s);
-    QCOMPARE(shown.session->table().RowCount(), 0);
-    QVERIFY2(shown.messages.Done(), qPrintable(shown.messages.Report()));
-}
-
-// Text of other programs.
-void PasteTest::ForeignText_data() {
-    QTest::addColumn<ProfileKind>("kind");
-    QTest::addColumn<QList<int>>("cells");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QStringList>("messages");
-    QTest::addColumn<int>("column");      // looked at afterwards
-    QTest::addColumn<QString>("result");  // "" for what it was
-    using enum ProfileKind;
-    using Cells = QList<int>;
-    const QStringList silent;
-    const auto weekly = [](const char* name, const Cells& cells, const QString& text,
-                           const QStringList& messages, int column, const char* result) {
-        QTest::newRow(name) << Weekly << cells << text << messages << column << result;
-    };
-    const auto points = [](const char* name, const Cells& cells, const QString& text,
-                           const QStringList& messages, int column, const char* result) {
-        QTest::newRow(name) << Function << cells << text << messages << column << result;
-    };
-    weekly("lines", {2, 2}, u"1\n2\n3"_s, silent, 2, "100|1|2|3|100|100|100");
-    weekly("CR LF and a last line end", {2, 2}, u"1\r\n2\r\n"_s, silent, 2,
-           "100|1|2|100|100|100|100");
-    weekly("decimal commas, never thousands", {1, 2}, u"1,234\n-0,5\n1.234"_s, silent, 2,
-           "1.234|-0.5|1.234|100|100|100|100");
-    weekly("too many separators", {1, 2}, u"1\n1,234.5\n3"_s, {kSeparators}, 2,
-           "1|100|3|100|100|100|100");
-    weekly("a word among numbers", {1, 2}, u"1\nx\n3"_s, {kWrong}, 2, "1|100|3|100|100|100|100");
-    weekly("no number each", {1, 2}, u"nan\n0x10\n1e39\n1 234\n2"_s,
-           {kWrong, kWrong, kWrong, kWrong}, 2, "100|100|100|100|2|100|100");
-    weekly("an empty line", {1, 2}, u"1\n\n3\n\n"_s, {kWrong, kWrong}, 2,
-           "1|100|3|100|100|100|100");
-    weekly("nothing", {1, 2}, QString(), silent, 2, "");
-    weekly("just fits", {1, 2}, Numbers(7).join(u'\n'), silent, 2, "1|2|3|4|5|6|7");
-    weekly("one too many", {1, 2}, Numbers(8).join(u'\n'), {kNoRoom}, 2, "");
-    weekly("no room at the end", {6, 2}, Numbers(3).join(u'\n'), {kNoRoom}, 2, "");
-    weekly("too few rows selected", {1, 2, 2, 2}, Numbers(3).join(u'\n'), {kFewRows}, 2, "");
-    weekly("more rows selected", {1, 2, 5, 2}, Numbers(3).join(u'\n'), silent, 2,
-           "1|2|3|100|100|100|100");
-    weekly("nothing selected", {}, u"1"_s, silent, 2, "");
-    weekly("into the labels", {1, 1}, u"1"_s, {WrongColumn(1, 1)}, 1, "");
-    weekly("values and names", {1, 2}, u"1\tbas"_s, {WrongColumn(2, 3)}, 2, "");
-    weekly("names", {2, 3}, u"bas\nhaut"_s, silent, 3, "|bas|haut||||");
-    weekly("a name that is not there", {2, 3}, u"bas\nnone\nVOIR\nhaut"_s, {kWrong, kWrong}, 3,
-           "|bas|||haut||");
-    points("two columns", {2, 1}, u"2,5\t7\r\n3,5\t8\r\n"_s, silent, 2, "1|7|8|4|5");
-    points("three columns", {2, 1}, u"1\t2\t3"_s, {WrongColumn(3, 3)}, 2, "");
-    points("two columns beside the values", {2, 2}, u"1\t2"_s, {WrongColumn(2, 3)}, 2, "");
-    points("uneven lines", {1, 1}, u"1\t7\n2\n3\t9"_s, silent, 2, "7|2|9|4|5");
-    points("wrong cells of two columns", {1, 1}, u"x\t7\n2\ty"_s, {kWrong, kWrong}, 2, "7|2|3|4|5");
-    QTest::newRow("annual, the rounding error goes to the pasted value")
-        << Annual << Cells{1, 2} << u"5"_s << silent << 2
-        << "4.96|0.64|0.64|0.64|0.64|0.64|0.64|0.64|0.64|0.64|0.64|0.64";
-}
-
-void PasteTest::ForeignText() {
-    QFETCH(ProfileKind, kind);
-    QFETCH(QList<int>, cells);
-    QFETCH(QString, text);
-    QFETCH(QStringList, messages);
-    QFETCH(int, column);
-    QFETCH(QString, result);
-    ShownGrid shown(kind);
-    if (!cells.isEmpty())
-        shown.Select(cells.value(0), cells.value(1), cells.value(2), cells.value(3));
-    for (const QString& message : messages)
-        shown.messages.Expect(message);
-    const QStringList before = {shown.Joined(1), shown.Joined(2), shown.Joined(3)};
-    shown.Paste(text);
-    QVERIFY2(shown.messages.Done(), qPrintable(shown.messages.Report()));
-    if (result.isEmpty())
-        QCOMPARE(QStringList({shown.Joined(1), shown.Joined(2), shown.Joined(3)}), before);
-    else
-        QCOMPARE(shown.Joined(column), result);
-    QCOMPARE(shown.session->canUndo(), !result.isEmpty());
-    QVERIFY(!shown.session->isSaved());
-}
-
-// The grid's own copies know the column they came from.
-void PasteTest::OwnText() {
-    ShownGrid shown(ProfileKind::Weekly);
-    shown.session->EnterName(1, u"haut"_s);
-    shown.session->EnterValue(2, u"7.50"_s);
-    shown.Select(1, 2, 3, 2);
-    QVERIFY(shown.grid->CopySelection());
-    shown.messages.Expect(WrongColumn(2, 1));
-    shown.messages.Expect(WrongColumn(2, 3));
-    shown.messages.Expect(kNoRoom);
-    shown.messages.Expect(kFewRows);
-    for (const QList<int>& cells :
-         {QList<int>{1, 1, 1, 1}, {1, 3, 1, 3}, {6, 2, 6, 2}, {1, 2, 2, 2}}) {
-        shown.Select(cells[0], cells[1], cells[2], cells[3]);
-        shown.grid->PasteSelection();
-    }
-    QVERIFY2(shown.messages.Done(), qPrintable(shown.messages.Report()));
-    shown.Select(5, 2);
-    shown.grid->PasteSelection();
-    QCOMPARE(shown.Joined(2), u"100|7.50|100|100|100|7.50|100"_s);
-
-    shown.Select(1, 3);
-    QVERIFY(shown.grid->CopySelection());
-    shown.Select(4, 3);
-    shown.grid->PasteSelection();
-    QCOMPARE(shown.Joined(3), u"haut|||haut|||"_s);
-    shown.messages.Expect(WrongColumn(3, 2));
-    shown.Select(4, 2);
-    shown.grid->PasteSelection();
-    // A label may go among the names, but is none.
-    shown.Select(1, 1);
-    QVERIFY(shown.grid->CopySelection());
-    shown.messages.Expect(kWrong);
-    shown.Select(5, 3);
-    shown.grid->PasteSelection();
-    QCOMPARE(shown.Joined(3), u"haut|||haut|||"_s);
-    QVERIFY2(shown.messages.Done(), qPrintable(shown.messages.Report()));
-}
-
-void PasteTest::OwnTextLeavesWithTheClipboard() {
-    ShownGrid shown(ProfileKind::Function);
-    shown.Select(2, 2, 4, 2);
-    QVERIFY(shown.grid->CopySelection());
-    shown.Select(1, 1);
-    shown.Paste(u"0.5"_s);
-    QVERIFY2(shown.messages.Done(), qPrintable(shown.messages.Report()));
-    QCOMPARE(shown.Joined(1), u"0.5|2|3|4|5"_s);
-}
-
-void PasteTest::RowsGoneSinceTheCopy() {
-    ShownGrid shown(ProfileKind::Function, 6);
-    shown.Select(2, 2, 6, 2);
-    QVERIFY(shown.grid->CopySelection());
-    QVERIFY(shown.session->RemoveRows({4, 5, 6}));
-    shown.Select(3, 2);
-    shown.grid->PasteSelection();
-    QVERIFY2(shown.messages.Done(), qPrintable(shown.messages.Report()));
-    QCOMPARE(shown.Joined(2), u"1|2|2"_s);
-}
-
-// A press on the header takes the whole column, and a paste there renames the columns.
-void PasteTest::WholeColumn_data() {
-    QTest::addColumn<ProfileKind>("kind");
-    QTest::addColumn<QStringList>("headers");
-    using enum ProfileKind;
-    QTest::newRow("function") << Function << QStringList{u"Time"_s, u"Value"_s};
-    QTest::newRow("annual") << Annual << QStringList{u"Mois"_s, u"Conso."_s};
-    QTest::newRow("monthly") << Monthly << QStringList{u"Mois"_s, u"Conso."_s, u"Profil"_s};
-    QTest::newRow("weekly") << Weekly << QStringList{u"Jour"_s, u"Conso."_s, u"Profil"_s};
-    QTest::newRow("daily") << Daily << QStringList{u"Heure"_s, u"Conso."_s};
-}
-
-void PasteTest::WholeColumn() {
-    QFETCH(ProfileKind, kind);
-    QFETCH(QStringList, headers);
-    ShownGrid shown(kind);
-    const int rows = shown.session->table().RowCount();
-    const QStringList first_headers = shown.Headers();
-    const QString before = shown.Joined(2);
-    shown.Select(0, 2);
-    QVERIFY(shown.grid->CopySelection());
-    QCOMPARE(ClipboardText(), QString(before).replace(u'|', u'\n'));
-    // All rows without the header are no whole column.
-    shown.Select(1, 2);
-    shown.Select(1, 2, rows, 2);
-    shown.grid->PasteSelection();
-    QCOMPARE(shown.Headers(), first_headers);
-    shown.Select(0, 2);
-    shown.messages.Expect(kNoRoom);
-    shown.Paste(Numbers(rows + 1).join(u'\n'));
-    QVERIFY2(shown.messages.Done(), qPrintable(shown.messages.Report()));
-    QCOMPARE(shown.Headers(), first_headers);
-    shown.Paste(QStringList(rows, u"1,0"_s).join(u'\n'));
-    QCOMPARE(shown.Headers(), headers);
-    QCOMPARE(shown.session->table().Column(2).count(u"1.0"_s) +
-                 shown.session->table().Column(2).count(u"1.00"_s),
-             rows);
-    QCOMPARE(shown.session->table().RowCount(), rows);
-    QVERIFY2(shown.messages.Done(), qPrintable(shown.messages.Report()));
-}
-
-void PasteTest::RefusedBulkPaste_data() {
-    QTest::addColumn<ProfileKind>("kind");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("message");
-    using enum ProfileKind;
-    QTest::newRow("annual, above") << Annual << "1\n5.01\n1" << kAnnualBound;
-    QTest::newRow("annual, negative") << Annual << "-0,01" << kAnnualBound;
-    QTest::newRow("daily, above") << Daily << "24,5" << kDailyBound;
-    QTest::newRow("daily, negative") << Daily << "1\n1\n-1" << kDailyBound;
-    QTest::newRow("a word") << Daily << "1\nx\n25" << kWrong;
-    QTest::newRow("separators") << Annual << "9\n1.2.3" << kSeparators;
-    QTest::newRow("empty line") << Annual << "1\n\n1" << kWrong;
-    QTest::newRow("no room") << Annual << Numbers(12).join(u'\n') << kNoRoom;
-    QTest::newRow("two columns") << Annual << "1\t1" << WrongColumn(2, 3);
-}
-
-void PasteTest::RefusedBulkPaste() {
-    QFETCH(ProfileKind, kind);
-    QFETCH(QString, text);
-    QFETCH(QString, message);
-    ShownGrid shown(kind);
-    shown.session->EnterValue(1, u"2"_s);
-    const QString edited_once = shown.Joined(2);
-    shown.session->EnterValue(2, u"0.5"_s);
-    const QString edited_twice = shown.Joined(2);
-    QVERIFY(shown.session->Undo());
-    shown.Select(3, 2);
-    shown.messages.Expect(message);
-    shown.Paste(text);
-    QVERIFY2(shown.messages.Done(), qPrintable(shown.messages.Report()));
-    QCOMPARE(shown.Joined(2), edited_once);
-    QVERIFY(shown.session->canUndo() && shown.session->canRedo());
-    QVERIFY(shown.session->Redo());
-    QCOMPARE(shown.Joined(2), edited_twice);
-    QVERIFY(shown.session->Undo() && shown.session->Undo() && !shown.session->canUndo());
-}
-
-void PasteTest::BulkPasteIsOneStep() {
-    ShownGrid shown(ProfileKind::Annual);
-    const QString before = shown.Joined(2);
-    shown.session->SetEdition(true);
-    shown.Select(3, 2);
-    shown.Paste(u"5\n0,25"_s);
-    QCOMPARE(shown.Joined(2), u"1|1|5|0.25|1|1|1|1|1|1|1|1"_s);
-    // All rows are looked at, also those that were typed beyond the bound of a paste.
-    shown.session->EnterValue(12, u"7"_s);
-    shown.messages.Expect(kAnnualBound);
-    shown.Paste(u"1"_s);
-    QVERIFY2(shown.messages.Done(), qPrintable(shown.messages.Report()));
-    QVERIFY(shown.session->Undo() && shown.session->Undo() && !shown.session->canUndo());
-    QCOMPARE(shown.Joined(2), before);
-    // The pasted row keeps its value, the others follow.
-    shown.session->SetEdition(false);
-    shown.Select(1, 2);
-    shown.Paste(u"2"_s);
-    QCOMPARE(shown.Joined(2), u"1.99|0.91|0.91|0.91|0.91|0.91|0.91|0.91|0.91|0.91|0.91|0.91"_s);
-    QVERIFY(shown.session->Undo() && !shown.session->canUndo());
-}
-
-// Each text goes to the row it was pasted on, however the rows move meanwhile.
-void PasteTest::PastedTimes_data() {
-    QTest::addColumn<int>("row");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("points");
-    QTest::newRow("both move") << 2 << "4.5\n0"
-                               << "0 3\n1 1\n4 4\n4.5 2\n5 5\n";
-    QTest::newRow("the other order") << 2 << "0\n4.5"
-                                     << "0 2\n1 1\n4 4\n4.5 3\n5 5\n";
-    QTest::newRow("all turned round") << 1 << "5\n4\n3\n2\n1"
-                                      << "1 5\n2 4\n3 3\n4 2\n5 1\n";
-    QTest::newRow("past each other") << 1 << "10\n9\n8"
-                                     << "4 4\n5 5\n8 3\n9 2\n10 1\n";
-    QTest::newRow("with their values") << 2 << "9\t90\n8\t80\n0\t0"
-                                       << "0 0\n1 1\n5 5\n8 80\n9 90\n";
-}
-
-void PasteTest::PastedTimes() {
-    QFETCH(int, row);
-    QFETCH(QString, text);
-    ShownGrid shown(ProfileKind::Function);
-    shown.Select(row, 1);
-    shown.Paste(text);
-    QTEST(shown.Points(), "points");
-    while (shown.session->Undo()) {
-    }
-    QCOMPARE(shown.Points(), u"1 1\n2 2\n3 3\n4 4\n5 5\n"_s);
-    QVERIFY2(shown.messages.Done(), qPrintable(shown.messages.Report()));
-}
-
-void PasteTest::EachCellIsAStep() {
-    ShownGrid shown(ProfileKind::Weekly);
-    shown.Select(1, 2);
-    shown.messages.Expect(kWrong);
-    shown.Paste(u"1\n-\n100\n4"_s);
-    QCOMPARE(shown.Joined(2), u"1|100|100|4|100|100|100"_s);
-    QVERIFY(shown.session->Undo());
-    QCOMPARE(shown.Joined(2), u"1|100|100|100|100|100|100"_s);
-    QVERIFY(shown.session->Undo() && !shown.session->canUndo());
-    QVERIFY2(shown.messages.Done(), qPrintable(shown.messages.Report()));
-}
-
-void PasteTest::ViewOnly() {
-    ShownGrid shown(ProfileKind::Annual, 0, DisplayMode::View);
-    const QString before = shown.Joined(2);
-    shown.Select(1, 2);
-    QVERIFY(!shown.grid->CopySelection());
-    QCOMPARE(ClipboardText(), QString());
-    shown.Paste(u"2"_s);
-    QCOMPARE(shown.Joined(2), before);
-    shown.Select(0, 2);
-    shown.Paste(Numbers(12).join(u'\n'));
-    QCOMPARE(shown.Joined(2), before);
-    QCOMPARE(shown.Headers()[1], u"Coef. multiplicateur"_s);
-    QVERIFY2(shown.messages.Done(), qPrintable(shown.messages.Report()));
-}
 
 QTEST_MAIN(PasteTest)
 #include "PasteTest.moc"
