@@ -399,6 +399,22 @@ private slots:
         QCOMPARE(bench.Values()[1], u"5.5"_s);
     }
 
+    // A value line without values leaves the column, and any file read forgets what was done
+    // before.
+    void emptyValueLine() {
+        Bench bench(Annual);
+        bench.session->SetEdition(true);
+        bench.session->EnterValue(2, u"1.5"_s);
+        const QStringList entered = bench.Values();
+        const QString path = bench.Path(u"a.dat"_s);
+        WriteBytes(path, "MOIS = 1\nCOEFFICIENT =\n");
+        QVERIFY(bench.session->canUndo());
+        QVERIFY(bench.session->ReadFile(path));
+        QCOMPARE(bench.Values(), entered);
+        QVERIFY(!bench.session->canUndo() && !bench.session->canRedo());
+        QVERIFY(!bench.session->isModified() && bench.session->isSaved());
+    }
+
     void lineEnds() {
         for (const QByteArray line_end : {"\n", "\r\n"}) {
             Bench bench(Weekly);

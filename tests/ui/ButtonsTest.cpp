@@ -1,3 +1,4 @@
+#include "Contrast.h"
 #include "chart/BitmapButton.h"
 #include "chart/CSXButton.h"
 #include "resources/Resources.h"
@@ -44,20 +45,6 @@ QImage Shot(QWidget& widget, qreal ratio = 1.0) {
     image.fill(Qt::transparent);
     widget.render(&image, {}, {}, {});
     return image;
-}
-
-double Luminance(QRgb color) {
-    const auto linear = [](int channel) {
-        const double part = channel / 255.0;
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(qRed(color)) + 0.7152 * linear(qGreen(color)) +
-           0.0722 * linear(qBlue(color));
-}
-
-double Contrast(QRgb a, QRgb b) {
-    const auto [dark, light] = std::minmax({Luminance(a), Luminance(b)});
-    return (light + 0.05) / (dark + 0.05);
 }
 
 // What is green on a button that holds nothing else of that colour.

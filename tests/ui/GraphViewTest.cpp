@@ -346,6 +346,16 @@ private slots:
             window.Release(QPoint(5, 5));
             QVERIFY(!window.session->canUndo());
         }
+        // Bars have no tolerance: a place above one is no part of it, however near in axis units.
+        const ChartWindow bars(0);
+        QSignalSpy picked(bars.view.get(), &CGraphView::CellPicked);
+        const QPoint above = bars.At(3) - QPoint(0, 20);
+        bars.Press(above);
+        bars.Release(above);
+        QCOMPARE(picked.size(), 0);
+        bars.Press(bars.At(3));
+        bars.Release(bars.At(3));
+        QCOMPARE(picked.value(0).value(0).toInt(), 4);
     }
 
     void tips_data() {

@@ -1,5 +1,6 @@
 // The main dialog as drawn: every kind, light and dark, with the fonts of several desktops.
 
+#include "Contrast.h"
 #include "KindDialog.h"
 #include "RunDialog.h"
 #include "chart/CGraphControl.h"
@@ -29,21 +30,6 @@ constexpr double kLeastContrast = 3.0;
 QPalette Colours(bool dark) {
     return dark ? QPalette(QColor(60, 60, 64), QColor(40, 40, 44))
                 : QPalette(QColor(240, 240, 240), QColor(239, 239, 239));
-}
-
-double Luminance(QRgb colour) {
-    const auto linear = [](int part) {
-        const double value = part / 255.0;
-        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(qRed(colour)) + 0.7152 * linear(qGreen(colour)) +
-           0.0722 * linear(qBlue(colour));
-}
-
-// Between 1 and 21.
-double Contrast(QRgb one, QRgb other) {
-    const auto [low, high] = std::minmax({Luminance(one), Luminance(other)});
-    return (high + 0.05) / (low + 0.05);
 }
 
 QHash<QRgb, int> CountColours(const QImage& picture, QRect part) {
