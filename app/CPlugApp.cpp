@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -43,35 +44,35 @@ bool CPlugApp::InitInstance() {
     m_parameters.setParameters(m_exchange_file.get());
 
     QString name = u"Function editor"_s;
-    QStringList times;
-    QStringList values;
-    for (qsizetype i = 0; i < m_parameters.getPointCount(); ++i) {
-        const CPlugPoint point = m_parameters.getPoint(i);
-        times.append(point.time);
-        values.append(point.value);
-    }
-    QStringList extras(times.size(), u"0"_s);
-
+    auto [times, values] = m_parameters.takePoints();
     SessionSetup setup;
     setup.kind = ProfileKind::Function;
     setup.mode = DisplayMode::Edit;
     setup.name = &name;
     setup.times = &times;
     setup.values = &values;
-    setup.names = &extras;
-    CDlgGridChart dialog(std::move(setup));
-    if (dialog.DoModal() == CDlgGridChart::kAccepted) {
-        dialog.CopyRowsTo(times, values);
-        WriteBack(times, values);
-    }
+    if (EditPoints(std::move(setup), times, values))
+        WriteBack(std::move(times), std::move(values));
     return false;
 }
 
-void CPlugApp::WriteBack(const QStringList& times, const QStringList& values) {
-    m_parameters.clearPoints();
-    const qsizetype pairs = std::min(times.size(), values.size());
-    for (qsizetype i = 0; i < pairs; ++i)
-        m_parameters.addPoint({times[i], values[i]});
+// The dialog is gone at the end: a large function is then held once only.
+bool CPlugApp::EditPoints(SessionSetup setup, QStringList& times, QStringList& values) {
+    CDlgGridChart dialog(std::move(setup));
+    // Once the rows are filled they live in the table alone; a second reference would turn the
+    // first edit into a copy of the whole column.
+    connect(&dialog.session(), &ProfileSession::StateChanged, this, [&times, &values] {
+        times.clear();
+        values.clear();
+    });
+    if (dialog.DoModal() != CDlgGridChart::kAccepted)
+        return false;
+    dialog.CopyRowsTo(times, values);
+    return true;
+}
+
+void CPlugApp::WriteBack(QStringList times, QStringList values) {
+    m_parameters.setPoints(std::move(times), std::move(values));
     try {
         m_parameters.writeFile();
     } catch (const std::invalid_argument& error) {

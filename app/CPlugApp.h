@@ -3,6 +3,7 @@
 #include "app/CPlugExchangeFile.h"
 #include "app/CPlugParameters.h"
 #include "app/UserPrompts.h"
+#include "profiles/ProfileSession.h"
 
 #include <QApplication>
 
@@ -19,7 +20,8 @@ public:
     bool InitInstance();
 
 private:
-    void WriteBack(const QStringList& times, const QStringList& values);
+    bool EditPoints(SessionSetup setup, QStringList& times, QStringList& values);
+    void WriteBack(QStringList times, QStringList values);
 
     UserPrompts m_prompts;
     std::unique_ptr<CPlugExchangeFile> m_exchange_file;

@@ -7,8 +7,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <algorithm>
-#include <iterator>
 #include <optional>
 #include <stdexcept>
 #include <utility>
@@ -28,14 +26,27 @@ std::optional<QByteArray> ReadContent(const QString& path) {
     return content;
 }
 
+// The line end that a file with this content is written with.
+QByteArray LineEndOf(QByteArrayView content) {
+#ifdef Q_OS_WIN
+    Q_UNUSED(content);
+    return "\r\n"_ba;
+#else
+    const qsizetype first = content.indexOf('\n');
+    return first > 0 && content[first - 1] == '\r' ? "\r\n"_ba : "\n"_ba;
+#endif
+}
+
+// The same bytes, not copied.
+QByteArray AsArray(QByteArrayView line) {
+    return QByteArray::fromRawData(line.data(), line.size());
+}
+
 }  // namespace
 
 CPlugExchangeFile::CPlugExchangeFile(const QString& file_name)
     : m_file_name(file_name),
       m_path(file_name.isEmpty() ? QString() : QFileInfo(file_name).absoluteFilePath()) {
-#ifdef Q_OS_WIN
-    m_line_end = "\r\n";
-#endif
 }
 
 void CPlugExchangeFile::readFile() {
@@ -45,24 +56,34 @@ void CPlugExchangeFile::readFile() {
         ShowMessage(u"cplug: unable to open exchange file ! ("_s + m_file_name + u')');
         return;
     }
-    m_instructions.clear();
+    m_opened.clear();
     m_content = std::move(*content);
-    m_instructions.reserve(
-        static_cast<size_t>(std::count(m_content.cbegin(), m_content.cend(), '\n')) + 1);
+    m_rebuilt = false;
+    findLines();
+    m_line_end = LineEndOf(m_content);
     TraceLog trace;
-    const char* const end = m_content.constData() + m_content.size();
-    const char* from = m_content.constData();
-    for (bool more = true; more;) {
-        const char* const to = std::find(from, end, '\n');
-        more = to != end;
-        const bool drop_cr = more && to != from && to[-1] == '\r';
-        if (drop_cr && m_instructions.empty())
-            m_line_end = "\r\n";
-        m_instructions.emplace_back(QByteArray::fromRawData(from, to - from - (drop_cr ? 1 : 0)),
-                                    &trace);
-        from = to + (more ? 1 : 0);
-    }
+    for (qsizetype i = 0; i < instructionCount(); ++i)
+        CPlugInstruction(AsArray(line(i)), &trace);
     m_loaded = true;
+}
+
+void CPlugExchangeFile::findLines() {
+    m_starts.clear();
+    m_starts.reserve(static_cast<size_t>(m_content.count('\n')) + 1);
+    qsizetype start = 0;
+    do {
+        m_starts.push_back(start);
+        start = m_content.indexOf('\n', start) + 1;
+    } while (start > 0);
+}
+
+QByteArrayView CPlugExchangeFile::line(qsizetype index) const {
+    const auto i = static_cast<size_t>(index);
+    const QByteArrayView rest = QByteArrayView(m_content).sliced(m_starts.at(i));
+    if (i + 1 == m_starts.size())
+        return rest;
+    const qsizetype length = m_starts[i + 1] - m_starts[i] - 1;
+    return rest.first(length > 0 && rest[length - 1] == '\r' ? length - 1 : length);
 }
 
 CPlugInstruction* CPlugExchangeFile::getInstruction(qsizetype index) {
@@ -72,7 +93,7 @@ CPlugInstruction* CPlugExchangeFile::getInstruction(qsizetype index) {
         ShowMessage(u"CPlugInstruction::setCStringValue: value not found"_s);
         return nullptr;
     }
-    return &m_instructions[static_cast<size_t>(index)];
+    return &m_opened.try_emplace(index, AsArray(line(index))).first->second;
 }
 
 void CPlugExchangeFile::requireRange(qsizetype index, qsizetype count) const {
@@ -81,22 +102,56 @@ void CPlugExchangeFile::requireRange(qsizetype index, qsizetype count) const {
             "The point lines of the exchange file do not fit its contents; nothing was written.");
 }
 
-void CPlugExchangeFile::replaceInstructions(qsizetype index, qsizetype count,
-                                            std::vector<CPlugInstruction> lines) {
-    requireRange(index, count);
-    const auto first = m_instructions.begin() + index;
-    const auto after = m_instructions.erase(first, first + count);
-    m_instructions.insert(after, std::make_move_iterator(lines.begin()),
-                          std::make_move_iterator(lines.end()));
+// Adds the lines from `first` up to but without `last`, each with its line end.
+void CPlugExchangeFile::appendRebuilt(QByteArray& out, qsizetype first, qsizetype last) const {
+    for (qsizetype i = first; i < last; ++i) {
+        if (const auto opened = m_opened.find(i); opened != m_opened.end())
+            opened->second.appendLine(out);
+        else if (m_rebuilt)
+            out.append(line(i));
+        else
+            CPlugInstruction(AsArray(line(i))).appendLine(out);
+        out.append(m_line_end);
+    }
 }
 
-void CPlugExchangeFile::writeFile() const {
+// `content` has a line end behind every line, the last one included.
+void CPlugExchangeFile::setRebuilt(QByteArray content) {
+    content.chop(m_line_end.size());
+    m_opened.clear();
+    m_content = std::move(content);
+    m_rebuilt = true;
+    findLines();
+}
+
+void CPlugExchangeFile::replaceInstructions(qsizetype index, qsizetype count,
+                                            const LineAppender& append) {
+    requireRange(index, count);
     QByteArray content;
-    content.reserve(m_content.size() + m_content.size() / 8);
-    for (const CPlugInstruction& instruction : m_instructions) {
-        instruction.appendLine(content);
-        content.append(m_line_end);
+    QByteArray tail;
+    appendRebuilt(content, 0, index);
+    appendRebuilt(tail, index + count, instructionCount());
+    // What is replaced makes room for what takes its place.
+    m_opened.clear();
+    m_starts.clear();
+    m_content.clear();
+    append(content, m_line_end);
+    content.append(tail);
+    setRebuilt(std::move(content));
+}
+
+void CPlugExchangeFile::writeFile() {
+    if (!m_loaded)
+        return;
+    if (!m_rebuilt || !m_opened.empty()) {
+        QByteArray content;
+        content.reserve(m_content.size() + m_content.size() / 8);
+        appendRebuilt(content, 0, instructionCount());
+        setRebuilt(std::move(content));
     }
-    if (!ReplaceFile(m_path, content))
+    m_content.append(m_line_end);
+    const bool written = ReplaceFile(m_path, m_content);
+    m_content.chop(m_line_end.size());
+    if (!written)
         ShowMessage(u"cplug: unable to open exchange file for writing ! ("_s + m_file_name + u')');
 }

@@ -3,8 +3,11 @@
 #include "app/CPlugInstruction.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 
+#include <functional>
+#include <map>
 #include <vector>
 
 /// The exchange file as a list of lines, each a `CPlugInstruction`, numbered from 0. Every physical
@@ -21,29 +24,46 @@ public:
 
     bool isLoaded() const { return m_loaded; }
 
-    qsizetype instructionCount() const { return static_cast<qsizetype>(m_instructions.size()); }
+    qsizetype instructionCount() const { return static_cast<qsizetype>(m_starts.size()); }
 
-    /// Line `index`; past the end shows a message and returns nullptr.
+    /// Line `index`, for reading and changing; past the end shows a message and returns nullptr.
+    /// The pointer is good until the next `readFile`, `replaceInstructions` or `writeFile`. A line
+    /// that is asked for this way keeps an object of its own: to read many, use `line`.
     /// @throws std::invalid_argument when index is negative
     CPlugInstruction* getInstruction(qsizetype index);
 
-    /// Replaces `count` lines from `index` on by `lines`.
+    /// The bytes of line `index` (0 .. instructionCount() - 1) without line end, as they stood
+    /// before any change through `getInstruction`. Good as long as such a pointer is.
+    QByteArrayView line(qsizetype index) const;
+
+    /// Adds whole lines to a text, each ended by `line_end`.
+    using LineAppender = std::function<void(QByteArray& text, const QByteArray& line_end)>;
+
+    /// Replaces `count` lines from `index` on by those that `append` adds. They are written as they
+    /// are added.
     /// @throws std::invalid_argument when count is negative or the range is not inside the file;
     /// nothing has changed then
-    void replaceInstructions(qsizetype index, qsizetype count, std::vector<CPlugInstruction> lines);
+    void replaceInstructions(qsizetype index, qsizetype count, const LineAppender& append);
 
     /// Throws what `replaceInstructions` would throw for the same range.
     void requireRange(qsizetype index, qsizetype count) const;
 
-    /// Writes all lines to the same path in one step, each with the line end the file had. A
-    /// refused write shows a message and leaves the file as it was.
-    void writeFile() const;
+    /// Writes all lines to the same path in one step, each rebuilt and with the line end the file
+    /// had. A refused write shows a message and leaves the file as it was. Nothing is written when
+    /// the last reading failed.
+    void writeFile();
 
 private:
+    void findLines();
+    void appendRebuilt(QByteArray& out, qsizetype first, qsizetype last) const;
+    void setRebuilt(QByteArray content);
+
     QString m_file_name;
     QString m_path;
-    QByteArray m_content;  // the bytes that the instructions point into
-    QByteArray m_line_end = "\n";
-    std::vector<CPlugInstruction> m_instructions;
+    QByteArray m_content;                            // the lines with line ends between them
+    std::vector<qsizetype> m_starts;                 // where each line begins in the content
+    std::map<qsizetype, CPlugInstruction> m_opened;  // lines that may have been changed
+    bool m_rebuilt = false;  // the lines that are not opened stand in the content as written
+    QByteArray m_line_end;
     bool m_loaded = false;
 };

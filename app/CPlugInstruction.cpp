@@ -141,6 +141,11 @@ bool CPlugInstruction::findValue(int n, QByteArrayView& value) const {
     return false;
 }
 
+bool CPlugInstruction::hasValue(int n) const {
+    QByteArrayView value;
+    return findValue(n, value);
+}
+
 int CPlugInstruction::getIntValue(int n) const {
     QByteArrayView value;
     if (findValue(n, value))

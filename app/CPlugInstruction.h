@@ -32,6 +32,9 @@ public:
     /// between the first "!" and the next one or the end of the line.
     QByteArray comment() const;
 
+    /// @throws std::invalid_argument when n is negative
+    bool hasValue(int n) const;
+
     /// Value `n` as its leading integer, 0 if it has none; beyond the range of int the nearest end
     /// of the range. A missing value shows a message and gives 0.
     /// @throws std::invalid_argument when n is negative

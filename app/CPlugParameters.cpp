@@ -1,12 +1,12 @@
 #include "app/CPlugParameters.h"
 
 #include "app/CPlugExchangeFile.h"
+#include "app/Cp1252.h"
 #include "app/Message.h"
 
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
-#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -19,13 +19,18 @@ constexpr qsizetype kPointLineCountLine = 12;
 constexpr qsizetype kFirstPointLine = 13;
 constexpr qsizetype kSecondPointLine = kFirstPointLine + 2;
 
-constexpr char kTimeComment[] = "! Time at point|hr|0|+Inf";
-constexpr char kValueComment[] = "! Value at point |any|-Inf|+Inf";
+constexpr QByteArrayView kTimeComment = "! Time at point|hr|0|+Inf";
+constexpr QByteArrayView kValueComment = "! Value at point |any|-Inf|+Inf";
 
-CPlugInstruction PointLine(const char* comment, qsizetype length, const QString& text) {
-    CPlugInstruction line(QByteArray::fromRawData(comment, length));
-    line.setCStringValue(0, text);
-    return line;
+// So many missing values are reported one by one; a file may lack a million.
+constexpr int kMostReports = 10;
+
+void AppendPointLine(QByteArray& out, const QString& text, QByteArrayView comment,
+                     const QByteArray& line_end) {
+    AppendCp1252(out, text);
+    out.append(' ');
+    out.append(comment);
+    out.append(line_end);
 }
 
 }  // namespace
@@ -70,47 +75,83 @@ bool CPlugParameters::readHeader() {
 void CPlugParameters::readPoints() {
     const qsizetype declared = m_point_line_count / 2;
     const qsizetype possible = (m_file->instructionCount() - kFirstPointLine) / 2;
-    m_points.reserve(std::max<qsizetype>(0, std::min(declared, possible)));
+    m_times.reserve(std::clamp<qsizetype>(possible, 0, std::max<qsizetype>(declared, 0)));
+    m_values.reserve(m_times.capacity());
+    qsizetype missing = 0;
     for (qsizetype k = 0; k < declared; ++k) {
         CPlugPoint point;
-        for (const auto& [offset, text] : {std::pair{0, &point.time}, std::pair{1, &point.value}}) {
-            const CPlugInstruction* const line =
-                m_file->getInstruction(kFirstPointLine + 2 * k + offset);
-            if (line == nullptr)
-                return;
-            *text = line->getCStringValue(0);
-        }
-        m_points.append(point);
+        if (!readText(kFirstPointLine + 2 * k, point.time, missing) ||
+            !readText(kFirstPointLine + 2 * k + 1, point.value, missing))
+            break;
+        addPoint(point);
     }
+    if (missing > kMostReports)
+        ShowMessage(
+            u"CPlugParameters: value not found on %1 more lines"_s.arg(missing - kMostReports));
+}
+
+// The first value of a line; "" when it is missing. False when the line itself is missing.
+bool CPlugParameters::readText(qsizetype index, QString& text, qsizetype& missing) {
+    if (index >= m_file->instructionCount()) {
+        m_file->getInstruction(index);  // tells the user
+        return false;
+    }
+    const QByteArrayView bytes = m_file->line(index);
+    const CPlugInstruction line(QByteArray::fromRawData(bytes.data(), bytes.size()));
+    if (line.hasValue(0) || ++missing <= kMostReports)
+        text = line.getCStringValue(0);
+    return true;
+}
+
+void CPlugParameters::addPoint(const CPlugPoint& point) {
+    m_times.append(point.time);
+    m_values.append(point.value);
+}
+
+void CPlugParameters::clearPoints() {
+    m_times.clear();
+    m_values.clear();
+}
+
+std::pair<QStringList, QStringList> CPlugParameters::takePoints() {
+    return {std::exchange(m_times, {}), std::exchange(m_values, {})};
+}
+
+void CPlugParameters::setPoints(QStringList times, QStringList values) {
+    const qsizetype count = std::min(times.size(), values.size());
+    m_times = std::move(times);
+    m_values = std::move(values);
+    m_times.resize(count);
+    m_values.resize(count);
 }
 
 CPlugPoint CPlugParameters::getPoint(qsizetype i) const {
-    if (i < 0 || i >= m_points.size())
+    if (i < 0 || i >= getPointCount())
         throw std::invalid_argument("A point number is out of range.");
-    return m_points[i];
+    return {m_times[i], m_values[i]};
 }
 
 void CPlugParameters::writeFile() {
-    if (m_points.isEmpty()) {
+    const qsizetype count = getPointCount();
+    if (count == 0) {
         ShowMessage(u"CPlugParameters::writeFile() error: first point required"_s);
         return;
     }
     const qsizetype old_count = qsizetype{m_point_line_count} - 2;
     m_file->requireRange(kSecondPointLine, old_count);
 
-    m_point_line_count = static_cast<int>(2 * m_points.size());
-    m_point_count_minus_one = static_cast<int>(m_points.size() - 1);
+    m_point_line_count = static_cast<int>(2 * count);
+    m_point_count_minus_one = static_cast<int>(count - 1);
     m_file->getInstruction(kPointLineCountLine)->setIntValue(0, m_point_line_count);
     m_file->getInstruction(kPointCountLine)->setIntValue(0, m_point_count_minus_one);
-    m_file->getInstruction(kFirstPointLine)->setCStringValue(0, m_points.first().time);
-    m_file->getInstruction(kFirstPointLine + 1)->setCStringValue(0, m_points.first().value);
-
-    std::vector<CPlugInstruction> lines;
-    lines.reserve(static_cast<size_t>(2 * (m_points.size() - 1)));
-    for (qsizetype i = 1; i < m_points.size(); ++i) {
-        lines.push_back(PointLine(kTimeComment, sizeof kTimeComment - 1, m_points[i].time));
-        lines.push_back(PointLine(kValueComment, sizeof kValueComment - 1, m_points[i].value));
-    }
-    m_file->replaceInstructions(kSecondPointLine, old_count, std::move(lines));
+    m_file->getInstruction(kFirstPointLine)->setCStringValue(0, m_times.first());
+    m_file->getInstruction(kFirstPointLine + 1)->setCStringValue(0, m_values.first());
+    m_file->replaceInstructions(kSecondPointLine, old_count,
+                                [this](QByteArray& out, const QByteArray& line_end) {
+                                    for (qsizetype i = 1; i < m_times.size(); ++i) {
+                                        AppendPointLine(out, m_times[i], kTimeComment, line_end);
+                                        AppendPointLine(out, m_values[i], kValueComment, line_end);
+                                    }
+                                });
     m_file->writeFile();
 }

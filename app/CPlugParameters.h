@@ -2,7 +2,9 @@
 
 #include "app/CPlugPoint.h"
 
-#include <QList>
+#include <QStringList>
+
+#include <utility>
 
 class CPlugExchangeFile;
 
@@ -15,13 +17,20 @@ public:
     /// read before it stays. `file` must outlive this object.
     void setParameters(CPlugExchangeFile* file);
 
-    qsizetype getPointCount() const { return m_points.size(); }
+    qsizetype getPointCount() const { return m_times.size(); }
 
     /// @throws std::invalid_argument when i is not in 0 .. getPointCount() - 1
     CPlugPoint getPoint(qsizetype i) const;
 
-    void addPoint(const CPlugPoint& point) { m_points.append(point); }
-    void clearPoints() { m_points.clear(); }
+    void addPoint(const CPlugPoint& point);
+    void clearPoints();
+
+    /// All points at once, as the times and the values of each: lists of the same length. Taking
+    /// them leaves no points; setting them drops what has no partner in the other list.
+    /// @{
+    std::pair<QStringList, QStringList> takePoints();
+    void setPoints(QStringList times, QStringList values);
+    /// @}
 
     /// The declared number of point lines; 0 before it was read.
     int pointLineCount() const { return m_point_line_count; }
@@ -36,6 +45,7 @@ public:
 private:
     bool readHeader();
     void readPoints();
+    bool readText(qsizetype index, QString& text, qsizetype& missing);
 
     CPlugExchangeFile* m_file = nullptr;
     // The fourth line: kept, not used further.
@@ -46,5 +56,8 @@ private:
     int m_cycles_count = 0;
     int m_point_count_minus_one = 0;
     int m_point_line_count = 0;
-    QList<CPlugPoint> m_points;
+    // The texts of point i are m_times[i] and m_values[i]: whole lists go to the grid and back
+    // without a copy.
+    QStringList m_times;
+    QStringList m_values;
 };

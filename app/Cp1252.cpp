@@ -39,8 +39,14 @@ QString FromCp1252(QByteArrayView bytes) {
 }
 
 QByteArray ToCp1252(QStringView text) {
-    QByteArray bytes(text.size(), Qt::Uninitialized);
-    std::transform(text.begin(), text.end(), bytes.begin(),
-                   [](QChar c) { return Encode(c.unicode()); });
+    QByteArray bytes;
+    AppendCp1252(bytes, text);
     return bytes;
+}
+
+void AppendCp1252(QByteArray& bytes, QStringView text) {
+    const qsizetype before = bytes.size();
+    bytes.resize(before + text.size());
+    std::transform(text.begin(), text.end(), bytes.begin() + before,
+                   [](QChar c) { return Encode(c.unicode()); });
 }

@@ -13,3 +13,6 @@ QString FromCp1252(QByteArrayView bytes);
 
 /// The bytes of `text`, as many as there are UTF-16 units; what the page does not hold becomes "?".
 QByteArray ToCp1252(QStringView text);
+
+/// Adds what `ToCp1252` gives for `text` to `bytes`.
+void AppendCp1252(QByteArray& bytes, QStringView text);

@@ -1,6 +1,6 @@
 #include "app/EnglishAtof.h"
 
-#include <QByteArray>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <charconv>
@@ -8,6 +8,9 @@
 #include <limits>
 
 namespace {
+
+// No number is longer than this many characters, whatever a file holds.
+constexpr qsizetype kLongestNumber = 100'000;
 
 struct Parsed {
     double value = 0.0;
@@ -20,6 +23,15 @@ bool IsBlank(char c) {
 
 bool IsDigit(char c) {
     return c >= '0' && c <= '9';
+}
+
+bool MayStandInNumber(QChar c) {
+    const char16_t code = c.unicode();
+    if (code >= 0x80)
+        return false;
+    const char letter = static_cast<char>(code);
+    return IsDigit(letter) || IsBlank(letter) || letter == '.' || letter == '-' || letter == '+' ||
+           letter == 'e' || letter == 'E';
 }
 
 // Whether a number that std::from_chars calls out of range is too large rather than too small: the
@@ -55,9 +67,16 @@ bool IsTooLarge(const char* begin, const char* end) {
     return digits_before - zeros_after + exponent > 0;
 }
 
-Parsed ParseLatin(const QByteArray& text) {
-    const char* const begin = text.constData();
-    const char* const end = begin + text.size();
+Parsed Parse(QStringView text) {
+    // The part of the text that may be a number. What follows cannot change it.
+    QVarLengthArray<char, 64> latin;
+    for (const QChar c : text.first(std::min(text.size(), kLongestNumber))) {
+        if (!MayStandInNumber(c))
+            break;
+        latin.append(c.toLatin1());
+    }
+    const char* const begin = latin.constData();
+    const char* const end = begin + latin.size();
     const char* p = begin;
     while (p != end && IsBlank(*p))
         ++p;
@@ -81,7 +100,7 @@ Parsed ParseLatin(const QByteArray& text) {
 }  // namespace
 
 double ParseNumber(QStringView text) {
-    return ParseLatin(text.toLatin1()).value;
+    return Parse(text).value;
 }
 
 float EnglishAtof(QStringView text) {
@@ -89,8 +108,8 @@ float EnglishAtof(QStringView text) {
 }
 
 bool IsNumber(QStringView text) {
-    const QByteArray latin = text.toLatin1();
-    const Parsed parsed = ParseLatin(latin);
+    const Parsed parsed = Parse(text);
     return parsed.end > 0 && std::isfinite(parsed.value) &&
-           std::all_of(latin.cbegin() + parsed.end, latin.cend(), IsBlank);
+           std::all_of(text.begin() + parsed.end, text.end(),
+                       [](QChar c) { return c.unicode() < 0x80 && IsBlank(c.toLatin1()); });
 }

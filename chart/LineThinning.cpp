@@ -49,15 +49,17 @@ std::vector<QPointF> Envelope(std::span<const double> xs, std::span<const double
     };
     std::vector<Extremes> extremes(width + 1);
     const double left = std::min(scale.x.from, scale.x.to);
+    const double factor = scale.x.PixelsPerUnit() * columns;
+    const double offset = (scale.x.from - left) * columns - scale.x.low * factor;
     for (size_t i = 0; i < xs.size(); ++i) {
-        if (!std::isfinite(xs[i]) || !std::isfinite(ys[i]))
-            continue;
-        const double column = (scale.x.ToPixel(xs[i]) - left) * columns;
-        if (column < 0.0 || column > static_cast<double>(width))
+        const double y = ys[i];
+        const double column = offset + xs[i] * factor;
+        // Written so that a place that is not finite is passed over.
+        if (!(column >= 0.0 && column <= static_cast<double>(width)) || y - y != 0.0)
             continue;
         Extremes& here = extremes[static_cast<size_t>(column)];
-        here.low = here.used ? std::min(here.low, ys[i]) : ys[i];
-        here.high = here.used ? std::max(here.high, ys[i]) : ys[i];
+        here.low = here.used ? std::min(here.low, y) : y;
+        here.high = here.used ? std::max(here.high, y) : y;
         here.used = true;
     }
     std::vector<QPointF> points;

@@ -106,7 +106,8 @@ void ProfileSession::FillFromLists() {
     switch (kind()) {
         case ProfileKind::Function: {
             QStringList times = ListOf(m_setup.times);
-            times.resize(std::min(times.size(), values.size()));
+            if (times.size() > values.size())
+                times.resize(values.size());
             m_table.ResetRows(times, values);
             break;
         }

@@ -61,11 +61,13 @@ void ProfileTable::SetHeaderText(int column, const QString& text) {
 void ProfileTable::ResetRows(const QStringList& labels, const QStringList& values,
                              const QStringList& names) {
     beginResetModel();
-    QList<QStringList> columns = {labels, values, names};
-    columns.resize(m_columns.size());
-    for (QStringList& cells : columns)
-        cells.resize(labels.size());
-    m_columns = columns;
+    const QStringList* const given[] = {&labels, &values, &names};
+    for (qsizetype column = 0; column < m_columns.size(); ++column) {
+        m_columns[column] = *given[column];
+        // A list of the right length stays shared with its giver.
+        if (m_columns[column].size() != labels.size())
+            m_columns[column].resize(labels.size());
+    }
     endResetModel();
 }
 

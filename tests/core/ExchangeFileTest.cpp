@@ -17,6 +17,8 @@
 #include <limits>
 #include <stdexcept>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QByteArray ReadAll(const QString& path) {
@@ -77,6 +79,8 @@ private slots:
     void IntegersSaturate();
     void ValueAccess();
     void HugeDeclaredCount();
+    void ManyMissingValues();
+    void SavedTwice();
     void OddBytesSurvive();
     void RefusedWriteKeepsTheFile();
     void LinksAndPermissionsStay();
@@ -219,6 +223,54 @@ void ExchangeFileTest::HugeDeclaredCount() {
     QCOMPARE(parameters.getPointCount(), 2);
     QVERIFY_THROWS_EXCEPTION(std::invalid_argument, parameters.writeFile());
     QCOMPARE(ReadAll(scratch.Path()), content);
+}
+
+// A user can answer ten messages, not a hundred thousand.
+void ExchangeFileTest::ManyMissingValues() {
+    const ScratchFile scratch;
+    const QByteArray head = "\n\n\n1 2 x\n\n\n\n\n\n\n1\n49999\n";
+    WriteAll(scratch.Path(), head + "100000\n" + QByteArray(100'000, '\n') + "tail");
+    MessageScript script;
+    for (int i = 0; i < 10; ++i)
+        script.Expect(QStringLiteral("CPlugInstruction::setCStringValue: value not found: "));
+    script.Expect(QStringLiteral("CPlugParameters: value not found on 99990 more lines"));
+    CPlugExchangeFile file(scratch.Path());
+    CPlugParameters parameters;
+    parameters.setParameters(&file);
+    QVERIFY2(script.Done(), qPrintable(script.Report()));
+    QCOMPARE(parameters.getPointCount(), 50'000);
+    QCOMPARE(parameters.getPoint(49'999), CPlugPoint());
+}
+
+// What was written stays as it is, and can still be changed and written again.
+void ExchangeFileTest::SavedTwice() {
+    for (const QByteArray line_end : {"\n", "\r\n"}) {
+        const ScratchFile scratch;
+        const QByteArray head = "\n\n\n1  2 x!a!b\n\n\n\n\n\n\n1\n";
+        const QByteArray written = "\n\n\n1 2 x !a\n\n\n\n\n\n\n1 \n";
+        const auto with_ends = [&](QByteArray text) { return text.replace("\n", line_end); };
+        WriteAll(scratch.Path(), with_ends(head + "1\n4\n0\n1\n2\n3\n! tail\n !t"));
+        MessageScript script;
+        CPlugExchangeFile file(scratch.Path());
+        CPlugParameters parameters;
+        parameters.setParameters(&file);
+        // A longer list of times has no partners; an empty text and one with blanks stay as given.
+        parameters.setPoints({u"7"_s, QString(), u"9"_s, u"x"_s}, {u"8"_s, u" 5 6"_s, u"!"_s});
+        const QByteArray points =
+            "7 \n8 \n ! Time at point|hr|0|+Inf\n 5 6 ! Value at point |any|-Inf|+Inf\n"
+            "9 ! Time at point|hr|0|+Inf\n! ! Value at point |any|-Inf|+Inf\n";
+        for (int round = 0; round < 2; ++round) {
+            parameters.writeFile();
+            QCOMPARE(ReadAll(scratch.Path()),
+                     with_ends(written + "2 \n6 \n" + points + "! tail\n!t\n"));
+        }
+        file.getInstruction(3)->setIntValue(1, 5);
+        parameters.setPoints({u"1"_s}, {u"2"_s});
+        parameters.writeFile();
+        QCOMPARE(ReadAll(scratch.Path()),
+                 with_ends("\n\n\n1 5 x !a\n\n\n\n\n\n\n1 \n0 \n2 \n1 \n2 \n! tail\n!t\n"));
+        QVERIFY2(script.Done(), qPrintable(script.Report()));
+    }
 }
 
 void ExchangeFileTest::OddBytesSurvive() {

@@ -7,6 +7,7 @@ from outside and operates the dialog through it. Ends with status 1 and a list o
 
 import os
 import pathlib
+import random
 import shutil
 import subprocess
 import sys
@@ -61,24 +62,36 @@ def wait_for(find, what):
         time.sleep(0.1)
 
 
+def answers(*command):
+    result = subprocess.run(command, capture_output=True, check=False)
+    return result.stdout if result.returncode == 0 else b""
+
+
 def start_screen():
     """A virtual screen with a window manager; DISPLAY is set to it."""
-    server = subprocess.Popen(
-        ["Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
-        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-    number = server.stdout.readline().decode().strip()
-    if not number:
-        sys.exit("Xvfb does not start")
-    os.environ["DISPLAY"] = ":" + number
     # Nor may the reader end up on the bus of the desktop that the test was started from.
     for variable in ("AT_SPI_BUS_ADDRESS", "WAYLAND_DISPLAY", "XAUTHORITY",
                      "QT_SCALE_FACTOR"):
         os.environ.pop(variable, None)
-    manager = subprocess.Popen(["openbox", "--sm-disable"], stderr=subprocess.DEVNULL)
-    wait_for(lambda: b"#" in subprocess.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"],
-                                            capture_output=True, check=True).stdout,
-             "the window manager")
-    return [manager, server]
+    # Servers that look for a free number at the same time get in each other's way; one that is
+    # given a number locks it or ends.
+    for _ in range(5):
+        os.environ["DISPLAY"] = f":{random.randrange(100, 10000)}"
+        server = subprocess.Popen(
+            ["Xvfb", os.environ["DISPLAY"], "-displayfd", "1", "-screen", "0", "1280x1024x24",
+             "-nolisten", "tcp"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        if not server.stdout.readline().strip():
+            continue
+        manager = subprocess.Popen(["openbox", "--sm-disable"], stderr=subprocess.DEVNULL)
+        for _ in range(10 * LIMIT):
+            if manager.poll() is not None:
+                break
+            if b"#" in answers("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"):
+                return [manager, server]
+            time.sleep(0.1)
+        manager.kill()
+        server.kill()
+    sys.exit("there is no virtual screen with a window manager")
 
 
 def tree(Atspi, node):
