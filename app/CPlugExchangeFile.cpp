@@ -37,6 +37,11 @@ QByteArray LineEndOf(QByteArrayView content) {
 #endif
 }
 
+// Room for a content of about the same length that is put together piece by piece.
+qsizetype LikelySize(const QByteArray& content) {
+    return content.size() + content.size() / 8;
+}
+
 // The same bytes, not copied.
 QByteArray AsArray(QByteArrayView line) {
     return QByteArray::fromRawData(line.data(), line.size());
@@ -128,6 +133,7 @@ void CPlugExchangeFile::replaceInstructions(qsizetype index, qsizetype count,
                                             const LineAppender& append) {
     requireRange(index, count);
     QByteArray content;
+    content.reserve(LikelySize(m_content));
     QByteArray tail;
     appendRebuilt(content, 0, index);
     appendRebuilt(tail, index + count, instructionCount());
@@ -145,7 +151,7 @@ void CPlugExchangeFile::writeFile() {
         return;
     if (!m_rebuilt || !m_opened.empty()) {
         QByteArray content;
-        content.reserve(m_content.size() + m_content.size() / 8);
+        content.reserve(LikelySize(m_content));
         appendRebuilt(content, 0, instructionCount());
         setRebuilt(std::move(content));
     }
