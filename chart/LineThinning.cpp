@@ -86,27 +86,37 @@ std::vector<QPointF> ThinLine(std::span<const double> xs, std::span<const double
 
     Line line(xs, ys, scale);
     Run run;
-    double run_column = 0.0;
     bool in_run = false;
+    // The run's column, as the part of the x axis that lies in it, and its extremes so far.
+    double from = 0.0;
+    double to = 0.0;
+    double lowest = 0.0;
+    double highest = 0.0;
     for (size_t i = 0; i < count; ++i) {
         const double x = xs[i];
         const double y = ys[i];
         // A difference with itself is 0 for finite numbers only.
         if ((x - x) + (y - y) != 0.0)
             continue;
-        const double column = std::floor(offset + x * factor);
-        if (in_run && column == run_column) {
-            if (y < ys[run.lowest])
+        if (in_run && x >= from && x < to) {
+            if (y < lowest) {
+                lowest = y;
                 run.lowest = i;
-            if (y > ys[run.highest])
+            }
+            if (y > highest) {
+                highest = y;
                 run.highest = i;
+            }
             run.last = i;
             continue;
         }
         if (in_run)
             line.Append(run);
         run = {i, i, i, i};
-        run_column = column;
+        lowest = highest = y;
+        const double column = std::floor(offset + x * factor);
+        from = (column - offset) / factor;
+        to = (column + 1.0 - offset) / factor;
         in_run = true;
         if (count > most && line.Points().size() > most)
             return Envelope(xs.first(count), ys.first(count), scale, columns,

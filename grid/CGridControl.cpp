@@ -12,7 +12,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
-#include <set>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -23,6 +23,17 @@ constexpr int kSmallHeaderFont = 10;  // pixels
 
 // The key that the platform's keyboards once had for help; it moves like Tab.
 constexpr int kHelpKey = Qt::Key_Help;
+
+void AppendNumbers(QList<int>& numbers, int first, int last) {
+    for (int number = first; number <= last; ++number)
+        numbers.append(number);
+}
+
+QList<int> Distinct(QList<int> numbers) {
+    std::sort(numbers.begin(), numbers.end());
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+    return numbers;
+}
 
 }  // namespace
 
@@ -166,23 +177,19 @@ void CGridControl::SelectCell(int row, int column) {
 }
 
 QList<int> CGridControl::SelectedRows() const {
-    std::set<int> rows;
+    QList<int> rows;
     const QItemSelection ranges = selectionModel()->selection();
-    for (const QItemSelectionRange& range : ranges) {
-        for (int row = range.top(); row <= range.bottom(); ++row)
-            rows.insert(row + 1);
-    }
-    return {rows.begin(), rows.end()};
+    for (const QItemSelectionRange& range : ranges)
+        AppendNumbers(rows, range.top() + 1, range.bottom() + 1);
+    return Distinct(std::move(rows));
 }
 
 QList<int> CGridControl::SelectedColumns() const {
-    std::set<int> columns;
+    QList<int> columns;
     const QItemSelection ranges = selectionModel()->selection();
-    for (const QItemSelectionRange& range : ranges) {
-        for (int column = range.left(); column <= range.right(); ++column)
-            columns.insert(column + 1);
-    }
-    return {columns.begin(), columns.end()};
+    for (const QItemSelectionRange& range : ranges)
+        AppendNumbers(columns, range.left() + 1, range.right() + 1);
+    return Distinct(std::move(columns));
 }
 
 void CGridControl::AnnounceCurrentRow() {
