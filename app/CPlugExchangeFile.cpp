@@ -74,7 +74,6 @@ void CPlugExchangeFile::readFile() {
 
 void CPlugExchangeFile::findLines() {
     m_starts.clear();
-    m_starts.reserve(static_cast<size_t>(m_content.count('\n')) + 1);
     qsizetype start = 0;
     do {
         m_starts.push_back(start);
