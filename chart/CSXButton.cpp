@@ -59,6 +59,10 @@ void CSXButton::SetBlackBorder(bool on) {
 }
 
 void CSXButton::paintEvent(QPaintEvent*) {
+    const ButtonState state = {isDown(), !isEnabled(), hasFocus()};
+    m_last_action =
+        m_last_action == DrawAction::None ? DrawAction::Entire : ActionFor(state, m_last_state);
+    m_last_state = state;
     QPainter painter(this);
     DrawItem(painter);
 }
@@ -85,7 +89,7 @@ void CSXButton::DrawItem(QPainter& painter) const {
                               Qt::AlignLeft | Qt::AlignTop | Qt::TextShowMnemonic, palette(),
                               isEnabled(), text(), QPalette::ButtonText);
     }
-    if (isEnabled() && hasFocus())
+    if (m_last_state.focused && !m_last_state.disabled)
         DrawFocus(painter);
 }
 
