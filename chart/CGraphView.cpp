@@ -4,6 +4,7 @@
 #include "chart/ChartFrame.h"
 #include "chart/ColourContrast.h"
 #include "chart/ItemPainter.h"
+#include "chart/QtColour.h"
 
 #include <qcustomplot.h>
 

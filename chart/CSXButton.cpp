@@ -1,5 +1,8 @@
 #include "chart/CSXButton.h"
 
+#include "chart/ColourContrast.h"
+#include "chart/QtColour.h"
+
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOptionButton>
@@ -143,4 +146,8 @@ void CSXButton::DrawFocus(QPainter& painter) const {
     // Also after a click: some styles show the focus only once a key has moved it.
     option.state |= QStyle::State_KeyboardFocusChange;
     style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    // The frames of some styles can hardly be seen on a dark button.
+    const QColor mark = palette().color(QPalette::Highlight);
+    painter.setPen(ToQColor(LegibleOn(ToChartColour(option.backgroundColor), ToChartColour(mark))));
+    painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
 }

@@ -3,6 +3,7 @@
 #include "chart/ColourContrast.h"
 #include "chart/ItemPicking.h"
 #include "chart/LineThinning.h"
+#include "chart/QtColour.h"
 
 #include <QPainter>
 #include <QPen>
@@ -117,15 +118,6 @@ private:
 };
 
 }  // namespace
-
-QColor ToQColor(ChartColour colour) {
-    return {colour.red, colour.green, colour.blue};
-}
-
-ChartColour ToChartColour(const QColor& colour) {
-    const auto part = [](int value) { return static_cast<std::uint8_t>(value); };
-    return {part(colour.red()), part(colour.green()), part(colour.blue())};
-}
 
 void PaintItems(QPainter& painter, const CDocControl& chart, const PlotScale& scale,
                 ChartColour background, double device_pixels) {

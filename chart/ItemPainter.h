@@ -3,12 +3,7 @@
 #include "chart/CDocControl.h"
 #include "chart/PlotScale.h"
 
-#include <QColor>
-
 class QPainter;
-
-QColor ToQColor(ChartColour colour);
-ChartColour ToChartColour(const QColor& colour);
 
 /// Draws the items of `chart`: bars, or a line with a marker at every point. Markers that would run
 /// into each other are left out, except those of highlighted items. Faces and markers have exactly

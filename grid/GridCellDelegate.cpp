@@ -81,6 +81,7 @@ QWidget* GridCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
     }
     auto* const line = new QLineEdit(parent);
     line->setFrame(false);
+    line->setAlignment(Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()));
     line->setValidator(new QRegularExpressionValidator(NumberCharacters(), line));
     m_editor = line;
     return line;
