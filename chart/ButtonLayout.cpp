@@ -43,6 +43,11 @@ QPoint TextPlace(const ButtonLayout& layout, const ButtonContent& content) {
             Resolved(place.y(), content.client.height(), text.height()) + offset - lift};
 }
 
+DrawAction ActionFor(ButtonState state, ButtonState last) {
+    last.focused = !last.focused;
+    return state == last ? DrawAction::Focus : DrawAction::Entire;
+}
+
 int FocusInset(QSize size) {
     return std::min(std::min(size.width(), size.height()) / 4, kLargestInset);
 }

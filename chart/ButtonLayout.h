@@ -33,5 +33,20 @@ QPoint ImagePlace(const ButtonLayout& layout, const ButtonContent& content);
 /// Top left corner of the caption. One that is centred vertically sits one pixel higher.
 QPoint TextPlace(const ButtonLayout& layout, const ButtonContent& content);
 
+/// What a button's looks depend on.
+struct ButtonState {
+    bool pressed = false;
+    bool disabled = false;
+    bool focused = false;
+
+    friend bool operator==(const ButtonState&, const ButtonState&) = default;
+};
+
+/// What a draw of a button is for: all of it, or nothing but a change of the focus.
+enum class DrawAction { None, Entire, Focus };
+
+/// The action of a draw of `state` on a button that was last drawn in `last`.
+DrawAction ActionFor(ButtonState state, ButtonState last);
+
 /// By how many pixels the focus rectangle of a button of `size` is smaller on every side.
 int FocusInset(QSize size);

@@ -1,7 +1,10 @@
 #include "chart/CGraphView.h"
 
 #include "chart/CGraphControl.h"
+#include "chart/ChartFrame.h"
+#include "chart/ColourContrast.h"
 #include "chart/ItemPainter.h"
+#include "chart/QtColour.h"
 
 #include <qcustomplot.h>
 
@@ -92,7 +95,9 @@ protected:
         scale.x.to -= origin.x();
         scale.y.from -= origin.y();
         scale.y.to -= origin.y();
-        PaintItems(*painter, m_chart, scale, mParentPlot->bufferDevicePixelRatio());
+        const QColor base = m_view.palette().color(QPalette::Base);
+        PaintItems(*painter, m_chart, scale, ToChartColour(base),
+                   mParentPlot->bufferDevicePixelRatio());
     }
 
     void drawLegendIcon(QCPPainter*, const QRectF&) const override {}
@@ -184,15 +189,6 @@ QFont CGraphView::FittingFont(const QStringList& lines, int pixels, bool bold, d
     return font;
 }
 
-// The colours are chosen for a light background; where one cannot be told from a dark one, the text
-// colour takes its place.
-QColor CGraphView::LegibleColour(ChartColour colour) const {
-    const QColor own = ToQColor(colour);
-    const QColor base = palette().color(QPalette::Base);
-    return std::abs(qGray(own.rgb()) - qGray(base.rgb())) < 20 ? palette().color(QPalette::Text)
-                                                               : own;
-}
-
 void CGraphView::PlanAxes() {
     const CDocControl& chart = m_control->document();
     const bool bars = chart.display.form == DisplayForm::Bars;
@@ -257,7 +253,7 @@ void CGraphView::PlaceIndexLabels(int width) {
 void CGraphView::StyleAxes() {
     const CDocControl& chart = m_control->document();
     const QColor text = palette().color(QPalette::Text);
-    const bool dark = qGray(palette().color(QPalette::Base).rgb()) < 128;
+    const ChartColour base = ToChartColour(palette().color(QPalette::Base));
     m_plot->setGeometry(PartRect(chart.display_rect));
     m_plot->setBackground(palette().brush(QPalette::Base));
 
@@ -285,11 +281,8 @@ void CGraphView::StyleAxes() {
 
         QCPGrid& grid = *axis.grid();
         const GridLines lines = i < chart.grid_lines.size() ? chart.grid_lines[i] : GridLines();
-        QColor line_colour = ToQColor(lines.colour);
-        // Light lines would be the brightest thing on a dark background.
-        if (dark)
-            line_colour.setAlpha(qGray(line_colour.rgb()) > 128 ? 80 : 200);
-        const QPen line_pen(line_colour, 1, PatternStyle(lines.pattern));
+        const QPen line_pen(ToQColor(GridLineOn(base, lines.colour)), 1,
+                            PatternStyle(lines.pattern));
         grid.setVisible(chart.has_scales && lines.on != 0);
         grid.setPen(lines.level == 0 ? line_pen : QPen(Qt::NoPen));
         grid.setSubGridVisible(lines.level == 1);
@@ -299,7 +292,7 @@ void CGraphView::StyleAxes() {
     }
     for (const TickMarks& marks : chart.tick_marks) {
         QCPAxis& axis = *axes[static_cast<size_t>(marks.axis)];
-        const QPen pen(LegibleColour(marks.colour), 1);
+        const QPen pen(ToQColor(LegibleOn(base, marks.colour)), 1);
         const bool outside = (marks.sides & 1) != 0;
         const bool inside = (marks.sides & 2) != 0;
         if (marks.level == 0) {
@@ -324,7 +317,7 @@ void CGraphView::paintEvent(QPaintEvent*) {
         m_plot->replot(QCustomPlot::rpQueuedRefresh);
     }
     QPainter painter(this);
-    painter.fillRect(rect(), palette().brush(QPalette::Mid));
+    painter.fillRect(rect(), ChartFrameColour(palette()));
     painter.fillRect(rect().adjusted(kFrameWidth, kFrameWidth, -kFrameWidth, -kFrameWidth),
                      palette().brush(QPalette::Base));
 

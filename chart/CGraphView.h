@@ -62,7 +62,6 @@ private:
     QString TipText(int index) const;
     QFont ChartFont(int pixels, bool bold = false) const;
     QFont FittingFont(const QStringList& lines, int pixels, bool bold, double width) const;
-    QColor LegibleColour(ChartColour colour) const;
     QRect PartRect(const PercentRect& part) const;
 
     ProfileSession* m_session;

@@ -1,5 +1,8 @@
 #include "chart/CSXButton.h"
 
+#include "chart/ColourContrast.h"
+#include "chart/QtColour.h"
+
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOptionButton>
@@ -59,6 +62,10 @@ void CSXButton::SetBlackBorder(bool on) {
 }
 
 void CSXButton::paintEvent(QPaintEvent*) {
+    const ButtonState state = {isDown(), !isEnabled(), hasFocus()};
+    m_last_action =
+        m_last_action == DrawAction::None ? DrawAction::Entire : ActionFor(state, m_last_state);
+    m_last_state = state;
     QPainter painter(this);
     DrawItem(painter);
 }
@@ -85,7 +92,7 @@ void CSXButton::DrawItem(QPainter& painter) const {
                               Qt::AlignLeft | Qt::AlignTop | Qt::TextShowMnemonic, palette(),
                               isEnabled(), text(), QPalette::ButtonText);
     }
-    if (isEnabled() && hasFocus())
+    if (m_last_state.focused && !m_last_state.disabled)
         DrawFocus(painter);
 }
 
@@ -139,4 +146,8 @@ void CSXButton::DrawFocus(QPainter& painter) const {
     // Also after a click: some styles show the focus only once a key has moved it.
     option.state |= QStyle::State_KeyboardFocusChange;
     style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    // The frames of some styles can hardly be seen on a dark button.
+    const QColor mark = palette().color(QPalette::Highlight);
+    painter.setPen(ToQColor(LegibleOn(ToChartColour(option.backgroundColor), ToChartColour(mark))));
+    painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
 }

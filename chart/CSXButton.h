@@ -33,6 +33,11 @@ public:
     /// A black line of one pixel around the button.
     void SetBlackBorder(bool on);
 
+    /// What the last draw was for and the state it showed, also while disabled: the focus rectangle
+    /// stands if that state is focused and not disabled.
+    DrawAction lastAction() const { return m_last_action; }
+    ButtonState lastState() const { return m_last_state; }
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 
@@ -51,4 +56,6 @@ private:
     std::optional<QColor> m_mask;  // of the bitmap, while its colours are mapped
     std::optional<QColor> m_corner_mark;
     bool m_black_border = false;
+    DrawAction m_last_action = DrawAction::None;
+    ButtonState m_last_state;
 };

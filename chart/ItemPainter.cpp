@@ -1,7 +1,9 @@
 #include "chart/ItemPainter.h"
 
+#include "chart/ColourContrast.h"
 #include "chart/ItemPicking.h"
 #include "chart/LineThinning.h"
+#include "chart/QtColour.h"
 
 #include <QPainter>
 #include <QPen>
@@ -20,8 +22,12 @@ constexpr double kSmallMarker = 5.0;
 class ItemPainter {
 public:
     ItemPainter(QPainter& painter, const CDocControl& chart, const PlotScale& scale,
-                double device_pixels)
-        : m_painter(painter), m_chart(chart), m_scale(scale), m_device_pixels(device_pixels) {}
+                ChartColour background, double device_pixels)
+        : m_painter(painter),
+          m_chart(chart),
+          m_scale(scale),
+          m_background(background),
+          m_device_pixels(device_pixels) {}
 
     void PaintBars() {
         for (int i = 0; i < m_chart.ItemCount(); ++i) {
@@ -82,7 +88,7 @@ private:
                      m_scale, m_device_pixels);
         if (line.size() < 2)
             return;
-        QPen pen(ToQColor(m_chart.item_style.second_colour), width);
+        QPen pen(ToQColor(LegibleOn(m_background, m_chart.item_style.second_colour)), width);
         pen.setJoinStyle(Qt::RoundJoin);
         pen.setCapStyle(Qt::RoundCap);
         m_painter.save();
@@ -107,19 +113,16 @@ private:
     QPainter& m_painter;
     const CDocControl& m_chart;
     PlotScale m_scale;
+    ChartColour m_background;
     double m_device_pixels;
 };
 
 }  // namespace
 
-QColor ToQColor(ChartColour colour) {
-    return {colour.red, colour.green, colour.blue};
-}
-
 void PaintItems(QPainter& painter, const CDocControl& chart, const PlotScale& scale,
-                double device_pixels) {
+                ChartColour background, double device_pixels) {
     painter.setRenderHint(QPainter::Antialiasing, false);
-    ItemPainter items(painter, chart, scale, device_pixels);
+    ItemPainter items(painter, chart, scale, background, device_pixels);
     if (chart.display.form == DisplayForm::Bars)
         items.PaintBars();
     else

@@ -3,14 +3,11 @@
 #include "chart/CDocControl.h"
 #include "chart/PlotScale.h"
 
-#include <QColor>
-
 class QPainter;
-
-QColor ToQColor(ChartColour colour);
 
 /// Draws the items of `chart`: bars, or a line with a marker at every point. Markers that would run
 /// into each other are left out, except those of highlighted items. Faces and markers have exactly
-/// the colours of their style. `device_pixels` is the number of device pixels per pixel unit.
+/// the colours of their style; the line has its own where it stands out from `background`.
+/// `device_pixels` is the number of device pixels per pixel unit.
 void PaintItems(QPainter& painter, const CDocControl& chart, const PlotScale& scale,
-                double device_pixels);
+                ChartColour background, double device_pixels);

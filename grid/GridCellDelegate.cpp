@@ -10,6 +10,8 @@
 #include <QRegularExpressionValidator>
 #include <QToolTip>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 // Always shows its choices: a closed list would take an arrow key for a choice, and two of the
@@ -41,6 +43,16 @@ const QRegularExpression& NumberCharacters() {
     return characters;
 }
 
+// The part of a cell between the left and the right edge of its view.
+QRect SeenPart(const QStyleOptionViewItem& option) {
+    QRect seen = option.rect;
+    if (const auto* const view = qobject_cast<const QAbstractItemView*>(option.widget)) {
+        seen.setLeft(std::max(seen.left(), 0));
+        seen.setRight(std::min(seen.right(), view->viewport()->width() - 1));
+    }
+    return seen;
+}
+
 }  // namespace
 
 bool GridCellDelegate::IsNumberText(const QString& text) {
@@ -69,6 +81,7 @@ QWidget* GridCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
     }
     auto* const line = new QLineEdit(parent);
     line->setFrame(false);
+    line->setAlignment(Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()));
     line->setValidator(new QRegularExpressionValidator(NumberCharacters(), line));
     m_editor = line;
     return line;
@@ -106,14 +119,21 @@ void GridCellDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
 
 void GridCellDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                             const QModelIndex& /*index*/) const {
-    editor->setGeometry(option.rect);
+    editor->setGeometry(SeenPart(option));
+}
+
+void GridCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                             const QModelIndex& index) const {
+    QStyleOptionViewItem seen = option;
+    seen.rect = SeenPart(option);
+    QStyledItemDelegate::paint(painter, seen, index);
 }
 
 bool GridCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
                                  const QStyleOptionViewItem& option, const QModelIndex& index) {
     if (event->type() != QEvent::ToolTip)
         return QStyledItemDelegate::helpEvent(event, view, option, index);
-    const QRect seen = option.rect & view->viewport()->rect();
+    const QRect seen = SeenPart(option);
     const QString text = index.data().toString();
     QToolTip::showText(event->globalPos(),
                        sizeHint(option, index).width() > seen.width() ? text : QString(), view);

@@ -5,6 +5,7 @@
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
 #include "chart/CSXButton.h"
+#include "chart/ChartFrame.h"
 #include "grid/CDlgAjout.h"
 #include "grid/CGridControl.h"
 #include "profiles/MeanLabel.h"
@@ -13,10 +14,10 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QContextMenuEvent>
-#include <QFrame>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPushButton>
+#include <QScrollBar>
 
 #include <algorithm>
 
@@ -26,8 +27,9 @@ namespace {
 
 constexpr int kPictureSize = 16;
 
-// The line between the grid and the controls below it.
+// The line between the grid and the controls below it: a mean, or the scroll bar of the columns.
 constexpr int kMeanHeight = 13;
+constexpr int kColumnBarHeight = 12;
 
 // Between the grid and the controls that had to move below it.
 constexpr int kGapBelowGrid = 6;
@@ -111,6 +113,9 @@ void CDlgGridChart::CreateControls() {
     }
     m_mean = new MeanLabel(&m_session, this);
     m_mean->setVisible(m_session.facts().coefficients);
+    m_column_bar = m_grid->CreateColumnBar(this);
+    m_column_bar->setAccessibleName(u"Colonnes"_s);
+    m_column_bar->setVisible(m_session.facts().hasNames());
     m_controls[kHelp]->setVisible(m_session.facts().rows > 0);
     for (const Command& command : kCommands) {
         if (auto* const button = qobject_cast<QAbstractButton*>(m_controls.value(command.id)))
@@ -148,11 +153,7 @@ QWidget* CDlgGridChart::CreateControl(const ControlTemplate& control) {
             button = new QCheckBox(caption, this);
             button->setStyleSheet(u"spacing: 3px"_s);  // the template's width asks for it
             break;
-        default: {
-            auto* const frame = new QFrame(this);
-            frame->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
-            return frame;
-        }
+        default: return new ChartFrame(this);
     }
     // A click leaves the focus where it is, so that an open cell editor is committed by the command
     // itself, which then does not run if the entry is refused.
@@ -242,6 +243,7 @@ void CDlgGridChart::UpdateState() {
 
 void CDlgGridChart::PlaceControls() {
     const QSize extra = size() - PixelSize(kMainDialogSize);
+    const int more_rows = extra.height() / kGridRowHeight * kGridRowHeight;  // none of them cut
     for (const ControlTemplate& control : kMainDialog) {
         QRect place = PixelRect(control.place);
         const auto [x, y, width, height] = control.place;
@@ -252,11 +254,11 @@ void CDlgGridChart::PlaceControls() {
         if (control.id == kChartFrame)
             place.setSize(place.size() + extra);
         if (control.id == kGrid)
-            place.setHeight(place.height() + extra.height());
+            place.setHeight(place.height() + more_rows);
         m_controls[control.id]->setGeometry(place);
     }
     if (m_session.kind() == ProfileKind::Function) {
-        const QRect grid = PointGridRect(m_session.table().RowCount(), extra.height());
+        const QRect grid = PointGridRect(m_session.table().RowCount(), more_rows);
         m_grid->setGeometry(grid.translated(extra.width(), 0));
         QWidget* const below[] = {m_controls[kEdition], m_controls[kAdjust]};
         const int top = std::min(below[0]->y(), below[1]->y());
@@ -264,7 +266,9 @@ void CDlgGridChart::PlaceControls() {
         for (QWidget* const control : below)
             control->move(control->x(), control->y() + shift);
     }
-    m_mean->setGeometry(m_grid->x(), m_grid->geometry().bottom() + 1, m_grid->width(), kMeanHeight);
+    const QRect grid = m_grid->geometry();
+    m_mean->setGeometry(grid.x(), grid.bottom() + 1, grid.width(), kMeanHeight);
+    m_column_bar->setGeometry(grid.x(), grid.bottom() + 1, grid.width(), kColumnBarHeight);
     if (m_view != nullptr)
         m_view->setGeometry(m_controls[kChartFrame]->geometry());
 }

@@ -263,8 +263,13 @@ private slots:
         other.setFocus();
         const QImage without = Shot(button);
         // Not moved there by a key, and shown all the same.
+        QCOMPARE(button.lastState(), ButtonState());
         button.setFocus(Qt::OtherFocusReason);
         const QImage with = Shot(button);
+        QCOMPARE(button.lastAction(), DrawAction::Focus);
+        QCOMPARE(button.lastState(), (ButtonState{.focused = true}));
+        QCOMPARE(Shot(button), with);
+        QCOMPARE(button.lastAction(), DrawAction::Entire);
         const QRect inner = button.rect().adjusted(3, 3, -3, -3);
         QVERIFY(with.copy(inner) != without.copy(inner));
         QTest::keyClick(&window, Qt::Key_Return);
@@ -275,6 +280,11 @@ private slots:
         const QImage disabled = Shot(button);
         other.setFocus();
         QCOMPARE(Shot(button), disabled);
+        // The last state goes on being kept.
+        QCOMPARE(button.lastState(), (ButtonState{.disabled = true}));
+        button.setDown(true);
+        QVERIFY(Shot(button) != disabled);
+        QCOMPARE(button.lastState(), (ButtonState{.pressed = true, .disabled = true}));
     }
 };
 

@@ -13,6 +13,7 @@
 #include <QCheckBox>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QStyleFactory>
 #include <QStyleOptionButton>
 #include <QTest>
@@ -126,6 +127,11 @@ void LooksTest::Dialog() {
         CheckPlaces(shown);
         CheckTexts(shown, shown.dialog->grab().toImage());
         CheckGrid(shown);
+        if (shown.dialog->session().facts().hasNames()) {
+            auto* const grid = shown.dialog->findChild<CGridControl*>();
+            grid->horizontalScrollBar()->setValue(grid->horizontalScrollBar()->maximum());
+            CheckGrid(shown);
+        }
         if (shown.dialog->session().isViewOnly())
             return;
         CheckChart(shown);
@@ -180,14 +186,21 @@ void LooksTest::CheckGrid(const KindDialog& shown) {
     const QImage header = grid->horizontalHeader()->grab().toImage();
     const QImage cells = grid->viewport()->grab().toImage();
     for (int column = 0; column < grid->model()->columnCount(); ++column) {
+        // Each cell's text ends within what is in sight of it.
+        for (int row = 0; row < 7; ++row) {
+            const QRect seen = grid->visualRect(grid->model()->index(row, column)) & cells.rect();
+            for (const int x : {seen.left(), seen.right() - 2})
+                QCOMPARE(TextPixels(cells, QRect(x, seen.top() + 3, 2, seen.height() - 6)), 0);
+        }
         QHeaderView* const titles = grid->horizontalHeader();
         const QRect title(titles->sectionViewportPosition(column) + 3, 2,
                           std::min(titles->sectionSize(column), titles->width()) - 6,
                           titles->height() - 4);
         if ((title & header.rect()).width() > 20)
             QVERIFY2(TextPixels(header, title) > 20, qPrintable(QString::number(column)));
-        const QRect cell = grid->visualRect(grid->model()->index(2, column));
-        if ((cell & cells.rect()).width() > 20)
+        const QModelIndex index = grid->model()->index(2, column);
+        const QRect cell = grid->visualRect(index);
+        if (!index.data().toString().isEmpty() && (cell & cells.rect()).width() > 20)
             QVERIFY2(TextPixels(cells, cell.adjusted(2, 2, -2, -2)) > 3,
                      qPrintable(QString::number(column)));
     }
@@ -217,6 +230,22 @@ void LooksTest::CheckChart(const KindDialog& shown) {
         CountColours(picture, QRect(QPoint(left, top), QPoint(whole.width() - 4, bottom)));
     QVERIFY(counts.value(colour(chart.item_style.FaceColour())) > 12 * 20);
     QVERIFY(counts.value(colour(chart.highlighted_style.FaceColour())) > 20);
+
+    // The blue marks between the labels of a function, the green lines between bars.
+    const bool bars = chart.display.form == DisplayForm::Bars;
+    const QRgb given = bars ? qRgb(0, 128, 0) : qRgb(0, 0, 255);
+    const QRgb ground = view->palette().color(QPalette::Base).rgb();
+    const QHash<QRgb, int> lines =
+        bars ? counts : CountColours(picture, QRect(left - 3, top, 3, bottom - top));
+    int seen = 0;
+    for (auto line = lines.cbegin(); line != lines.cend(); ++line) {
+        const QColor own(line.key());
+        const bool same_hue = std::abs(own.hslHue() - QColor(given).hslHue()) < 3;
+        if (qGray(ground) > 128 ? line.key() == given
+                                : same_hue && Contrast(line.key(), ground) >= kLeastContrast)
+            seen += line.value();
+    }
+    QVERIFY(seen > 20);
 }
 
 void LooksTest::CheckWarning(const KindDialog& shown) {

@@ -1,0 +1,18 @@
+#include "chart/ChartFrame.h"
+
+#include "chart/ColourContrast.h"
+#include "chart/QtColour.h"
+
+#include <QPainter>
+
+QColor ChartFrameColour(const QPalette& palette) {
+    const QColor line = palette.color(QPalette::Mid);
+    const QColor window = palette.color(QPalette::Window);
+    return ToQColor(GridLineOn(ToChartColour(window), ToChartColour(line)));
+}
+
+void ChartFrame::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setPen(ChartFrameColour(palette()));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QWidget>
+
+/// The colour of the line around a chart: that of light themes as it is, on a dark one light enough
+/// to be seen.
+QColor ChartFrameColour(const QPalette& palette);
+
+/// The empty place of a chart that is not shown.
+class ChartFrame : public QWidget {
+public:
+    using QWidget::QWidget;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};

@@ -1,0 +1,54 @@
+#include "chart/ColourContrast.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+double Linear(int part) {
+    const double value = part / 255.0;
+    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
+// What is `share` 255ths of the way from one colour to another.
+ChartColour Between(ChartColour from, ChartColour to, int share) {
+    const auto part = [share](int a, int b) {
+        return static_cast<std::uint8_t>(a + (b - a) * share / 255);
+    };
+    return {part(from.red, to.red), part(from.green, to.green), part(from.blue, to.blue)};
+}
+
+// The first colour on that way that stands out, or its end.
+ChartColour FirstLegible(ChartColour background, ChartColour from, ChartColour to) {
+    int share = 0;
+    while (share < 255 && Contrast(background, Between(from, to, share)) < kLegibleContrast)
+        ++share;
+    return Between(from, to, share);
+}
+
+}  // namespace
+
+double Luminance(ChartColour colour) {
+    return 0.2126 * Linear(colour.red) + 0.7152 * Linear(colour.green) +
+           0.0722 * Linear(colour.blue);
+}
+
+double Contrast(ChartColour one, ChartColour other) {
+    const auto [low, high] = std::minmax({Luminance(one), Luminance(other)});
+    return (high + 0.05) / (low + 0.05);
+}
+
+bool IsDark(ChartColour background) {
+    return Contrast(background, {255, 255, 255}) > Contrast(background, {0, 0, 0});
+}
+
+ChartColour LegibleOn(ChartColour background, ChartColour colour) {
+    // On the way to black or white the hue stays.
+    return FirstLegible(background, colour,
+                        IsDark(background) ? ChartColour{255, 255, 255} : ChartColour{0, 0, 0});
+}
+
+ChartColour GridLineOn(ChartColour background, ChartColour colour) {
+    return IsDark(background) ? FirstLegible(background, background, LegibleOn(background, colour))
+                              : colour;
+}
