@@ -18,6 +18,9 @@ namespace {
 constexpr char kSeparator = ' ';
 constexpr char kMarker = '!';
 
+// What a message shows of a comment at most. A file may hold one of any length.
+constexpr qsizetype kLongestShown = 10'000;
+
 struct SplitLine {
     QByteArrayView values;
     QByteArrayView comment;
@@ -125,6 +128,12 @@ QByteArray CPlugInstruction::comment() const {
     return m_parts ? m_parts->comment : Split(m_line).comment.toByteArray();
 }
 
+QString CPlugInstruction::shownComment() const {
+    const QByteArrayView comment =
+        m_parts ? QByteArrayView(m_parts->comment) : Split(m_line).comment;
+    return FromCp1252(comment.first(std::min(comment.size(), kLongestShown)));
+}
+
 bool CPlugInstruction::findValue(int n, QByteArrayView& value) const {
     RequireIndex(n);
     if (m_parts) {
@@ -150,8 +159,7 @@ int CPlugInstruction::getIntValue(int n) const {
     QByteArrayView value;
     if (findValue(n, value))
         return LeadingInt(value);
-    ShowMessage(u"CPlugInstruction::getIntValue error: value not found: "_s +
-                FromCp1252(comment()));
+    ShowMessage(u"CPlugInstruction::getIntValue error: value not found: "_s + shownComment());
     return 0;
 }
 
@@ -159,7 +167,7 @@ QString CPlugInstruction::getCStringValue(int n) const {
     QByteArrayView value;
     if (findValue(n, value))
         return FromCp1252(value);
-    ShowMessage(u"CPlugInstruction::setCStringValue: value not found: "_s + FromCp1252(comment()));
+    ShowMessage(u"CPlugInstruction::setCStringValue: value not found: "_s + shownComment());
     return {};
 }
 

@@ -61,6 +61,7 @@ private:
 
     void parse(TraceLog* trace) const;
     bool findValue(int n, QByteArrayView& value) const;
+    QString shownComment() const;
 
     QByteArray m_line;
     std::unique_ptr<Parts> m_parts;

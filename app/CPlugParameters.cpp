@@ -55,9 +55,10 @@ bool CPlugParameters::readHeader() {
     const CPlugInstruction* const fourth = m_file->getInstruction(kFourthLine);
     if (fourth == nullptr)
         return false;
-    m_first_number = fourth->getIntValue(0);
-    m_second_number = fourth->getIntValue(1);
-    m_fourth_line_text = fourth->getCStringValue(2);
+    // Only asked for: the user learns of it when one is missing.
+    fourth->getIntValue(0);
+    fourth->getIntValue(1);
+    fourth->getCStringValue(2);
     const std::pair<qsizetype, int*> counts[] = {
         {kCyclesLine, &m_cycles_count},
         {kPointCountLine, &m_point_count_minus_one},

@@ -48,11 +48,6 @@ private:
     bool readText(qsizetype index, QString& text, qsizetype& missing);
 
     CPlugExchangeFile* m_file = nullptr;
-    // The fourth line: kept, not used further.
-    int m_first_number = 0;
-    int m_second_number = 0;
-    QString m_fourth_line_text;
-
     int m_cycles_count = 0;
     int m_point_count_minus_one = 0;
     int m_point_line_count = 0;

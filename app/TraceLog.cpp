@@ -52,14 +52,23 @@ void TraceLog::Token(QByteArrayView word) {
     if (m_stalled)
         return;
     m_pending.append("Resulting token: ");
-    m_pending.append(word);
+    if (word.size() >= kFlushSize) {
+        Flush();
+        Write(word);
+    } else {
+        m_pending.append(word);
+    }
     m_pending.append('\n');
     if (m_pending.size() >= kFlushSize)
         Flush();
 }
 
 void TraceLog::Flush() {
-    if (!m_stalled)
-        m_stalled = !WriteWithoutBlocking(m_pending);
+    Write(m_pending);
     m_pending.clear();
+}
+
+void TraceLog::Write(QByteArrayView bytes) {
+    if (!m_stalled)
+        m_stalled = !WriteWithoutBlocking(bytes);
 }

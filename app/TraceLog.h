@@ -18,6 +18,7 @@ public:
 
 private:
     void Flush();
+    void Write(QByteArrayView bytes);
 
     QByteArray m_pending;
     bool m_stalled = false;
