@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
 #include <cstdio>
 
 #ifdef Q_OS_UNIX
@@ -9,13 +10,13 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #endif
 
 namespace {
 
 constexpr qsizetype kFlushSize = 64 * 1024;
+constexpr QByteArrayView kStart = "Resulting token: ";
 
 #ifdef Q_OS_UNIX
 constexpr int kPatienceMs = 200;
@@ -51,21 +52,25 @@ TraceLog::~TraceLog() {
 void TraceLog::Token(QByteArrayView word) {
     if (m_stalled)
         return;
-    m_pending.append("Resulting token: ");
-    if (word.size() >= kFlushSize) {
+    // One growth a word: a line may hold a hundred million of them.
+    const bool is_long = word.size() >= kFlushSize;
+    const qsizetype end = m_pending.size();
+    m_pending.resize(end + kStart.size() + (is_long ? 0 : word.size() + 1));
+    char* const to = std::copy(kStart.begin(), kStart.end(), m_pending.data() + end);
+    if (is_long) {
         Flush();
         Write(word);
+        m_pending.append('\n');
     } else {
-        m_pending.append(word);
+        *std::copy(word.begin(), word.end(), to) = '\n';
     }
-    m_pending.append('\n');
     if (m_pending.size() >= kFlushSize)
         Flush();
 }
 
 void TraceLog::Flush() {
     Write(m_pending);
-    m_pending.clear();
+    m_pending.resize(0);  // keeps its room
 }
 
 void TraceLog::Write(QByteArrayView bytes) {
