@@ -1,5 +1,6 @@
 #include "grid/GridCellDelegate.h"
 
+#include "app/ShownText.h"
 #include "profiles/ProfileTable.h"
 
 #include <QAbstractItemView>
@@ -30,6 +31,9 @@ signals:
 };
 
 namespace {
+
+// The line would cut a longer text, which must come back as it was.
+constexpr int kLongestEdited = 32'767;
 
 QStringList ChoicesOf(const QModelIndex& index) {
     return index.data(ProfileTable::kChoicesRole).toStringList();
@@ -67,11 +71,18 @@ QWidget* GridCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
         m_editor = list;
         return list;
     }
+    if (index.data(Qt::EditRole).toString().size() > kLongestEdited)
+        return nullptr;
     auto* const line = new QLineEdit(parent);
+    line->setMaxLength(kLongestEdited);
     line->setFrame(false);
     line->setValidator(new QRegularExpressionValidator(NumberCharacters(), line));
     m_editor = line;
     return line;
+}
+
+QString GridCellDelegate::displayText(const QVariant& value, const QLocale& locale) const {
+    return QStyledItemDelegate::displayText(ShownText(value.toString(), kMostOfCell), locale);
 }
 
 // A closed editor lives on until the event loop deletes it, but it is no longer open.
@@ -114,7 +125,7 @@ bool GridCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
     if (event->type() != QEvent::ToolTip)
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     const QRect seen = option.rect & view->viewport()->rect();
-    const QString text = index.data().toString();
+    const QString text = ShownText(index.data().toString(), kMostOfMessage);
     QToolTip::showText(event->globalPos(),
                        sizeHint(option, index).width() > seen.width() ? text : QString(), view);
     return true;
