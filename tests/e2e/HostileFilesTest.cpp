@@ -30,7 +30,7 @@ constexpr double kMegabyte = 1e6;
 constexpr double kSecondsPerMegabyte = 0.02;
 constexpr double kSlackSeconds = 2.0;       // what the tools of the test may take
 constexpr double kSecondsPerMessage = 1.0;  // likewise
-constexpr double kMostOfSize = 50.0;        // peak memory by size of the file
+constexpr double kMostOfSize = 4.0;        // peak memory by size of the file
 constexpr double kSmall = 10.0;             // MB; below it the toolkit's own memory counts more
 
 // A content made of a piece repeated between two ends. It is never held as a whole.

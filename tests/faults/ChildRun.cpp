@@ -107,6 +107,20 @@ void BecomeNobody(std::optional<unsigned> also_of_group) {
         End(2);
 }
 
+void FillDisk(const QString& folder) {
+    QFile filler(folder + u"/filler"_s);
+    if (!filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        return;
+    for (const qint64 piece : {4096, 1}) {
+        while (filler.write(QByteArray(piece, 'x')) == piece) {
+        }
+    }
+}
+
+void UnmountDisk(const QString& folder) {
+    (void)umount2(QFile::encodeName(folder).constData(), MNT_DETACH);
+}
+
 bool MountSmallDisk(const QString& folder, qint64 bytes) {
     const QByteArray path = QFile::encodeName(folder);
     const QByteArray options = "mode=0777,size=" + QByteArray::number(bytes);

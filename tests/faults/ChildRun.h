@@ -37,7 +37,7 @@ private:
     int m_process = -1;
 };
 
-/// @{ For use inside a child.
+/// @{ For use inside a child, or in a test that lives with them until its end.
 
 /// No file may grow beyond `bytes`; a write that would fails.
 void LimitFileSize(qint64 bytes);
@@ -48,4 +48,8 @@ void BecomeNobody(std::optional<unsigned> also_of_group = {});
 /// Puts a new file system of `bytes` on the folder, for this process alone. False when the system
 /// does not let it.
 bool MountSmallDisk(const QString& folder, qint64 bytes);
+void UnmountDisk(const QString& folder);
+
+/// Takes all room that is left on the disk of the folder, with a file "filler".
+void FillDisk(const QString& folder);
 /// @}

@@ -159,16 +159,6 @@ struct Fault {
     int fewest_points = 2;
 };
 
-void FillDisk(const Place& place) {
-    QFile filler(place.folder + u"/filler"_s);
-    if (!filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        return;
-    for (const qint64 piece : {4096, 1}) {
-        while (filler.write(QByteArray(piece, 'x')) == piece) {
-        }
-    }
-}
-
 void ForbidNewFiles(const Place& place) {
     place.SetMode(place.path, 0666);
     place.SetMode(place.folder, 0555);
@@ -182,7 +172,7 @@ const Fault kFaults[] = {
          for (int i = 100'000; i < 100'100; ++i)
              WriteAll(place.path + u'.' + QString::number(i), "half");
      }},
-    {"disk full", Left::Old, [](const Place& place, qint64) { FillDisk(place); }, true},
+    {"disk full", Left::Old, [](const Place& place, qint64) { FillDisk(place.folder); }, true},
     {"size limit 0", Left::Old, [](const Place&, qint64) { LimitFileSize(0); }},
     {"size limit 1", Left::Old, [](const Place&, qint64) { LimitFileSize(1); }},
     {"size limit 16384", Left::Old, [](const Place&, qint64) { LimitFileSize(16'384); }, false,
@@ -204,7 +194,7 @@ const Fault kFaults[] = {
     {"folder read-only", Left::New, [](const Place& place, qint64) { ForbidNewFiles(place); }},
     {"folder read-only, disk full", Left::Old,
      [](const Place& place, qint64) {
-         FillDisk(place);
+         FillDisk(place.folder);
          ForbidNewFiles(place);
      },
      true, kFewPoints},
