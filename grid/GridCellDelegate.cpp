@@ -74,7 +74,6 @@ QWidget* GridCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
     if (index.data(Qt::EditRole).toString().size() > kLongestEdited)
         return nullptr;
     auto* const line = new QLineEdit(parent);
-    line->setMaxLength(kLongestEdited);
     line->setFrame(false);
     line->setValidator(new QRegularExpressionValidator(NumberCharacters(), line));
     m_editor = line;
@@ -125,9 +124,12 @@ bool GridCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
     if (event->type() != QEvent::ToolTip)
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     const QRect seen = option.rect & view->viewport()->rect();
-    const QString text = ShownText(index.data().toString(), kMostOfMessage);
+    const QString text = index.data().toString();
     QToolTip::showText(event->globalPos(),
-                       sizeHint(option, index).width() > seen.width() ? text : QString(), view);
+                       sizeHint(option, index).width() > seen.width()
+                           ? ShownText(text, kMostOfMessage)
+                           : QString(),
+                       view);
     return true;
 }
 

@@ -181,6 +181,7 @@ private:
     QString Check() {
         if (!m_messages.Done())
             return m_messages.Report();
+        m_messages.ForgetSeen();
         if (m_session.canUndo() != m_states.CanUndo() || m_session.canRedo() != m_states.CanRedo())
             return u"undo or redo is not as the steps ask for"_s;
         if (const QString fault = Compare(m_states.Current()); !fault.isEmpty())
