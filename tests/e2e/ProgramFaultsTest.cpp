@@ -35,7 +35,7 @@ bool LimitFileSizeOf(qint64 process, qint64 bytes) {
 }
 
 QString Command() {
-    return u"`ProgramFaultsTest \"%1%2\"`"_s.arg(
+    return u"`e2e/ProgramFaultsTest \"%1%2\"`"_s.arg(
         QLatin1StringView(QTest::currentTestFunction()),
         QTest::currentDataTag() != nullptr ? u':' + QLatin1StringView(QTest::currentDataTag())
                                            : QString());
@@ -110,6 +110,10 @@ private slots:
         QFETCH(const Fault, fault);
         const QByteArray content = HostFile({{"0", "1.50"}, {"10", "4"}});
         const bool mounted = fault == Fault::DiskFull && MountSmallDisk(m_folder, kDiskSize);
+        const auto unmounted = qScopeGuard([&] {
+            if (mounted)
+                UnmountDisk(m_folder);
+        });
         QVERIFY(WriteAll(m_file, content));
         HostRun host(m_screen);
         host.Start({m_file});
@@ -123,10 +127,6 @@ private slots:
         const QStringList entries = QDir(m_folder).entryList(QDir::AllEntries | QDir::Hidden);
         QVERIFY(host.Click(kOkButton));
         QCOMPARE(host.PassMessagesUntilEnd(), 1);
-        const auto unmounted = qScopeGuard([&] {
-            if (mounted)
-                UnmountDisk(m_folder);
-        });
         QCOMPARE(ReadAll(m_file), fault == Fault::FolderGone ? QByteArray() : content);
         QCOMPARE(QDir(m_folder).entryList(QDir::AllEntries | QDir::Hidden), entries);
         if (fault == Fault::DiskFull)

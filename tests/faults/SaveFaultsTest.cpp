@@ -31,7 +31,7 @@ namespace {
 
 constexpr int kFewPoints = 2'000;              // some pages of a disk
 constexpr int kManyPoints = 20'000;            // a megabyte
-constexpr int kKills = kSanitized ? 20 : 110;  // a format; FAULT_KILLS sets another number
+constexpr int kKills = kSanitized ? 10 : 100;  // a format; FAULT_KILLS sets another number
 constexpr qint64 kDiskSize = 1 << 20;
 
 enum class Format { ExchangeFile, Profile };
@@ -370,7 +370,7 @@ private slots:
                 if (!messages.Done())
                     _exit(1);
             });
-            QVERIFY2(child.KillAfter(static_cast<unsigned>(random.bounded(two_saves))),
+            QVERIFY2(child.KillAfter(static_cast<unsigned>(random.bounded(2 * two_saves))),
                      "a save was refused");
             const auto* const left =
                 std::find(std::begin(contents), std::end(contents), ReadAll(place.path));
