@@ -1,40 +1,118 @@
 #include "app/FileReplace.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
+
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#endif
 
 namespace {
 
-bool WriteAll(QFile& file, QByteArrayView bytes) {
-    return file.seek(0) && file.write(bytes.data(), bytes.size()) == bytes.size() && file.flush() &&
-           file.resize(bytes.size());
+#ifdef Q_OS_UNIX
+
+// A disk may refuse only now what it took before. File systems that cannot flush are no error.
+bool FlushToDisk(int handle) {
+    return fsync(handle) == 0 || errno == EINVAL || errno == ENOTSUP;
 }
+
+// The rename itself reaches the disk with the folder. The new content stands whatever comes of it.
+void FlushFolder(const QString& folder) {
+    const QByteArray path = QFile::encodeName(folder);
+    const int handle = open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (handle < 0)
+        return;
+    (void)fsync(handle);
+    close(handle);
+}
+
+// Only an administrator may give a file away; others may at least choose one of their groups. The
+// special bits come back only together with the owner they were meant for.
+void TakeOver(int handle, const QString& old_path) {
+    const QByteArray path = QFile::encodeName(old_path);
+    struct stat old = {};
+    if (stat(path.constData(), &old) != 0)
+        return;
+    constexpr uid_t kSameOwner = static_cast<uid_t>(-1);
+    const bool kept = fchown(handle, old.st_uid, old.st_gid) == 0;
+    if (!kept)
+        (void)!fchown(handle, kSameOwner, old.st_gid);
+    (void)fchmod(handle, old.st_mode & (kept ? 07777U : 0777U));
+}
+
+bool ForbidsNewFiles(const QString& folder) {
+    return !QFileInfo(folder).isWritable();
+}
+
+#else
+
+bool FlushToDisk(int) {
+    return true;
+}
+void FlushFolder(const QString&) {
+}
+void TakeOver(int, const QString&) {
+}
+
+bool ForbidsNewFiles(const QString&) {
+    return true;  // cannot be told
+}
+
+#endif
 
 // The file is not truncated before the new content stands, so the old content still has its room on
 // the disk when it must be put back.
-bool OverwriteInPlace(const QString& path, QByteArrayView bytes) {
+bool OverwriteInPlace(const QString& path, const ContentWriter& write) {
     QFile file(path);
-    if (!file.exists() || !file.open(QIODevice::ReadWrite))
+    if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered))
         return false;
     const QByteArray old = file.readAll();
-    if (file.error() != QFileDevice::NoError)
+    if (file.error() != QFileDevice::NoError || !file.seek(0))
         return false;
-    if (WriteAll(file, bytes))
-        return true;
+    {
+        // Its buffer may hold bytes that could not be written; they go with it.
+        QFile out;
+        if (out.open(file.handle(), QIODevice::WriteOnly) && write(out) && out.flush() &&
+            out.resize(out.pos()) && FlushToDisk(file.handle()))
+            return true;
+    }
     file.unsetError();
-    WriteAll(file, old);
+    if (file.seek(0))
+        file.write(old);
+    file.resize(old.size());
+    FlushToDisk(file.handle());
     return false;
 }
 
 }  // namespace
 
-bool ReplaceFile(const QString& path, QByteArrayView bytes) {
+bool ReplaceFile(const QString& path, const ContentWriter& write) {
+    const QFileInfo old(path);
+    if (old.exists() && !old.isFile())
+        return false;
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
-        return file.error() == QFileDevice::OpenError && OverwriteInPlace(path, bytes);
-    if (file.write(bytes.data(), bytes.size()) != bytes.size()) {
+        return file.error() == QFileDevice::OpenError && old.exists() &&
+               ForbidsNewFiles(QFileInfo(old.canonicalFilePath()).path()) &&
+               OverwriteInPlace(path, write);
+    TakeOver(file.handle(), path);
+    if (!write(file) || !file.flush() || !FlushToDisk(file.handle())) {
         file.cancelWriting();
         return false;
     }
-    return file.commit();
+    if (!file.commit())
+        return false;
+    FlushFolder(QFileInfo(QFileInfo(path).canonicalFilePath()).path());
+    return true;
+}
+
+bool ReplaceFile(const QString& path, QByteArrayView bytes) {
+    return ReplaceFile(path, [bytes](QIODevice& out) {
+        return out.write(bytes.data(), bytes.size()) == bytes.size();
+    });
 }

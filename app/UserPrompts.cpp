@@ -1,5 +1,7 @@
 #include "app/UserPrompts.h"
 
+#include "app/ShownText.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QFileDialog>
@@ -29,7 +31,8 @@ QMessageBox::Icon BoxIcon(MessageIcon icon) {
 QMessageBox::StandardButton RunBox(
     QMessageBox::Icon icon, const QString& caption, const QString& text,
     const QList<std::pair<QMessageBox::StandardButton, QString>>& buttons) {
-    QMessageBox box(icon, caption, text, QMessageBox::NoButton, ActiveWindow());
+    QMessageBox box(icon, ShownText(caption, kMostOfCell), ShownText(text, kMostOfMessage),
+                    QMessageBox::NoButton, ActiveWindow());
     box.setTextFormat(Qt::PlainText);
     for (const auto& [button, label] : buttons) {
         box.addButton(button);

@@ -8,6 +8,8 @@ int main(int argc, char* argv[]) {
 #ifdef Q_OS_UNIX
     // A host that closed its end of our standard output must not end the editor.
     std::signal(SIGPIPE, SIG_IGN);
+    // Nor must a limit on the size of files: the write fails with its message.
+    std::signal(SIGXFSZ, SIG_IGN);
 #endif
     CPlugApp app(argc, argv);
     app.InitInstance();

@@ -1,5 +1,6 @@
 #include "chart/CGraphView.h"
 
+#include "app/ShownText.h"
 #include "chart/CGraphControl.h"
 #include "chart/ChartFrame.h"
 #include "chart/ColourContrast.h"
@@ -323,7 +324,7 @@ void CGraphView::paintEvent(QPaintEvent*) {
 
     const ChartTitle& title = m_control->document().title;
     const QRect band = PartRect(title.rect).adjusted(kPlotMargin, 0, -kPlotMargin, 0);
-    QStringList lines = title.text.split(u'\n');
+    QStringList lines = ShownText(title.text, kMostOfMessage).split(u'\n');
     painter.setFont(FittingFont(lines, title.text_height, true, band.width()));
     painter.setPen(palette().color(QPalette::Text));
     for (QString& line : lines)

@@ -1,5 +1,6 @@
 // The mouse on the chart: tips, picking and dragging.
 
+#include "app/ShownText.h"
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
 #include "chart/DragRules.h"
@@ -45,7 +46,7 @@ QString CGraphView::TipText(int index) const {
 }
 
 void CGraphView::ShowTip(const ChartHit& hit) {
-    QString text = TipText(hit.index);
+    QString text = ShownText(TipText(hit.index), kMostOfMessage);
     // A name is never taken for markup.
     if (Qt::mightBeRichText(text))
         text = Qt::convertFromPlainText(text);

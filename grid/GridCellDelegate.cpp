@@ -1,5 +1,6 @@
 #include "grid/GridCellDelegate.h"
 
+#include "app/ShownText.h"
 #include "profiles/ProfileTable.h"
 
 #include <QAbstractItemView>
@@ -32,6 +33,9 @@ signals:
 };
 
 namespace {
+
+// The line would cut a longer text, which must come back as it was.
+constexpr int kLongestEdited = 32'767;
 
 QStringList ChoicesOf(const QModelIndex& index) {
     return index.data(ProfileTable::kChoicesRole).toStringList();
@@ -79,12 +83,18 @@ QWidget* GridCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
         m_editor = list;
         return list;
     }
+    if (index.data(Qt::EditRole).toString().size() > kLongestEdited)
+        return nullptr;
     auto* const line = new QLineEdit(parent);
     line->setFrame(false);
     line->setAlignment(Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()));
     line->setValidator(new QRegularExpressionValidator(NumberCharacters(), line));
     m_editor = line;
     return line;
+}
+
+QString GridCellDelegate::displayText(const QVariant& value, const QLocale& locale) const {
+    return QStyledItemDelegate::displayText(ShownText(value.toString(), kMostOfCell), locale);
 }
 
 // A closed editor lives on until the event loop deletes it, but it is no longer open.
@@ -136,7 +146,10 @@ bool GridCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
     const QRect seen = SeenPart(option);
     const QString text = index.data().toString();
     QToolTip::showText(event->globalPos(),
-                       sizeHint(option, index).width() > seen.width() ? text : QString(), view);
+                       sizeHint(option, index).width() > seen.width()
+                           ? ShownText(text, kMostOfMessage)
+                           : QString(),
+                       view);
     return true;
 }
 

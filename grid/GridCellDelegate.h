@@ -4,7 +4,8 @@
 #include <QStyledItemDelegate>
 
 /// Makes the editors of the grid's cells: a line that takes only what a number can hold, or the
-/// list of choices where the cell has one. An editor whose text was not changed stores nothing.
+/// list of choices where the cell has one. An editor whose text was not changed stores nothing. A
+/// cell whose text is too long for a line has no editor.
 class GridCellDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -19,6 +20,7 @@ public:
 
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const override;
+    QString displayText(const QVariant& value, const QLocale& locale) const override;
     void destroyEditor(QWidget* editor, const QModelIndex& index) const override;
     void setEditorData(QWidget* editor, const QModelIndex& index) const override;
     void setModelData(QWidget* editor, QAbstractItemModel* model,

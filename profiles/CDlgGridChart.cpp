@@ -1,6 +1,7 @@
 #include "profiles/CDlgGridChart.h"
 
 #include "app/Message.h"
+#include "app/ShownText.h"
 #include "chart/BitmapButton.h"
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
@@ -236,7 +237,7 @@ void CDlgGridChart::UpdateState() {
             action->setEnabled(enabled);
     }
     qobject_cast<QCheckBox*>(m_controls[kEdition])->setChecked(m_session.isEdition());
-    setWindowTitle(m_session.caption());
+    setWindowTitle(ShownText(m_session.caption(), kMostOfCell));
     if (m_chart != nullptr)
         m_chart->SetTitle(m_session.chartTitle());
 }

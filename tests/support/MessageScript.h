@@ -28,6 +28,7 @@ public:
 
     /// The texts that came, expected or not.
     const QStringList& Seen() const { return m_seen; }
+    void ForgetSeen() { m_seen.clear(); }
 
 private:
     struct Expected {

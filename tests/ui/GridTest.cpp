@@ -83,11 +83,27 @@ private slots:
     void TimeMovesItsRow();
     void RefusedEntryIsAskedOnce();
     void KeysThatChangeNothing();
+    void TextsTooLongForAnEditorStay();
     void CurrentRowIsTold();
     void RowHeaderHoldsTheLargestNumber();
     void LabelsStayInSight();
     void NamesComeIntoSight();
 };
+
+void GridTest::TextsTooLongForAnEditorStay() {
+    const QStringList values = {QString(32'767, u'1'), QString(32'768, u'1'), u"3"_s};
+    ShownGrid shown({u"0"_s, u"1"_s, u"2"_s}, values);
+    for (int row = 1; row <= values.size(); ++row) {
+        shown.grid->SelectCell(row, 2);
+        shown.Key(Qt::Key_F2);
+        QCOMPARE(shown.IsEditing(), row != 2);
+        if (row == 2)
+            shown.Keys(u"5"_s);
+        shown.Key(Qt::Key_Return);
+    }
+    QCOMPARE(shown.session->table().Column(2), values);
+    QVERIFY(!shown.session->canUndo());
+}
 
 // Every move of the shared cases, by the real keys on a grid of that kind and size.
 void GridTest::TabMoves() {

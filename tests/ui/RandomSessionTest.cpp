@@ -1,5 +1,6 @@
 // The whole dialog under thousands of random steps, made with real keys and mouse events.
 
+#include "FaultTable.h"
 #include "MessageScript.h"
 #include "RunDialog.h"
 #include "app/EnglishAtof.h"
@@ -23,13 +24,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ctime>
 #include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kSteps = 2000;
+constexpr int kSteps = 2000;  // RANDOM_STEPS sets another number
+constexpr int kStepsToTell = 10'000;
 constexpr int kMostPoints = 30;
 
 const QString kWrong = u"La valeur entrée\nn'est pas correcte."_s;
@@ -38,6 +41,15 @@ const QString kSeparators =
     u"Le nombre entré comporte plusieurs virgules !\nVeuillez rectifier la saisie."_s;
 const QString kNoRoom =
     u"Impossible d'appliquer la sélection\nprécédente à cet endroit:\nil n'y a pas assez de place dans\nle tableau !"_s;
+
+// Memory of this process that is in use now, in megabytes; 0 where the system does not tell.
+double ResidentMegabytes() {
+    QFile status(u"/proc/self/statm"_s);
+    if (!status.open(QIODevice::ReadOnly))
+        return 0.0;
+    constexpr double kPage = 4096;
+    return status.readAll().split(' ').value(1).toDouble() * kPage / 1e6;
+}
 
 // All columns of a table.
 using State = QList<QStringList>;
@@ -108,7 +120,8 @@ public:
         QObject::connect(&m_session, &ProfileSession::StateChanged, &m_context, [this] {
             const State state = StateOf(m_session.table());
             if (m_recording && state != m_states.Current()) {
-                m_negative = HasNegative(m_states.Current()) || HasNegative(state);
+                m_negative =
+                    m_entered_negative || HasNegative(m_states.Current()) || HasNegative(state);
                 m_states.Add(state);
                 m_balanced = !m_session.isEdition();
             }
@@ -139,6 +152,7 @@ public:
         const Choice* chosen = choices;
         while (rest >= chosen->weight)
             rest -= (chosen++)->weight;
+        m_entered_negative = false;
         QString fault = (this->*chosen->step)();
         if (fault.isEmpty())
             fault = Check();
@@ -169,6 +183,7 @@ private:
     QString Check() {
         if (!m_messages.Done())
             return m_messages.Report();
+        m_messages.ForgetSeen();
         if (m_session.canUndo() != m_states.CanUndo() || m_session.canRedo() != m_states.CanRedo())
             return u"undo or redo is not as the steps ask for"_s;
         if (const QString fault = Compare(m_states.Current()); !fault.isEmpty())
@@ -237,6 +252,7 @@ private:
             m_messages.Expect(kTooLarge);
             return false;
         }
+        m_entered_negative = m_entered_negative || ParseNumber(text) < 0.0;
         return true;
     }
 
@@ -468,7 +484,8 @@ private:
     StateList m_states;
     bool m_recording = true;
     bool m_balanced = true;
-    bool m_negative = false;  // a coefficient is, or was before the last step
+    bool m_negative = false;  // a coefficient is, or was before or in the last step
+    bool m_entered_negative = false;
     QString m_log;
 };
 
@@ -500,6 +517,11 @@ private slots:
         if (kind == ProfileKind::Function)
             setup.values = &values;
         CDlgGridChart dialog(std::move(setup));
+        bool is_set = false;
+        const int set = qEnvironmentVariableIntValue("RANDOM_STEPS", &is_set);
+        const int wanted = is_set ? set : kSteps;
+        QStringList memories;
+        QStringList times_taken;
         QString fault;
         int steps = 0;
         RunDialog(dialog, [&] {
@@ -508,12 +530,26 @@ private slots:
                 return;
             }
             User user(dialog, 20260 + static_cast<quint32>(kind));
-            for (; steps < kSteps && fault.isEmpty(); ++steps)
+            std::clock_t former = std::clock();  // of the processor
+            for (; steps < wanted && fault.isEmpty(); ++steps) {
                 fault = user.Step();
+                if ((steps + 1) % kStepsToTell != 0)
+                    continue;
+                const QString memory = QString::number(ResidentMegabytes(), 'f', 1);
+                const std::clock_t now = std::clock();
+                const QString seconds =
+                    QString::number(static_cast<double>(now - former) / CLOCKS_PER_SEC, 'f', 1);
+                former = now;
+                qInfo("%d steps, %s MB, %s s", steps + 1, qPrintable(memory), qPrintable(seconds));
+                memories.append(memory);
+                times_taken.append(seconds);
+            }
         });
         QDir::setCurrent(start_folder);  // Some kinds change it.
         QVERIFY2(fault.isEmpty(), qPrintable(u"step %1, %2"_s.arg(steps).arg(fault)));
-        QCOMPARE(steps, kSteps);
+        QCOMPARE(steps, wanted);
+        AddTableRow("sessions", {QLatin1StringView(QTest::currentDataTag()), QString::number(steps),
+                                 memories.join(u' '), times_taken.join(u' ')});
     }
 };
 
