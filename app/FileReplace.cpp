@@ -65,25 +65,24 @@ bool ForbidsNewFiles(const QString&) {
 
 #endif
 
+bool Write(QFileDevice& file, QByteArrayView bytes) {
+    return file.write(bytes.data(), bytes.size()) == bytes.size() && file.flush();
+}
+
 // The file is not truncated before the new content stands, so the old content still has its room on
 // the disk when it must be put back.
-bool OverwriteInPlace(const QString& path, const ContentWriter& write) {
+bool OverwriteInPlace(const QString& path, QByteArrayView bytes) {
     QFile file(path);
     if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered))
         return false;
     const QByteArray old = file.readAll();
     if (file.error() != QFileDevice::NoError || !file.seek(0))
         return false;
-    {
-        // Its buffer may hold bytes that could not be written; they go with it.
-        QFile out;
-        if (out.open(file.handle(), QIODevice::WriteOnly) && write(out) && out.flush() &&
-            out.resize(out.pos()) && FlushToDisk(file.handle()))
-            return true;
-    }
+    if (Write(file, bytes) && file.resize(bytes.size()) && FlushToDisk(file.handle()))
+        return true;
     file.unsetError();
     if (file.seek(0))
-        file.write(old);
+        Write(file, old);
     file.resize(old.size());
     FlushToDisk(file.handle());
     return false;
@@ -91,7 +90,7 @@ bool OverwriteInPlace(const QString& path, const ContentWriter& write) {
 
 }  // namespace
 
-bool ReplaceFile(const QString& path, const ContentWriter& write) {
+bool ReplaceFile(const QString& path, QByteArrayView bytes) {
     const QFileInfo old(path);
     if (old.exists() && !old.isFile())
         return false;
@@ -99,9 +98,9 @@ bool ReplaceFile(const QString& path, const ContentWriter& write) {
     if (!file.open(QIODevice::WriteOnly))
         return file.error() == QFileDevice::OpenError && old.exists() &&
                ForbidsNewFiles(QFileInfo(old.canonicalFilePath()).path()) &&
-               OverwriteInPlace(path, write);
+               OverwriteInPlace(path, bytes);
     TakeOver(file.handle(), path);
-    if (!write(file) || !file.flush() || !FlushToDisk(file.handle())) {
+    if (!Write(file, bytes) || !FlushToDisk(file.handle())) {
         file.cancelWriting();
         return false;
     }
@@ -109,10 +108,4 @@ bool ReplaceFile(const QString& path, const ContentWriter& write) {
         return false;
     FlushFolder(QFileInfo(QFileInfo(path).canonicalFilePath()).path());
     return true;
-}
-
-bool ReplaceFile(const QString& path, QByteArrayView bytes) {
-    return ReplaceFile(path, [bytes](QIODevice& out) {
-        return out.write(bytes.data(), bytes.size()) == bytes.size();
-    });
 }

@@ -3,21 +3,10 @@
 #include <QByteArrayView>
 #include <QString>
 
-#include <functional>
-
-class QIODevice;
-
-/// Writes the whole new content of a file to `out`; false when a write failed. It may be called
-/// more than once.
-using ContentWriter = std::function<bool(QIODevice& out)>;
-
-/// Replaces the content of the file at `path` in one step: either the whole new content stands
-/// there afterwards (true) or the whole old one (false), also after a crash. A symbolic link stays
-/// a link, the permissions stay, owner and group stay where the system permits it.
+/// Replaces the content of the file at `path` by `bytes` in one step: either the whole new content
+/// stands there afterwards (true) or the whole old one (false), also after a crash. A symbolic link
+/// stays a link, the permissions stay, owner and group stay where the system permits it.
 ///
 /// Where the folder forbids a new file, the file itself is written in place and put back if a write
 /// fails. Only there a process killed in the middle leaves a part of each content.
-bool ReplaceFile(const QString& path, const ContentWriter& write);
-
-/// The same with `bytes` as the content.
 bool ReplaceFile(const QString& path, QByteArrayView bytes);
