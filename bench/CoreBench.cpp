@@ -18,9 +18,8 @@
 #include <unistd.h>
 
 #include <array>
-#include <fstream>
+#include <iostream>
 #include <memory>
-#include <string>
 
 using namespace Qt::StringLiterals;
 
@@ -258,21 +257,18 @@ BENCHMARK(HistorySnapshotUndoRedo);
 
 }  // namespace
 
-// Reading a file writes its trace to standard output. The report keeps the real one; the trace gets
-// /dev/null.
+// Reading a file writes its trace to standard output, which goes nowhere here; the report goes to
+// standard error.
 int main(int argc, char* argv[]) {
-    const int report_descriptor = dup(STDOUT_FILENO);
-    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-    if (report_descriptor < 0 || nowhere < 0 || dup2(nowhere, STDOUT_FILENO) < 0)
-        return 1;
-    std::ofstream report("/dev/fd/" + std::to_string(report_descriptor));
     const QCoreApplication app(argc, argv);
+    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (nowhere < 0 || dup2(nowhere, STDOUT_FILENO) < 0)
+        return 1;
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
     const std::unique_ptr<benchmark::BenchmarkReporter> reporter(
         benchmark::CreateDefaultDisplayReporter());
-    reporter->SetOutputStream(&report);
-    reporter->SetErrorStream(&report);
+    reporter->SetOutputStream(&std::cerr);
     return benchmark::RunSpecifiedBenchmarks(reporter.get()) > 0 ? 0 : 1;
 }
