@@ -1,0 +1,274 @@
+// Time of the operations without a window, beside plain reading and writing of the same bytes. The
+// argument of a benchmark is the number of points.
+
+#include "BenchPoints.h"
+#include "app/CPlugExchangeFile.h"
+#include "app/CPlugParameters.h"
+#include "profiles/Coefficients.h"
+#include "profiles/EditHistory.h"
+#include "profiles/ProfileSession.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <iostream>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kFewest = 1'000;
+constexpr int kMost = 1'000'000;
+
+int PointsOf(const benchmark::State& state) {
+    return static_cast<int>(state.range(0));
+}
+
+void CountPoints(benchmark::State& state) {
+    state.SetComplexityN(state.range(0));
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+// An exchange file on the disk.
+struct FileOnDisk {
+    explicit FileOnDisk(int points)
+        : content(ExchangeFileOf(BenchPoints(points))), path(folder.filePath(u"exchange.txt"_s)) {
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("The file for the measurement cannot be written.");
+    }
+
+    QTemporaryDir folder;
+    QByteArray content;
+    QString path;
+};
+
+// A function's session filled from lists.
+struct FilledSession {
+    explicit FilledSession(int count) : points(count) {
+        SessionSetup setup;
+        setup.times = &points.times;
+        setup.values = &points.values;
+        session = std::make_unique<ProfileSession>(setup);
+        session->InitialFill();
+    }
+
+    BenchPoints points;
+    std::unique_ptr<ProfileSession> session;
+};
+
+void SplitLines(benchmark::State& state) {
+    const QList<QByteArray> lines = ExchangeFileOf(BenchPoints(PointsOf(state))).split('\n');
+    for (auto _ : state) {
+        qsizetype count = 0;
+        for (const QByteArray& line : lines)
+            count += CPlugInstruction(line).values().size();
+        benchmark::DoNotOptimize(count);
+    }
+    CountPoints(state);
+}
+
+// From the path to the points, and until all of it is freed. The trace goes to /dev/null.
+void ReadFile(benchmark::State& state) {
+    const FileOnDisk disk(PointsOf(state));
+    for (auto _ : state) {
+        CPlugExchangeFile file(disk.path);
+        CPlugParameters parameters;
+        parameters.setParameters(&file);
+        benchmark::DoNotOptimize(parameters.getPointCount());
+    }
+    CountPoints(state);
+}
+
+void ReadBytes(benchmark::State& state) {
+    const FileOnDisk disk(PointsOf(state));
+    for (auto _ : state) {
+        QFile file(disk.path);
+        benchmark::DoNotOptimize(file.open(QIODevice::ReadOnly) ? file.readAll().size() : 0);
+    }
+    CountPoints(state);
+}
+
+// From the points to the file in its place.
+void WriteFile(benchmark::State& state) {
+    const BenchPoints points(PointsOf(state));
+    const FileOnDisk disk(PointsOf(state));
+    CPlugExchangeFile file(disk.path);
+    CPlugParameters parameters;
+    parameters.setParameters(&file);
+    for (auto _ : state) {
+        parameters.clearPoints();
+        for (qsizetype i = 0; i < points.times.size(); ++i)
+            parameters.addPoint({points.times[i], points.values[i]});
+        parameters.writeFile();
+    }
+    CountPoints(state);
+}
+
+void WriteBytesAndSync(benchmark::State& state) {
+    const FileOnDisk disk(PointsOf(state));
+    for (auto _ : state) {
+        QFile file(disk.path + u".new"_s);
+        if (!file.open(QIODevice::WriteOnly) || file.write(disk.content) < 0 || !file.flush() ||
+            fsync(file.handle()) != 0)
+            state.SkipWithError("cannot write");
+    }
+    CountPoints(state);
+}
+
+void FillSession(benchmark::State& state) {
+    BenchPoints points(PointsOf(state));
+    SessionSetup setup;
+    setup.times = &points.times;
+    setup.values = &points.values;
+    for (auto _ : state) {
+        ProfileSession session(setup);
+        benchmark::DoNotOptimize(session.InitialFill());
+    }
+    CountPoints(state);
+}
+
+void EnterValue(benchmark::State& state) {
+    const FilledSession filled(PointsOf(state));
+    const std::array texts = {u"1.5"_s, u"2.5"_s};
+    size_t next = 0;
+    for (auto _ : state)
+        filled.session->EnterValue(PointsOf(state) / 2, texts[next++ % texts.size()]);
+    state.SetComplexityN(state.range(0));
+}
+
+// The first point moves behind all others, then back.
+void EnterTimeOfMovedRow(benchmark::State& state) {
+    const FilledSession filled(PointsOf(state));
+    const int count = PointsOf(state);
+    bool forward = true;
+    for (auto _ : state) {
+        filled.session->EnterTime(forward ? 1 : count, forward ? count : 1,
+                                  forward ? u"2000000"_s : u"0"_s);
+        forward = !forward;
+    }
+    CountPoints(state);
+}
+
+void UndoAndRedoMove(benchmark::State& state) {
+    const FilledSession filled(PointsOf(state));
+    filled.session->EnterTime(1, PointsOf(state), u"2000000"_s);
+    for (auto _ : state) {
+        filled.session->Undo();
+        filled.session->Redo();
+    }
+    CountPoints(state);
+}
+
+void InsertAndRemovePoint(benchmark::State& state) {
+    const FilledSession filled(PointsOf(state));
+    const int row = PointsOf(state) / 2;
+    for (auto _ : state) {
+        filled.session->InsertPoint(row, u"0.5"_s, u"1"_s);
+        filled.session->RemoveRows({row});
+    }
+    CountPoints(state);
+}
+
+void RemoveEverySecondRow(benchmark::State& state) {
+    QList<int> rows;
+    for (int row = 1; row < PointsOf(state); row += 2)
+        rows.append(row);
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto filled = std::make_unique<FilledSession>(PointsOf(state));
+        state.ResumeTiming();
+        filled->session->RemoveRows(rows);
+        state.PauseTiming();
+        filled.reset();
+        state.ResumeTiming();
+    }
+    CountPoints(state);
+}
+
+void Rebalance(benchmark::State& state, ProfileKind kind) {
+    QStringList column(Describe(kind).rows, u"1"_s);
+    float value = 0.5F;
+    for (auto _ : state) {
+        column = SettleRemainder(kind, RebalanceCoefficients(kind, column, 3, value));
+        value = 2.0F - value;
+    }
+}
+
+void HistoryStepUndoRedo(benchmark::State& state) {
+    EditHistory history(ProfileKind::Function);
+    HistoryStep step;
+    step.before = {4, u"4"_s, u"10"_s, {}};
+    step.after = {7, u"7.5"_s, u"12"_s, {}};
+    for (auto _ : state) {
+        history.PushStep(step);
+        benchmark::DoNotOptimize(history.UndoStep());
+        benchmark::DoNotOptimize(history.RedoStep());
+    }
+}
+
+void HistorySnapshotUndoRedo(benchmark::State& state) {
+    EditHistory history(ProfileKind::Daily);
+    const QStringList column(Describe(ProfileKind::Daily).rows, u"1"_s);
+    for (auto _ : state) {
+        history.PushSnapshot(column);
+        benchmark::DoNotOptimize(history.UndoSnapshot(column));
+        benchmark::DoNotOptimize(history.RedoSnapshot());
+    }
+}
+
+void Sizes(benchmark::internal::Benchmark* one) {
+    one->RangeMultiplier(10)->Range(kFewest, kMost)->Unit(benchmark::kMillisecond);
+}
+
+// Fitted to one order, not to the best fitting one: a misfit shows as a large RMS.
+void LinearSizes(benchmark::internal::Benchmark* one) {
+    Sizes(one);
+    one->Complexity(benchmark::oN);
+}
+
+BENCHMARK(SplitLines)->Apply(LinearSizes);
+BENCHMARK(ReadBytes)->Apply(LinearSizes);
+BENCHMARK(ReadFile)->Apply(LinearSizes);
+BENCHMARK(WriteBytesAndSync)->Apply(LinearSizes)->UseRealTime();
+BENCHMARK(WriteFile)->Apply(LinearSizes)->UseRealTime();
+BENCHMARK(FillSession)->Apply(LinearSizes);
+BENCHMARK(EnterValue)->RangeMultiplier(10)->Range(kFewest, kMost)->Complexity(benchmark::o1);
+BENCHMARK(EnterTimeOfMovedRow)->Apply(LinearSizes);
+BENCHMARK(UndoAndRedoMove)->Apply(LinearSizes);
+BENCHMARK(InsertAndRemovePoint)->Apply(LinearSizes);
+BENCHMARK(RemoveEverySecondRow)
+    ->RangeMultiplier(10)
+    ->Range(kFewest, kMost / 10)
+    ->Unit(benchmark::kMillisecond)
+    ->Complexity(benchmark::oN);
+BENCHMARK_CAPTURE(Rebalance, Annual, ProfileKind::Annual);
+BENCHMARK_CAPTURE(Rebalance, Daily, ProfileKind::Daily);
+BENCHMARK(HistoryStepUndoRedo);
+BENCHMARK(HistorySnapshotUndoRedo);
+
+}  // namespace
+
+// Reading a file writes its trace to standard output, which goes nowhere here; the report goes to
+// standard error.
+int main(int argc, char* argv[]) {
+    const QCoreApplication app(argc, argv);
+    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (nowhere < 0 || dup2(nowhere, STDOUT_FILENO) < 0)
+        return 1;
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    const std::unique_ptr<benchmark::BenchmarkReporter> reporter(
+        benchmark::CreateDefaultDisplayReporter());
+    reporter->SetOutputStream(&std::cerr);
+    return benchmark::RunSpecifiedBenchmarks(reporter.get()) > 0 ? 0 : 1;
+}

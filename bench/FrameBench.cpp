@@ -1,0 +1,191 @@
+// Time of one change in the real dialog on the offscreen platform, up to the painted window. The
+// arguments of a benchmark are the number of points and whether their times stand in order.
+
+#include "BenchPoints.h"
+#include "RunDialog.h"
+#include "chart/CGraphView.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QTableView>
+
+#include <array>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kMostRounds = 20;
+
+// The dialog of a function, shown and painted, and the user before it.
+class Window : public QObject {
+public:
+    Window(int count, bool ordered) : m_points(count) {
+        if (!ordered)
+            m_points.times = Shuffled(m_points.times);
+        SessionSetup setup;
+        setup.name = &m_name;
+        setup.times = &m_points.times;
+        setup.values = &m_points.values;
+        m_dialog = std::make_unique<CDlgGridChart>(std::move(setup));
+        // The modal run sets the dialog up and ends at once; shown again it leaves the control
+        // here.
+        RunDialog(*m_dialog, [] {});
+        m_dialog->show();
+        m_view = m_dialog->findChild<CGraphView*>();
+        m_grid = m_dialog->findChild<QTableView*>();
+        m_view->installEventFilter(this);
+        Settle();
+    }
+
+    bool eventFilter(QObject*, QEvent* event) override {
+        m_painted = m_painted || event->type() == QEvent::Paint;
+        return false;
+    }
+
+    // Lets everything happen that is due, as the event loop would; true when the chart was painted.
+    bool Frame() {
+        m_painted = false;
+        // One round more: the plot asks for another painting, of what it has drawn already.
+        for (int round = 0; round < kMostRounds && !m_painted; ++round)
+            QApplication::processEvents();
+        QApplication::processEvents();
+        return m_painted;
+    }
+
+    // As an entry that was typed into the cell of the second row, another one each time.
+    void EnterValue() {
+        const QString text = m_entries++ % 2 == 0 ? u"510.25"_s : u"497.75"_s;
+        m_grid->model()->setData(m_grid->model()->index(1, 1), text, Qt::EditRole);
+    }
+
+    // Where a point in the middle of the list stands in the chart.
+    QPoint PointPlace() const {
+        const qsizetype index = m_points.times.size() / 2;
+        return m_view->Scale()
+            .ToPixels({m_points.times[index].toDouble(), m_points.values[index].toDouble()})
+            .toPoint();
+    }
+
+    void Mouse(QEvent::Type type, QPoint at, Qt::MouseButton button, bool down) const {
+        QMouseEvent event(type, at, m_view->mapToGlobal(at), button,
+                          down ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(m_view, &event);
+    }
+
+    bool IsDragging() const { return m_dialog->session().isDragging(); }
+
+private:
+    void Settle() {
+        for (int round = 0; round < kMostRounds; ++round)
+            QApplication::processEvents();
+    }
+
+    QString m_name = u"Function editor"_s;
+    BenchPoints m_points;
+    std::unique_ptr<CDlgGridChart> m_dialog;
+    CGraphView* m_view = nullptr;
+    QTableView* m_grid = nullptr;
+    int m_entries = 0;
+    bool m_painted = false;
+};
+
+// The benchmark functions are called several times for one result; a window of a million points is
+// not made anew for each. There is one at a time, and none when the application ends.
+class WindowStore {
+public:
+    Window& For(const benchmark::State& state) {
+        const std::array wanted = {state.range(0), state.range(1)};
+        if (m_shown != wanted) {
+            m_window.reset();
+            m_shown = wanted;
+            m_window = std::make_unique<Window>(static_cast<int>(wanted[0]), wanted[1] != 0);
+        }
+        return *m_window;
+    }
+
+    void Close() { m_window.reset(); }
+
+private:
+    std::unique_ptr<Window> m_window;
+    std::array<int64_t, 2> m_shown = {-1, -1};
+};
+
+WindowStore windows;
+
+// All that an entry does until the window waits for its painting.
+void EnterValue(benchmark::State& state) {
+    Window& window = windows.For(state);
+    for (auto _ : state)
+        window.EnterValue();
+    window.Frame();
+}
+
+void EnterValueFrame(benchmark::State& state) {
+    Window& window = windows.For(state);
+    for (auto _ : state) {
+        window.EnterValue();
+        if (!window.Frame())
+            state.SkipWithError("nothing was painted");
+    }
+}
+
+void DragFrame(benchmark::State& state) {
+    Window& window = windows.For(state);
+    const QPoint from = window.PointPlace();
+    window.Mouse(QEvent::MouseButtonPress, from, Qt::LeftButton, true);
+    window.Mouse(QEvent::MouseMove, from + QPoint(0, 12), Qt::NoButton, true);
+    window.Frame();
+    int step = 0;
+    for (auto _ : state) {
+        window.Mouse(QEvent::MouseMove, from + QPoint(0, 10 + 2 * (++step % 12)), Qt::NoButton,
+                     true);
+        if (!window.Frame())
+            state.SkipWithError("nothing was painted");
+    }
+    if (!window.IsDragging())
+        state.SkipWithError("nothing was dragged");
+    window.Mouse(QEvent::MouseMove, from, Qt::NoButton, true);
+    window.Mouse(QEvent::MouseButtonRelease, from, Qt::LeftButton, false);
+    window.Frame();
+}
+
+// The mouse goes over the chart: the item under it is looked for, its tip shown.
+void HoverMove(benchmark::State& state) {
+    const Window& window = windows.For(state);
+    const QPoint at = window.PointPlace();
+    int step = 0;
+    for (auto _ : state)
+        window.Mouse(QEvent::MouseMove, at + QPoint(3 * (++step % 8), 0), Qt::NoButton, false);
+}
+
+void Sizes(benchmark::internal::Benchmark* one) {
+    one->ArgNames({"points", "ordered"})
+        ->ArgsProduct({{10, 8'760, 100'000, 525'600, 1'000'000}, {1, 0}})
+        ->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK(EnterValue)->Apply(Sizes);
+BENCHMARK(EnterValueFrame)->Apply(Sizes);
+BENCHMARK(DragFrame)->Apply(Sizes);
+BENCHMARK(HoverMove)->Apply(Sizes);
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    benchmark::Initialize(&argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // A painting that is asked for comes at once and not after the platform's 5 ms.
+    qputenv("QT_QPA_UPDATE_IDLE_TIME", "0");
+    // The platform tells at each tip that it cannot raise windows.
+    qputenv("QT_LOGGING_RULES", "default.warning=false");
+    const QApplication app(argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    const size_t count = benchmark::RunSpecifiedBenchmarks();
+    windows.Close();
+    return count > 0 ? 0 : 1;
+}

@@ -1,0 +1,173 @@
+"""A screen of its own for measurements: Xvfb, whose picture lies in mapped memory, and openbox,
+which puts every window without a frame at the top left corner. Keys and mouse events are made by the
+server itself (XTest)."""
+
+import ctypes
+import ctypes.util
+import mmap
+import os
+import pathlib
+import random
+import shutil
+import struct
+import subprocess
+import tempfile
+import time
+
+SIZE = (1024, 768)
+
+# Nothing that is measured paints in this colour, so a pixel that has it has not been painted.
+ROOT_COLOUR = 0xFF00FF
+
+OPENBOX_RC = """<?xml version="1.0"?>
+<openbox_config xmlns="http://openbox.org/3.4/rc">
+<mouse><context name="Client"><mousebind button="Left" action="Press">
+<action name="Focus"/></mousebind></context></mouse>
+<focus><focusNew>yes</focusNew></focus>
+<applications><application class="*"><decor>no</decor><focus>yes</focus>
+<position force="yes"><x>0</x><y>0</y></position></application></applications>
+</openbox_config>
+"""
+
+# Seconds that the screen itself is waited for.
+LIMIT = 20
+
+
+def _library(name):
+    path = ctypes.util.find_library(name)
+    if path is None:
+        raise RuntimeError(f"lib{name} is missing")
+    return ctypes.CDLL(path)
+
+
+class Screen:
+    """The running screen; `with Screen() as screen:` ends it again."""
+
+    def __init__(self):
+        self._folder = tempfile.mkdtemp(prefix="bench-screen-")
+        self._manager = None
+        self._server, self.name = self._start_server()
+        self.environment = dict(os.environ, DISPLAY=self.name, QT_QPA_PLATFORM="xcb")
+        for variable in ("WAYLAND_DISPLAY", "XAUTHORITY", "QT_SCALE_FACTOR"):
+            self.environment.pop(variable, None)
+        self._map_picture()
+        self._connect()
+        self._start_manager()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        for process in (self._manager, self._server):
+            if process is not None:
+                process.kill()
+                process.wait()
+        shutil.rmtree(self._folder, ignore_errors=True)
+
+    def _start_server(self):
+        for _ in range(10):
+            number = random.randrange(100, 10000)
+            ready, write = os.pipe()
+            server = subprocess.Popen(
+                ["Xvfb", f":{number}", "-displayfd", str(write), "-nolisten", "tcp",
+                 "-screen", "0", f"{SIZE[0]}x{SIZE[1]}x24", "-fbdir", self._folder],
+                pass_fds=[write], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                stderr=subprocess.DEVNULL)
+            os.close(write)
+            with os.fdopen(ready) as answer:
+                if answer.readline():
+                    return server, f":{number}"
+            server.kill()
+            server.wait()
+        raise RuntimeError("no virtual screen")
+
+    # The file is a picture in the format of xwd: a header of big-endian numbers, colours, pixels.
+    def _map_picture(self):
+        path = pathlib.Path(self._folder, "Xvfb_screen0")
+        with open(path, "r+b") as file:
+            self._map = mmap.mmap(file.fileno(), 0)
+        header = struct.unpack(">25I", self._map[:100])
+        self._start = header[0] + header[19] * 12
+        self._line = header[12]
+        if header[11] != 32 or header[7] != 0:
+            raise RuntimeError("the virtual screen has an unexpected format")
+        self._address = ctypes.addressof(ctypes.c_char.from_buffer(self._map))
+        self._compare = ctypes.CDLL(None).memcmp
+        self._compare.argtypes = [ctypes.c_void_p, ctypes.c_void_p, ctypes.c_size_t]
+        self._copy = ctypes.create_string_buffer(self._line * SIZE[1])
+
+    def _connect(self):
+        self._x = _library("X11")
+        self._xtest = _library("Xtst")
+        self._x.XOpenDisplay.restype = ctypes.c_void_p
+        self._x.XDefaultRootWindow.restype = ctypes.c_ulong
+        self._x.XStringToKeysym.restype = ctypes.c_ulong
+        display = ctypes.c_void_p(self._x.XOpenDisplay(self.name.encode()))
+        if not display:
+            raise RuntimeError("no connection to the virtual screen")
+        self._display = display
+        root = ctypes.c_ulong(self._x.XDefaultRootWindow(display))
+        self._x.XSetWindowBackground(display, root, ctypes.c_ulong(ROOT_COLOUR))
+        self._x.XClearWindow(display, root)
+        self._x.XSync(display, 0)
+
+    def _start_manager(self):
+        rc = pathlib.Path(self._folder, "rc.xml")
+        rc.write_text(OPENBOX_RC, encoding="utf-8")
+        self._manager = subprocess.Popen(
+            ["openbox", "--sm-disable", "--config-file", str(rc)], env=self.environment,
+            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        end = time.monotonic() + LIMIT
+        while b"#" not in subprocess.run(
+                ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], env=self.environment,
+                stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False).stdout:
+            if time.monotonic() > end:
+                raise RuntimeError("no window manager")
+            time.sleep(0.05)
+
+    def changed(self, height=SIZE[1]):
+        """Whether the upper part of the picture differs from what it was at the last call."""
+        size = self._line * height
+        source = self._address + self._start
+        if self._compare(source, self._copy, size) == 0:
+            return False
+        ctypes.memmove(self._copy, source, size)
+        return True
+
+    def row(self, y, left, right):
+        """The pixels of a part of a line, four bytes each: blue, green, red, unused."""
+        start = self._start + y * self._line
+        return self._map[start + 4 * left:start + 4 * right]
+
+    def is_painted(self, width, height):
+        """No pixel on a lattice over the top left part of the screen shows the bare screen."""
+        bare = ROOT_COLOUR.to_bytes(4, "little")[:3]
+        for y in [*range(1, height, 16), height - 2]:
+            row = self.row(y, 0, width)
+            if any(row[4 * x:4 * x + 3] == bare for x in [*range(1, width, 16), width - 2]):
+                return False
+        return True
+
+    def move(self, x, y):
+        self._xtest.XTestFakeMotionEvent(self._display, -1, x, y, ctypes.c_ulong(0))
+        self._x.XFlush(self._display)
+
+    def button(self, down):
+        self._xtest.XTestFakeButtonEvent(self._display, 1, int(down), ctypes.c_ulong(0))
+        self._x.XFlush(self._display)
+
+    def click(self, x, y):
+        self.move(x, y)
+        self.button(True)
+        self.button(False)
+
+    def key(self, name):
+        code = self._x.XKeysymToKeycode(
+            self._display, ctypes.c_ulong(self._x.XStringToKeysym(name.encode())))
+        for down in (1, 0):
+            self._xtest.XTestFakeKeyEvent(self._display, code, down, ctypes.c_ulong(0))
+        self._x.XFlush(self._display)
+
+    def type(self, number):
+        for character in number:
+            self.key({".": "period", "-": "minus"}.get(character, character))
