@@ -17,9 +17,10 @@ constexpr qsizetype kCyclesLine = 10;
 constexpr qsizetype kCountLines = 11;
 constexpr qsizetype kFirstPoint = 13;
 
-// A CR at the end of a line may be taken for a part of its end.
+// A CR at the end of a line may be taken for a part of its end. A marker without a comment goes
+// too.
 QByteArray WithoutCr(QByteArray line) {
-    while (line.endsWith('\r'))
+    while (line.endsWith('\r') || line.endsWith(" !"))
         line.chop(1);
     return line;
 }

@@ -72,7 +72,7 @@ void CheckTimes(Editing& editing, const Cells& before, const Block& block, const
     const QStringList lines = text.split(u'\n');
     const Cells after = editing.cells();
     for (qsizetype i = 0; i < block.rows; ++i) {
-        const double time = ParseNumber(QString(lines[i]).replace(u',', u'.'));
+        const double time = ParseNumber(lines[i].trimmed().replace(u',', u'.'));
         const double value = ParseNumber(before[1][block.row + i]);
         bool found = false;
         for (qsizetype row = 1; row < after[0].size(); ++row)
@@ -84,6 +84,7 @@ void CheckTimes(Editing& editing, const Cells& before, const Block& block, const
 
 }  // namespace
 
+// NOLINTNEXTLINE(readability-non-const-parameter): given by the caller of main
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
     static const QGuiApplication application(*argc, *argv);
     return 0;
