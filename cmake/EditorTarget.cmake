@@ -11,4 +11,10 @@ function(editor_target target)
             -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
         target_link_options(${target} PUBLIC -fsanitize=address,undefined)
     endif()
+    if(EDITOR_FUZZ)
+        target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link,address,undefined
+            -fno-sanitize-recover=all -fno-omit-frame-pointer
+            -fprofile-instr-generate -fcoverage-mapping)
+        target_link_options(${target} PUBLIC -fsanitize=address,undefined -fprofile-instr-generate)
+    endif()
 endfunction()

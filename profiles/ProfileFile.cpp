@@ -169,7 +169,8 @@ std::optional<QByteArray> ReadFileBytes(const QString& path) {
     QFile file(path);
     if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly))
         return std::nullopt;
-    QByteArray bytes = file.read(kLargestFile + 1);
+    // A read reserves all the room that it is allowed to fill.
+    QByteArray bytes = file.read(std::min(file.size(), kLargestFile) + 1);
     if (file.error() != QFileDevice::NoError)
         return std::nullopt;
     return bytes;
