@@ -88,6 +88,9 @@ protected:
     }
 
     void draw(QCPPainter* painter) override {
+        // The plot draws itself on each change of its size, before the axes know the new one.
+        if (!m_view.IsDrawn())
+            return;
         // The plot's painter shifts its origin while it smooths; that would blur the markers.
         painter->setAntialiasing(false);
         PlotScale scale = m_view.Scale();
@@ -336,9 +339,9 @@ void CGraphView::paintEvent(QPaintEvent*) {
 }
 
 void CGraphView::resizeEvent(QResizeEvent*) {
-    m_plot->setGeometry(PartRect(m_control->document().display_rect));
     m_style_due = true;
     Redraw();
+    m_plot->setGeometry(PartRect(m_control->document().display_rect));
 }
 
 void CGraphView::changeEvent(QEvent* event) {

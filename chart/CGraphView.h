@@ -35,6 +35,9 @@ public:
     /// The mapping between axis units and the pixels of this widget, as drawn last.
     PlotScale Scale() const;
 
+    /// False while a change waits for the next painting; `Scale` is not that of the items then.
+    bool IsDrawn() const { return !m_redraw_due; }
+
 signals:
     /// A press on the chart begins; an open cell editor is to be closed.
     void PressBegins();

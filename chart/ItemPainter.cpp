@@ -42,7 +42,7 @@ public:
         const bool dense = distance < kMarkerDistance;
         const ItemStyle& style = m_chart.item_style;
         if ((style.flags & ItemStyle::kLine) != 0)
-            PaintLine(dense ? 1 : style.width);
+            PaintLine(dense ? 1.0 / m_device_pixels : style.width);
         if ((style.flags & ItemStyle::kMarkers) == 0)
             return;
         const double size = distance < kRoomyDistance ? kSmallMarker : kLargeMarker;
@@ -75,7 +75,7 @@ private:
             m_painter.fillRect(face, ToQColor(style.FaceColour()));
     }
 
-    void PaintLine(int width) {
+    void PaintLine(double width) {
         const std::span<const double> values = m_chart.Group(m_chart.GroupCount() - 1);
         std::vector<double> indices;
         if (m_chart.GroupCount() == 1) {
