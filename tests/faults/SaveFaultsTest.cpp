@@ -34,8 +34,7 @@ constexpr int kManyPoints = 20'000;          // a megabyte
 constexpr int kKills = kSanitized ? 5 : 60;  // FAULT_KILLS_TIMES multiplies it
 constexpr qint64 kDiskSize = 1 << 20;
 
-// Pieces are nothing but bytes, written a few at a time.
-enum class Format { ExchangeFile, Profile, Pieces };
+enum class Format { ExchangeFile, Profile, BytesAlone };
 
 const QString kMemoryDisk = u"/dev/shm"_s;
 const QString kNeighbour = u"neighbour.txt"_s;
@@ -77,7 +76,7 @@ class Document {
 public:
     Document(Format format, const QString& path, int points)
         : m_format(format), m_path(path), m_points(points) {
-        if (format == Format::Pieces)
+        if (format == Format::BytesAlone)
             return;
         if (format == Format::ExchangeFile) {
             WriteAll(path, SavedFile(PointsOf(points, 0)).chopped(1));
@@ -101,14 +100,8 @@ public:
     }
 
     void Save(int version) {
-        if (m_format == Format::Pieces) {
-            const QByteArray piece = ValueOf(version);
-            ReplaceFile(m_path, [&](QIODevice& out) {
-                int written = 0;
-                while (written < m_points && out.write(piece) == piece.size())
-                    ++written;
-                return written == m_points;
-            });
+        if (m_format == Format::BytesAlone) {
+            ReplaceFile(m_path, Content(version));
             return;
         }
         const QString value = QString::fromLatin1(ValueOf(version));
@@ -126,7 +119,7 @@ public:
     QByteArray Content(int version) const {
         if (m_format == Format::ExchangeFile)
             return SavedFile(PointsOf(m_points, version)).chopped(version == 0 ? 1 : 0);
-        if (m_format == Format::Pieces)
+        if (m_format == Format::BytesAlone)
             return ValueOf(version).repeated(m_points);
         QByteArray times = "Value of time =";
         for (int i = 0; i < m_points; ++i)
@@ -282,7 +275,7 @@ const char* NameOf(Format format) {
     switch (format) {
         case Format::ExchangeFile: return "exchange file";
         case Format::Profile: return "profile";
-        case Format::Pieces: break;
+        case Format::BytesAlone: break;
     }
     return "bytes alone";
 }
@@ -368,8 +361,8 @@ private slots:
             QTest::newRow(NameOf(format)) << format << QDir::tempPath() << kKills;
         // Where nothing is computed or waits for a disk, kills strike while bytes are written.
         const bool in_memory = QFileInfo(kMemoryDisk).isWritable();
-        QTest::newRow(NameOf(Format::Pieces))
-            << Format::Pieces << (in_memory ? kMemoryDisk : QDir::tempPath()) << 2 * kKills;
+        QTest::newRow(NameOf(Format::BytesAlone))
+            << Format::BytesAlone << (in_memory ? kMemoryDisk : QDir::tempPath()) << 2 * kKills;
     }
     // A child saves two contents in turn until it is killed, each time in the folder as the killed
     // ones before left it.
@@ -380,7 +373,7 @@ private slots:
         const Place place(above);
         QVERIFY(WriteAll(place.folder + u'/' + kNeighbour, kNeighbourText));
         Document document(format, place.path,
-                          format == Format::Pieces ? 20 * kManyPoints : kManyPoints);
+                          format == Format::BytesAlone ? 20 * kManyPoints : kManyPoints);
         QElapsedTimer timer;
         timer.start();
         document.Save(1);
