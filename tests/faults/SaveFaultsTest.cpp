@@ -29,13 +29,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kFewPoints = 2'000;              // some pages of a disk
-constexpr int kManyPoints = 20'000;            // a megabyte
-constexpr int kKills = kSanitized ? 10 : 100;  // a format; FAULT_KILLS sets another number
+constexpr int kFewPoints = 2'000;            // some pages of a disk
+constexpr int kManyPoints = 20'000;          // a megabyte
+constexpr int kKills = kSanitized ? 5 : 60;  // FAULT_KILLS_TIMES multiplies it
 constexpr qint64 kDiskSize = 1 << 20;
 
-enum class Format { ExchangeFile, Profile };
+enum class Format { ExchangeFile, Profile, BytesAlone };
 
+const QString kMemoryDisk = u"/dev/shm"_s;
 const QString kNeighbour = u"neighbour.txt"_s;
 const QByteArray kNeighbourText = "not ours\n";
 
@@ -73,7 +74,10 @@ private:
 // shortest, stands in the file when it is made.
 class Document {
 public:
-    Document(Format format, const QString& path, int points) : m_format(format), m_points(points) {
+    Document(Format format, const QString& path, int points)
+        : m_format(format), m_path(path), m_points(points) {
+        if (format == Format::BytesAlone)
+            return;
         if (format == Format::ExchangeFile) {
             WriteAll(path, SavedFile(PointsOf(points, 0)).chopped(1));
             m_file = std::make_unique<CPlugExchangeFile>(path);
@@ -96,6 +100,10 @@ public:
     }
 
     void Save(int version) {
+        if (m_format == Format::BytesAlone) {
+            ReplaceFile(m_path, Content(version));
+            return;
+        }
         const QString value = QString::fromLatin1(ValueOf(version));
         if (m_format == Format::Profile) {
             m_session->EnterColumn(QStringList(m_points, value), 1);
@@ -111,6 +119,8 @@ public:
     QByteArray Content(int version) const {
         if (m_format == Format::ExchangeFile)
             return SavedFile(PointsOf(m_points, version)).chopped(version == 0 ? 1 : 0);
+        if (m_format == Format::BytesAlone)
+            return ValueOf(version).repeated(m_points);
         QByteArray times = "Value of time =";
         for (int i = 0; i < m_points; ++i)
             times += ' ' + QByteArray::number(i);
@@ -119,6 +129,7 @@ public:
 
 private:
     Format m_format;
+    QString m_path;
     int m_points;
     std::unique_ptr<CPlugExchangeFile> m_file;
     CPlugParameters m_parameters;
@@ -127,11 +138,11 @@ private:
 
 // A folder of its own that a user without rights may enter.
 struct Place {
-    QTemporaryDir parent;
+    QTemporaryDir parent;  // in `above`
     QString folder = parent.filePath(u"host"_s);
     QString path = folder + u"/run.txt"_s;
 
-    Place() {
+    explicit Place(const QString& above = QDir::tempPath()) : parent(above + u"/faults-XXXXXX"_s) {
         chmod(QFile::encodeName(parent.path()).constData(), 0777);
         QDir().mkdir(folder);
         chmod(QFile::encodeName(folder).constData(), 0777);
@@ -261,7 +272,12 @@ void SaveUnder(const Fault& fault, const Place& place, Format format, int points
 }
 
 const char* NameOf(Format format) {
-    return format == Format::ExchangeFile ? "exchange file" : "profile";
+    switch (format) {
+        case Format::ExchangeFile: return "exchange file";
+        case Format::Profile: return "profile";
+        case Format::BytesAlone: break;
+    }
+    return "bytes alone";
 }
 
 QString Refusal(Format format, const QString& path) {
@@ -339,16 +355,25 @@ private slots:
 
     void Kills_data() {
         QTest::addColumn<Format>("format");
+        QTest::addColumn<QString>("above");
+        QTest::addColumn<int>("kills");
         for (const Format format : {Format::ExchangeFile, Format::Profile})
-            QTest::newRow(NameOf(format)) << format;
+            QTest::newRow(NameOf(format)) << format << QDir::tempPath() << kKills;
+        // Where nothing is computed or waits for a disk, kills strike while bytes are written.
+        const bool in_memory = QFileInfo(kMemoryDisk).isWritable();
+        QTest::newRow(NameOf(Format::BytesAlone))
+            << Format::BytesAlone << (in_memory ? kMemoryDisk : QDir::tempPath()) << 2 * kKills;
     }
     // A child saves two contents in turn until it is killed, each time in the folder as the killed
     // ones before left it.
     void Kills() {
         QFETCH(const Format, format);
-        const Place place;
+        QFETCH(const QString, above);
+        QFETCH(int, kills);
+        const Place place(above);
         QVERIFY(WriteAll(place.folder + u'/' + kNeighbour, kNeighbourText));
-        Document document(format, place.path, kManyPoints);
+        Document document(format, place.path,
+                          format == Format::BytesAlone ? 20 * kManyPoints : kManyPoints);
         QElapsedTimer timer;
         timer.start();
         document.Save(1);
@@ -357,9 +382,7 @@ private slots:
         const QByteArray contents[] = {document.Content(1), document.Content(2)};
         QCOMPARE(ReadAll(place.path), contents[1]);
 
-        bool is_set = false;
-        const int wanted = qEnvironmentVariableIntValue("FAULT_KILLS", &is_set);
-        const int kills = is_set ? wanted : kKills;
+        kills *= std::max(1, qEnvironmentVariableIntValue("FAULT_KILLS_TIMES"));
         QRandomGenerator random(4711);
         int found[] = {0, 0};
         for (int i = 0; i < kills; ++i) {

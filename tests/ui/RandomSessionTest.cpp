@@ -153,6 +153,7 @@ public:
         while (rest >= chosen->weight)
             rest -= (chosen++)->weight;
         m_entered_negative = false;
+        m_column_before = Table().Column(2);
         QString fault = (this->*chosen->step)();
         if (fault.isEmpty())
             fault = Check();
@@ -218,7 +219,8 @@ private:
         // Sums in single precision are off by some ten-thousandths.
         return std::abs(sum - m_facts.rows) <= (m_negative ? 0.015 : 0.0052)
                    ? QString()
-                   : u"the sum is %1"_s.arg(sum, 0, 'g', 10);
+                   : u"the sum is %1 in %2 after %3"_s.arg(sum, 0, 'g', 10)
+                         .arg(Table().Column(2).join(u'|'), m_column_before.join(u'|'));
     }
 
     QString RandomNumber() {
@@ -318,6 +320,7 @@ private:
                 return u"moved to %1, the cell holds %2, not %3"_s.arg(to.y()).arg(Cell(row, 2),
                                                                                    last);
         }
+        m_entered_negative = ParseNumber(last) < 0.0;
         QTest::mouseRelease(window, Qt::LeftButton, {}, origin + there);
         return OthersFollow() || Cell(row, 2) == last ? QString() : u"the last value got lost"_s;
     }
@@ -486,6 +489,7 @@ private:
     bool m_balanced = true;
     bool m_negative = false;  // a coefficient is, or was before or in the last step
     bool m_entered_negative = false;
+    QStringList m_column_before;
     QString m_log;
 };
 
