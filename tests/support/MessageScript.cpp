@@ -1,5 +1,7 @@
 #include "MessageScript.h"
 
+#include <QTest>
+
 #include <utility>
 
 MessageScript::MessageScript() {
@@ -15,6 +17,8 @@ MessageScript::MessageScript() {
 
 MessageScript::~MessageScript() {
     SetMessageHandler(std::move(m_former));
+    if (!Done())
+        QTest::qFail(qPrintable(Report()), __FILE__, __LINE__);
 }
 
 void MessageScript::Expect(const QString& text, const QString& caption) {

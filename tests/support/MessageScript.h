@@ -7,7 +7,7 @@
 
 /// Answers messages and questions from a script while it lives: the expected texts in order. A text
 /// that is not the next one, or that comes when none is due, is a failure; so is one that never
-/// came. A test ends with `QVERIFY2(script.Done(), qPrintable(script.Report()))`.
+/// came. Failures fail the running test when the script ends.
 class MessageScript {
 public:
     MessageScript();
