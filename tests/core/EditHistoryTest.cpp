@@ -1,67 +1,14 @@
+#include "TestRows.h"
 #include "profiles/EditHistory.h"
 
 #include <QRandomGenerator>
 #include <QTest>
 
 #include <algorithm>
-#include <optional>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// The plain history: all states there were, the one shown, and how far back undo may go.
-template <typename State>
-class StateList {
-public:
-    StateList(const State& first, qsizetype depth) : m_states({first}), m_depth(depth) {}
-
-    const State& Shown() const { return m_states[m_shown]; }
-    bool CanUndo() const { return m_shown > m_oldest; }
-    bool CanRedo() const { return m_shown + 1 < m_states.size(); }
-    void Undo() { m_shown -= CanUndo() ? 1 : 0; }
-    void Redo() { m_shown += CanRedo() ? 1 : 0; }
-    void Edit(const State& state) {
-        m_states.resize(++m_shown);
-        m_states.append(state);
-        m_oldest = std::max(m_oldest, m_shown - m_depth);
-    }
-
-private:
-    QList<State> m_states;
-    qsizetype m_depth;
-    qsizetype m_shown = 0;
-    qsizetype m_oldest = 0;
-};
-
-enum class Action { Edit, Undo, Redo, RefusedEdit };
-
-// Runs of the same action, so that both ends of the history are reached often.
-class Actions {
-public:
-    explicit Actions(quint32 seed) : m_random(seed) {}
-
-    Action Next() {
-        if (m_left == 0) {
-            m_left = m_random.bounded(1, 10);
-            m_action = static_cast<Action>(m_random.bounded(4));
-        }
-        --m_left;
-        return m_action;
-    }
-    int Below(qsizetype end) { return static_cast<int>(m_random.bounded(end)); }
-    QString Text() {
-        static const QStringList texts = {
-            u"-1"_s, u"-1.00"_s, u"1"_s,   u"1.0"_s, u"1.50"_s,
-            u""_s,   u"abc"_s,   u"1,5"_s, u"1e3"_s, u"0.30000000004"_s};
-        return texts[Below(texts.size())];
-    }
-
-private:
-    QRandomGenerator m_random;
-    Action m_action = Action::Edit;
-    int m_left = 0;
-};
 
 // The row of `from` becomes the row of `to`.
 void Restore(QList<RowState>& rows, const RowState& from, const RowState& to) {
@@ -71,10 +18,11 @@ void Restore(QList<RowState>& rows, const RowState& from, const RowState& to) {
         rows[i].row = static_cast<int>(i);
 }
 
-void AddKinds(std::initializer_list<ProfileKind> kinds) {
-    QTest::addColumn<ProfileKind>("kind");
-    for (const ProfileKind kind : kinds)
-        QTest::addRow("kind %d", static_cast<int>(kind)) << kind;
+QStringList ValuesOf(const QList<RowState>& rows) {
+    QStringList values;
+    for (const RowState& row : rows)
+        values += row.value;
+    return values;
 }
 
 }  // namespace
@@ -83,87 +31,72 @@ class EditHistoryTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void snapshotsAgainstStates_data() { AddKinds({ProfileKind::Annual, ProfileKind::Daily}); }
-    void snapshotsAgainstStates() {
-        QFETCH(ProfileKind, kind);
-        Actions actions(1);
-        QStringList shown(Describe(kind).rows, u"1"_s);
-        StateList<QStringList> states(shown, 6);
-        EditHistory history(kind);
-        for (int i = 0; i < 20000; ++i) {
-            std::optional<QStringList> restored;
-            switch (actions.Next()) {
-                case Action::Edit:
-                    history.PushSnapshot(shown);
-                    shown[actions.Below(shown.size())] = actions.Text();
-                    states.Edit(shown);
-                    break;
-                case Action::RefusedEdit: break;  // is never recorded
-                case Action::Undo:
-                    restored = history.UndoSnapshot(shown);
-                    QCOMPARE(restored.has_value(), states.CanUndo());
-                    states.Undo();
-                    break;
-                case Action::Redo:
-                    restored = history.RedoSnapshot();
-                    QCOMPARE(restored.has_value(), states.CanRedo());
-                    states.Redo();
-                    break;
-            }
-            shown = restored.value_or(shown);
-            QCOMPARE(shown, states.Shown());
-            QCOMPARE(history.CanUndo(), states.CanUndo());
-            QCOMPARE(history.CanRedo(), states.CanRedo());
-        }
-    }
-
-    void stepsAgainstStates_data() {
-        AddKinds({ProfileKind::Function, ProfileKind::Monthly, ProfileKind::Weekly});
-    }
-    void stepsAgainstStates() {
-        QFETCH(ProfileKind, kind);
-        Actions actions(2);
+    // Beside the plain history: all states there were, the one shown, and how far back undo may go.
+    void againstStates_data() { AddKinds(); }
+    void againstStates() {
+        QFETCH(ProfileKind, row);
+        const bool snapshots = Describe(row).coefficients;
+        QRandomGenerator random(1);
+        const auto text = [&random] {
+            static const QStringList texts =
+                Texts(u"-1|-1.00|1|1.0|1.50||abc|1,5|1e3|0.30000000004"_s);
+            return texts[random.bounded(texts.size())];
+        };
         QList<RowState> rows(7);
-        for (qsizetype i = 0; i < rows.size(); ++i)
-            rows[i] = {static_cast<int>(i), QString::number(i), u"1.00"_s, u"unknown"_s};
-        StateList<QList<RowState>> states(rows, 12);
-        EditHistory history(kind);
-        for (int i = 0; i < 20000; ++i) {
-            switch (actions.Next()) {
-                case Action::Edit: {
-                    const RowState before = rows[actions.Below(rows.size())];
-                    RowState after = before;
-                    (kind == ProfileKind::Function ? after.label : after.name) = actions.Text();
-                    after.value = actions.Text();
-                    if (kind == ProfileKind::Function)
-                        after.row = actions.Below(rows.size());
-                    history.PushStep({before, after});
-                    Restore(rows, before, after);
-                    if (before != after)
-                        states.Edit(rows);
-                    break;
-                }
-                case Action::RefusedEdit: history.PushStep({rows[0], rows[0]}); break;
-                case Action::Undo: {
-                    const std::optional<HistoryStep> step = history.UndoStep();
-                    QCOMPARE(step.has_value(), states.CanUndo());
-                    states.Undo();
-                    if (step)
-                        Restore(rows, step->after, step->before);
-                    break;
-                }
-                case Action::Redo: {
-                    const std::optional<HistoryStep> step = history.RedoStep();
-                    QCOMPARE(step.has_value(), states.CanRedo());
-                    states.Redo();
-                    if (step)
-                        Restore(rows, step->before, step->after);
-                    break;
-                }
+        for (int i = 0; i < 7; ++i)
+            rows[i] = {i, QString::number(i), u"1.00"_s, u"unknown"_s};
+        QList<QList<RowState>> states = {rows};
+        qsizetype shown = 0;
+        qsizetype oldest = 0;
+        EditHistory history(row);
+        enum { Edit, RefusedEdit, Undo, Redo } action = Edit;
+        for (int i = 0, left = 0; i < 20000; ++i, --left) {
+            // Runs of the same action, so that both ends of the history are reached often.
+            if (left == 0) {
+                left = random.bounded(1, 10);
+                action = static_cast<decltype(action)>(random.bounded(4));
             }
-            QVERIFY(rows == states.Shown());
-            QCOMPARE(history.CanUndo(), states.CanUndo());
-            QCOMPARE(history.CanRedo(), states.CanRedo());
+            const RowState before = rows[random.bounded(7)];
+            RowState after = before;
+            if (action == Edit) {
+                after.value = text();
+                if (row == ProfileKind::Function)
+                    after.row = random.bounded(7);
+                if (!snapshots)
+                    (row == ProfileKind::Function ? after.label : after.name) = text();
+            }
+            if (action <= RefusedEdit) {
+                if (!snapshots)
+                    history.PushStep({before, after});
+                else if (action == Edit)
+                    history.PushSnapshot(ValuesOf(rows));
+                Restore(rows, before, after);
+                if (before != after || (snapshots && action == Edit)) {
+                    states.resize(++shown);
+                    states.append(rows);
+                    oldest = std::max(oldest, shown - (snapshots ? 6 : 12));
+                }
+            } else {
+                const bool back = action == Undo;
+                const bool can = back ? shown > oldest : shown + 1 < states.size();
+                if (snapshots) {
+                    const auto column =
+                        back ? history.UndoSnapshot(ValuesOf(rows)) : history.RedoSnapshot();
+                    QCOMPARE(column.has_value(), can);
+                    for (qsizetype k = 0; can && k < rows.size(); ++k)
+                        rows[k].value = column->at(k);
+                } else {
+                    const auto step = back ? history.UndoStep() : history.RedoStep();
+                    QCOMPARE(step.has_value(), can);
+                    if (can)
+                        Restore(rows, back ? step->after : step->before,
+                                back ? step->before : step->after);
+                }
+                shown += !can ? 0 : back ? -1 : 1;
+            }
+            QVERIFY(rows == states[shown]);
+            QCOMPARE(history.CanUndo(), shown > oldest);
+            QCOMPARE(history.CanRedo(), shown + 1 < states.size());
         }
     }
 
