@@ -10,12 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-ProfileKind KindOf(const QJsonValue& value) {
-    return static_cast<ProfileKind>(value.toInt());
-}
-
 QPointF PointOf(const QJsonValue& value) {
-    return {value.toArray()[0].toDouble(), value.toArray()[1].toDouble()};
+    return {value[0].toDouble(), value[1].toDouble()};
 }
 
 }  // namespace
@@ -27,29 +23,22 @@ private slots:
     void Tip_data() { AddVectorRows("chart", "tip"); }
     void Tip() {
         QFETCH(const QJsonObject, vector);
-        QStringList tips;
-        const QJsonArray rows = vector[u"input"].toObject()[u"tip"].toArray();
-        for (const QJsonValue& value : rows) {
-            const QJsonArray row = value.toArray();
-            const ProfileKind kind = KindOf(row[0]);
-            tips.append(
+        for (const auto& [row, tip] : VectorPairs(vector[u"input"][u"tip"], vector[u"expected"])) {
+            const ProfileKind kind = VectorKind(row[0]);
+            QCOMPARE(
                 kind == ProfileKind::Function
                     ? FunctionTip(row[1].toString().toDouble(), row[2].toString().toDouble())
-                    : ProfileTip(kind, row[1].toString(), row[2].toString(), row[3].toString()));
+                    : ProfileTip(kind, row[1].toString(), row[2].toString(), row[3].toString()),
+                tip.toString());
         }
-        QCOMPARE(tips, VectorStrings(vector[u"expected"]));
     }
 
     void Drag_data() { AddVectorRows("chart", "drag"); }
     void Drag() {
         QFETCH(const QJsonObject, vector);
-        const QJsonArray drags = vector[u"input"].toObject()[u"drag"].toArray();
-        const QJsonArray results = vector[u"expected"].toArray();
-        QCOMPARE(drags.size(), results.size());
-        for (qsizetype i = 0; i < drags.size(); ++i) {
-            const QJsonArray drag = drags[i].toArray();
-            const QJsonObject expected = results[i].toObject();
-            const auto stored = AcceptDrag(KindOf(drag[0]), drag[1].toString().toDouble());
+        for (const auto& [drag, expected] :
+             VectorPairs(vector[u"input"][u"drag"], vector[u"expected"])) {
+            const auto stored = AcceptDrag(VectorKind(drag[0]), drag[1].toString().toDouble());
             QCOMPARE(stored.has_value(), expected[u"accepted"].toBool());
             if (stored) {
                 QCOMPARE(stored->text, expected[u"text"].toString());
@@ -58,19 +47,15 @@ private slots:
         }
     }
 
-    void Cut_data() {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<double>("cut");
-        QTest::newRow("a hundredth just below itself") << 0.29 << 0.29;
-        QTest::newRow("within the slack below") << 1.0799951 << 1.08;
-        QTest::newRow("beyond the slack below") << 1.079994 << 1.07;
-        QTest::newRow("within the slack, negative") << -0.2899951 << -0.29;
-        QTest::newRow("beyond the slack, negative") << -0.289994 << -0.28;
-    }
     void Cut() {
-        QFETCH(const double, value);
-        QFETCH(const double, cut);
-        QCOMPARE(CutToHundredths(value), cut);
+        const std::pair<double, double> cases[] = {
+            {0.29, 0.29},         // a hundredth just below itself
+            {1.0799951, 1.08},    // within the slack below
+            {1.079994, 1.07},     // beyond it
+            {-0.2899951, -0.29},  // within the slack, negative
+            {-0.289994, -0.28}};  // beyond it
+        for (const auto& [value, cut] : cases)
+            QCOMPARE(CutToHundredths(value), cut);
     }
 
     void Refused() {
@@ -86,37 +71,28 @@ private slots:
     void Pick_data() { AddVectorRows("chart", "pick"); }
     void Pick() {
         QFETCH(const QJsonObject, vector);
-        const QJsonObject input = vector[u"input"].toObject();
+        const QJsonValue input = vector[u"input"];
         QList<QPointF> points;
         const QJsonArray rows = input[u"rows"].toArray();
         for (const QJsonValue& row : rows)
             points.append(PointOf(row));
-        const QJsonArray presses = input[u"pick"].toArray();
-        const QJsonArray expected = vector[u"expected"].toArray();
-        QCOMPARE(presses.size(), expected.size());
-        for (qsizetype i = 0; i < presses.size(); ++i) {
-            const auto picked = PickPoint(points, PointOf(presses[i]));
-            QCOMPARE(picked.has_value(), !expected[i].isNull());
-            if (picked)
-                QCOMPARE(*picked + 1, qsizetype{expected[i].toInt()});
+        for (const auto& [press, expected] : VectorPairs(input[u"pick"], vector[u"expected"])) {
+            const auto picked = PickPoint(points, PointOf(press));
+            QCOMPARE(picked.has_value(), !expected.isNull());
+            QCOMPARE(picked.value_or(-1) + 1, expected.toInt());
         }
     }
 
     // The bounds hold although no axis value comes out of a pixel exactly.
-    void PickBounds_data() {
-        QTest::addColumn<QPointF>("press");
-        QTest::addColumn<bool>("picked");
-        QTest::newRow("left, open") << QPointF(0.1 - 3.6, 0.2) << false;
-        QTest::newRow("right, closed") << QPointF(0.1 + 3.0, 0.2) << true;
-        QTest::newRow("below, open") << QPointF(0.1, 0.2 - 2.6) << false;
-        QTest::newRow("above, closed") << QPointF(0.1, 0.2 + 2.1) << true;
-        QTest::newRow("left, inside") << QPointF(0.1 - 3.59999, 0.2) << true;
-        QTest::newRow("above, outside") << QPointF(0.1, 0.2 + 2.10001) << false;
-    }
     void PickBounds() {
-        QFETCH(const QPointF, press);
-        QFETCH(const bool, picked);
-        QCOMPARE(PickPoint({QPointF(0.1, 0.2)}, press).has_value(), picked);
+        const std::pair<QPointF, bool> cases[] = {{{0.1 - 3.6, 0.2}, false},       // left, open
+                                                  {{0.1 + 3.0, 0.2}, true},        // right, closed
+                                                  {{0.1, 0.2 - 2.6}, false},       // below, open
+                                                  {{0.1, 0.2 + 2.1}, true},        // above, closed
+                                                  {{0.1 - 3.59999, 0.2}, true},    // left, inside
+                                                  {{0.1, 0.2 + 2.10001}, false}};  // above, outside
+        for (const auto& [press, picked] : cases)
+            QCOMPARE(PickPoint({QPointF(0.1, 0.2)}, press).has_value(), picked);
     }
 };
 

@@ -126,13 +126,9 @@ private:
     static void CheckTexts(const QString& key) {
         QFETCH(const QJsonObject, vector);
         const QJsonObject input = vector[u"input"].toObject();
-        const QStringList texts = VectorStrings(input[key]);
-        const QJsonArray results = vector[u"expected"].toArray();
-        QCOMPARE(texts.size(), results.size());
-        for (qsizetype i = 0; i < texts.size(); ++i) {
-            const QJsonObject expected = results[i].toObject();
+        for (const auto& [entry, expected] : VectorPairs(input[key], vector[u"expected"])) {
             const MessageLog log;
-            QString text = texts[i];
+            QString text = entry.toString();
             const bool separated = CheckDecimalSeparator(text);
             bool accepted = separated;
             if (key == u"separator") {
@@ -142,7 +138,7 @@ private:
             } else if (separated) {
                 const float value = EnglishAtof(text);
                 QCOMPARE(double{value}, expected[u"value"].toDouble());
-                accepted = CheckTypedBound(static_cast<ProfileKind>(input[u"kind"].toInt()), value);
+                accepted = CheckTypedBound(VectorKind(input[u"kind"]), value);
             } else {
                 QVERIFY(expected[u"value"].isNull());
             }

@@ -32,28 +32,26 @@ private slots:
     void atof_data() { AddVectorRows("numbers", "atof"); }
     void atof() {
         QFETCH(QJsonObject, vector);
-        const QStringList texts = VectorStrings(vector[u"input"][u"atof"]);
-        for (qsizetype i = 0; i < texts.size(); ++i)
-            QCOMPARE(double{EnglishAtof(texts[i])}, vector[u"expected"][i].toDouble());
+        for (const auto& [text, value] :
+             VectorPairs(vector[u"input"][u"atof"], vector[u"expected"]))
+            QCOMPARE(double{EnglishAtof(text.toString())}, value.toDouble());
     }
 
     void format_data() { AddVectorRows("numbers", "format"); }
     void format() {
         QFETCH(QJsonObject, vector);
-        QStringList results;
-        const QJsonArray inputs = vector[u"input"][u"format"].toArray();
-        for (const QJsonValue& input : inputs)
-            results += FormatValue(EnglishAtof(input[0].toString()), input[1].toInt());
-        QCOMPARE(results, VectorStrings(vector[u"expected"]));
+        for (const auto& [input, text] :
+             VectorPairs(vector[u"input"][u"format"], vector[u"expected"]))
+            QCOMPARE(FormatValue(EnglishAtof(input[0].toString()), input[1].toInt()),
+                     text.toString());
     }
 
     void round2_data() { AddVectorRows("numbers", "round2"); }
     void round2() {
         QFETCH(QJsonObject, vector);
-        QStringList results;
-        for (const QString& text : VectorStrings(vector[u"input"][u"round2"]))
-            results += FormatValue(Round2(EnglishAtof(text)), 2);
-        QCOMPARE(results, VectorStrings(vector[u"expected"]));
+        for (const auto& [input, text] :
+             VectorPairs(vector[u"input"][u"round2"], vector[u"expected"]))
+            QCOMPARE(FormatValue(Round2(EnglishAtof(input.toString())), 2), text.toString());
     }
 
     void extremes_data() {

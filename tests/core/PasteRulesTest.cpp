@@ -35,8 +35,8 @@ private slots:
             if (!expected[u"filled"].isNull())
                 QCOMPARE(PastedRowCount(request), expected[u"filled"].toInt());
         } else if (input.contains(u"kind"_s)) {
-            const auto kind = static_cast<ProfileKind>(input[u"kind"].toInt());
-            QCOMPARE(BulkRefusal(kind, VectorStrings(input[u"column"])), message);
+            QCOMPARE(BulkRefusal(VectorKind(input[u"kind"]), VectorStrings(input[u"column"])),
+                     message);
         } else {
             QCOMPARE(CopyRefusal(Numbers(input[u"rows"]), Numbers(input[u"columns"])), message);
         }

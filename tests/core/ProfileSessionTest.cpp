@@ -160,7 +160,7 @@ private slots:
         QFETCH(QJsonObject, vector);
         const QJsonObject input = vector[u"input"].toObject();
         const QJsonObject expected = vector[u"expected"].toObject();
-        const auto kind = static_cast<ProfileKind>(input[u"kind"].toInt());
+        const auto kind = VectorKind(input[u"kind"]);
         Bench bench;
         const QString path = bench.Path(u"file.dat"_s);
         if (!input[u"file"].isNull())

@@ -32,9 +32,8 @@ private slots:
     void files() {
         QFETCH(const ProfileKind, kind);
         QFETCH(const QString, path);
-        MessageScript script;
+        const MessageScript script;
         const ProfileReading reading = ReadProfile(kind, path);
-        QVERIFY2(script.Done(), qPrintable(script.Report()));
         QCOMPARE(reading.status, ProfileFileStatus::Read);
         const ProfileContent& content = reading.content;
         QVERIFY(content.values.size() >= 2);

@@ -14,22 +14,18 @@ private slots:
     void Moves() {
         QFETCH(const QJsonObject, vector);
         const QJsonObject input = vector[u"input"].toObject();
-        const QJsonArray moves = input[u"moves"].toArray();
-        const QJsonArray expected = vector[u"expected"].toArray();
-        QCOMPARE(moves.size(), expected.size());
-        for (qsizetype i = 0; i < moves.size(); ++i) {
-            const QJsonArray move = moves[i].toArray();
+        for (const auto& [move, expected] : VectorPairs(input[u"moves"], vector[u"expected"])) {
             std::optional<CellPosition> current;
             if (!move[1].isNull())
                 current = CellPosition{move[1].toInt(), move[2].toInt()};
             const TabDirection direction =
                 move[0].toString() == u"Tab" ? TabDirection::Forward : TabDirection::Backward;
             const std::optional<CellPosition> to =
-                TabMove(static_cast<ProfileKind>(input[u"kind"].toInt()), input[u"rows"].toInt(),
+                TabMove(VectorKind(input[u"kind"]), input[u"rows"].toInt(),
                         input[u"columns"].toInt(), current, direction);
             QVERIFY(to);
-            QCOMPARE(to->row, expected[i].toArray()[0].toInt());
-            QCOMPARE(to->column, expected[i].toArray()[1].toInt());
+            QCOMPARE(to->row, expected[0].toInt());
+            QCOMPARE(to->column, expected[1].toInt());
         }
     }
 

@@ -44,3 +44,13 @@ QStringList VectorStrings(const QJsonValue& value) {
         strings.append(one.toString());
     return strings;
 }
+
+QList<std::pair<QJsonValue, QJsonValue>> VectorPairs(const QJsonValue& inputs,
+                                                     const QJsonValue& results) {
+    QList<std::pair<QJsonValue, QJsonValue>> pairs;
+    if (inputs.toArray().size() != results.toArray().size() || inputs.toArray().isEmpty())
+        QTest::qFail("the vector's lists do not fit", __FILE__, __LINE__);
+    for (qsizetype i = 0; i < inputs.toArray().size(); ++i)
+        pairs.append({inputs[i], results[i]});
+    return pairs;
+}
