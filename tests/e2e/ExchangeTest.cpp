@@ -1,11 +1,7 @@
-#include "ExchangeText.h"
-#include "HostRun.h"
-#include "VirtualScreen.h"
+#include "HostTest.h"
 
 #include <QFileInfo>
 #include <QScopeGuard>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -20,19 +16,11 @@ const Points kPoints = {{"0", "1.50"}, {"10", "4"}, {"20", "-3e0"}};
 }  // namespace
 
 /// What a run leaves in the exchange file, byte for byte, and how it ends.
-class ExchangeTest : public QObject {
+class ExchangeTest : public HostTest {
     Q_OBJECT
 
-    VirtualScreen m_screen;
-    QTemporaryDir m_folder;
-    QString m_file = m_folder.filePath(u"exchange file.txt"_s);
-
 private slots:
-    void initTestCase() {
-        QVERIFY(m_folder.isValid());
-        const QString problem = m_screen.Start();
-        QVERIFY2(problem.isEmpty(), qPrintable(problem));
-    }
+    void initTestCase() { StartScreen(); }
 
     void RewritesAnUnchangedFunction_data() {
         QTest::addColumn<QByteArray>("content");
@@ -69,10 +57,8 @@ private slots:
         QFETCH(const QStringList, arguments);
         QVERIFY(WriteAll(m_file, content));
 
-        HostRun host(m_screen);
-        host.Program().setWorkingDirectory(m_folder.path());
-        host.Start(arguments);
-        QVERIFY(host.WaitForDialog());
+        EditorRun host(m_screen, arguments,
+                       [this](QProcess& program) { program.setWorkingDirectory(m_folder.path()); });
         QVERIFY(host.PressOk());
         QCOMPARE(ReadAll(m_file), expected);
     }
@@ -89,9 +75,7 @@ private slots:
             "1   2\n" + HostFile(kPoints).sliced(sizeof "! Written by the host");
         QVERIFY(WriteAll(m_file, content));
 
-        HostRun host(m_screen);
-        host.Start({m_file});
-        QVERIFY(host.WaitForDialog());
+        EditorRun host(m_screen, {m_file});
         QVERIFY(host.TypeInto(CellPlace(2, 2), u"7"_s) && host.Keys({u"Return"_s}));
         for (const char* const answer : {"Escape", "alt+F4", "Return"}) {
             QVERIFY(key.isEmpty() ? host.Click(kCancelButton) : host.Keys({key}));
@@ -107,9 +91,7 @@ private slots:
 
     void KeepsTheEditsOfARefusedCancel() {
         QVERIFY(WriteAll(m_file, HostFile(kPoints)));
-        HostRun host(m_screen);
-        host.Start({m_file});
-        QVERIFY(host.WaitForDialog());
+        EditorRun host(m_screen, {m_file});
         QVERIFY(host.TypeInto(CellPlace(2, 2), u"7"_s) && host.Keys({u"Return"_s, u"Escape"_s}));
         QVERIFY(host.WaitForWindow(u"Cancelling"_s));
         QVERIFY(host.Keys({u"Escape"_s}) && host.WaitUntilClosed() && host.WaitForDialog());
@@ -182,10 +164,8 @@ private slots:
         QVERIFY(reader >= 0);
         const auto closed = qScopeGuard([&] { close(reader); });
 
-        HostRun host(m_screen);
-        host.Program().setStandardOutputFile(pipe);
-        host.Start({m_file});
-        QVERIFY(host.WaitForDialog());
+        EditorRun host(m_screen, {m_file},
+                       [&pipe](QProcess& program) { program.setStandardOutputFile(pipe); });
         QVERIFY(host.PressOk());
         QCOMPARE(ReadAll(m_file), sample + '\n');
         char first = 0;
