@@ -6,7 +6,8 @@
 
 MessageScript::MessageScript() {
     MessageHandler handler;
-    handler.show = [this](const QString& text, MessageIcon, const QString& caption) {
+    handler.show = [this](const QString& text, MessageIcon icon, const QString& caption) {
+        m_last_icon = icon;
         Take({text, caption, false, false});
     };
     handler.ask_yes_no = [this](const QString& text, const QString& caption) {

@@ -26,6 +26,9 @@ public:
 
     QString Report() const;
 
+    /// Of the message that came last.
+    MessageIcon LastIcon() const { return m_last_icon; }
+
     /// The texts that came, expected or not.
     const QStringList& Seen() const { return m_seen; }
 
@@ -42,5 +45,6 @@ private:
     QList<Expected> m_expected;
     QStringList m_surprises;
     QStringList m_seen;
+    MessageIcon m_last_icon = MessageIcon::None;
     MessageHandler m_former;
 };

@@ -1,8 +1,11 @@
-#include "grid/EntryRules.h"
+// What may be typed and pasted, and where Tab goes.
 
+#include "MessageScript.h"
 #include "VectorFile.h"
 #include "app/EnglishAtof.h"
-#include "app/Message.h"
+#include "grid/EntryRules.h"
+#include "grid/PasteRules.h"
+#include "grid/TabMoves.h"
 #include "profiles/NumberText.h"
 #include "profiles/ProfileTable.h"
 
@@ -13,32 +16,44 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-// Keeps the message shown while it lives, with its icon; more than one is a failure of its own.
-struct MessageLog {
-    MessageLog() {
-        MessageHandler handler;
-        handler.show = [this](const QString& text, MessageIcon shown, const QString&) {
-            message = message.isNull() ? text : u"more than one message"_s;
-            icon = shown;
-        };
-        m_former = SetMessageHandler(std::move(handler));
-    }
-    ~MessageLog() { SetMessageHandler(std::move(m_former)); }
-    Q_DISABLE_COPY(MessageLog)
-
-    QJsonValue message;
-    MessageIcon icon = MessageIcon::None;
-
-private:
-    MessageHandler m_former;
-};
-
-}  // namespace
-
-class EntryRulesTest : public QObject {
+class GridRulesTest : public QObject {
     Q_OBJECT
+
+    // Both kinds of text pass the separator; those typed into a cell have to keep its bound too.
+    static void CheckTexts(const QString& key) {
+        QFETCH(const QJsonObject, vector);
+        const QJsonObject input = vector[u"input"].toObject();
+        for (const auto& [entry, expected] : VectorPairs(input[key], vector[u"expected"])) {
+            MessageScript script;
+            if (!expected[u"message"].isNull())
+                script.Expect(expected[u"message"].toString());
+            QString text = entry.toString();
+            const bool separated = CheckDecimalSeparator(text);
+            bool accepted = separated;
+            if (key == u"separator") {
+                QCOMPARE(accepted, expected[u"accepted"].toBool());
+                if (accepted)
+                    QCOMPARE(text, expected[u"text"].toString());
+            } else if (separated) {
+                const float value = EnglishAtof(text);
+                QCOMPARE(double{value}, expected[u"value"].toDouble());
+                accepted = CheckTypedBound(VectorKind(input[u"kind"]), value);
+            } else {
+                QVERIFY(expected[u"value"].isNull());
+            }
+            QCOMPARE(accepted, expected[u"message"].isNull());
+            QCOMPARE(script.LastIcon(),
+                     separated && !accepted ? MessageIcon::Information : MessageIcon::None);
+        }
+    }
+
+    static QList<int> Numbers(const QJsonValue& value) {
+        QList<int> numbers;
+        const QJsonArray array = value.toArray();
+        for (const QJsonValue& one : array)
+            numbers.append(one.toInt());
+        return numbers;
+    }
 
 private slots:
     void Separator_data() { AddVectorRows("numbers", "separator"); }
@@ -59,10 +74,11 @@ private slots:
             values.append(row[1].toString());
         }
 
-        const MessageLog log;
+        MessageScript script;
+        if (!expected[u"message"].isNull())
+            script.Expect(expected[u"message"].toString());
         QString entry = input[u"entry"].toString();
         const bool accepted = CheckDecimalSeparator(entry);
-        QCOMPARE(log.message, expected[u"message"]);
         QCOMPARE(accepted, !expected[u"target"].isNull());
         if (!accepted)
             return;
@@ -121,34 +137,48 @@ private slots:
         QCOMPARE(cells, VectorStrings(expected[u"cells"]));
     }
 
-private:
-    // Both kinds of text pass the separator; those typed into a cell have to keep its bound too.
-    static void CheckTexts(const QString& key) {
+    void Clipboard_data() { AddVectorRows("clipboard"); }
+    void Clipboard() {
         QFETCH(const QJsonObject, vector);
         const QJsonObject input = vector[u"input"].toObject();
-        for (const auto& [entry, expected] : VectorPairs(input[key], vector[u"expected"])) {
-            const MessageLog log;
-            QString text = entry.toString();
-            const bool separated = CheckDecimalSeparator(text);
-            bool accepted = separated;
-            if (key == u"separator") {
-                QCOMPARE(accepted, expected[u"accepted"].toBool());
-                if (accepted)
-                    QCOMPARE(text, expected[u"text"].toString());
-            } else if (separated) {
-                const float value = EnglishAtof(text);
-                QCOMPARE(double{value}, expected[u"value"].toDouble());
-                accepted = CheckTypedBound(VectorKind(input[u"kind"]), value);
-            } else {
-                QVERIFY(expected[u"value"].isNull());
-            }
-            QCOMPARE(log.message, expected[u"message"]);
-            QCOMPARE(log.message.isNull(), accepted);
-            QCOMPARE(log.icon,
-                     separated && !accepted ? MessageIcon::Information : MessageIcon::None);
+        const QJsonObject expected = vector[u"expected"].toObject();
+        const QString message = expected[u"message"].toString();
+        if (input.contains(u"copied_column"_s)) {
+            PasteRequest request;
+            request.copied_column = input[u"copied_column"].toInt();
+            request.copied_rows = input[u"copied_rows"].toInt();
+            request.rows = Numbers(input[u"rows"]);
+            request.columns = Numbers(input[u"columns"]);
+            request.row_count = input[u"row_count"].toInt();
+            QCOMPARE(PasteRefusal(request), message);
+            if (!expected[u"filled"].isNull())
+                QCOMPARE(PastedRowCount(request), expected[u"filled"].toInt());
+        } else if (input.contains(u"kind"_s)) {
+            QCOMPARE(BulkRefusal(VectorKind(input[u"kind"]), VectorStrings(input[u"column"])),
+                     message);
+        } else {
+            QCOMPARE(CopyRefusal(Numbers(input[u"rows"]), Numbers(input[u"columns"])), message);
         }
+    }
+
+    void HeaderIsNoRow() { QCOMPARE(PasteRefusal({2, 3, {0, 1, 2, 3}, {2}, 3}), QString()); }
+
+    // From headers, and from a cell that is no longer there, a move ends on a data cell.
+    void StaysInTheGrid() {
+        for (int kind = -1; kind <= 3; ++kind) {
+            for (const TabDirection direction : {TabDirection::Forward, TabDirection::Backward}) {
+                for (const CellPosition from : {CellPosition{0, 0}, {0, 2}, {3, 0}, {9, 9}}) {
+                    const auto to = TabMove(static_cast<ProfileKind>(kind), 3, 2, from, direction);
+                    QVERIFY(to && to->row >= 1 && to->row <= 3 && to->column >= 1 &&
+                            to->column <= 2);
+                }
+                QVERIFY(!TabMove(static_cast<ProfileKind>(kind), 0, 2, {}, direction));
+            }
+        }
+        QCOMPARE(TabMove(ProfileKind::Function, 3, 2, CellPosition{0, 1}, TabDirection::Forward),
+                 (CellPosition{1, 2}));
     }
 };
 
-QTEST_APPLESS_MAIN(EntryRulesTest)
-#include "EntryRulesTest.moc"
+QTEST_APPLESS_MAIN(GridRulesTest)
+#include "GridRulesTest.moc"
