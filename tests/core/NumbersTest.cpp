@@ -56,30 +56,26 @@ private slots:
             QCOMPARE(FormatValue(Round2(EnglishAtof(input.toString())), 2), text.toString());
     }
 
-    void extremes_data() {
-        QTest::addColumn<QString>("result");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("beyond int") << FormatValue(3e9F, 0) << "3000000000";
-        QTest::newRow("largest") << FormatValue(std::numeric_limits<float>::max(), 4)
-                                 << "340282346638528859811704183484516925440.0000";
-        QTest::newRow("infinite") << FormatValue(-kInfinity, 0) << "-inf";
-        QTest::newRow("undefined, signed") << FormatValue(std::copysign(kNaN, -1.0F), 2) << "nan";
-        QTest::newRow("cut to 0") << FormatValue(-0.5F, 0) << "0";
-        QTest::newRow("round large") << FormatValue(RoundWhole(16777217e3F), 0) << "16777217024";
-        QTest::newRow("round infinite") << FormatValue(RoundWhole(kInfinity), 0) << "inf";
-        QTest::newRow("round undefined") << FormatValue(Round2(kNaN), 0) << "nan";
-        QTest::newRow("13 digits") << NumberText13(1.0 / 3.0) << "0.3333333333333";
-        QTest::newRow("13, trailing zeros") << NumberText13(1500.50) << "1500.5";
-        QTest::newRow("13, large") << NumberText13(-1e300) << "-1e+300";
-        QTest::newRow("7, float noise") << NumberText7(double{0.1F}) << "0.1";
-        QTest::newRow("7, large") << NumberText7(123456789.0) << "1.234568e+08";
-        QTest::newRow("7, small") << NumberText7(0.00001) << "1e-05";
-        QTest::newRow("7, undefined") << NumberText7(-std::nan("")) << "nan";
-    }
     void extremes() {
-        QFETCH(QString, result);
-        QFETCH(QString, expected);
-        QCOMPARE(result, expected);
+        const std::pair<QString, const char*> cases[] = {
+            {FormatValue(3e9F, 0), "3000000000"},
+            {FormatValue(std::numeric_limits<float>::max(), 4),
+             "340282346638528859811704183484516925440.0000"},
+            {FormatValue(-kInfinity, 0), "-inf"},
+            {FormatValue(std::copysign(kNaN, -1.0F), 2), "nan"},
+            {FormatValue(-0.5F, 0), "0"},
+            {FormatValue(RoundWhole(16777217e3F), 0), "16777217024"},
+            {FormatValue(RoundWhole(kInfinity), 0), "inf"},
+            {FormatValue(Round2(kNaN), 0), "nan"},
+            {NumberText13(1.0 / 3.0), "0.3333333333333"},
+            {NumberText13(1500.50), "1500.5"},
+            {NumberText13(-1e300), "-1e+300"},
+            {NumberText7(double{0.1F}), "0.1"},
+            {NumberText7(123456789.0), "1.234568e+08"},
+            {NumberText7(0.00001), "1e-05"},
+            {NumberText7(-std::nan("")), "nan"}};
+        for (const auto& [result, expected] : cases)
+            QCOMPARE(result, QLatin1StringView(expected));
     }
 
     void adjust_data() { AddVectorRows("coefficients"); }

@@ -46,7 +46,7 @@ private slots:
         const QString path = folder.filePath(QFileInfo(PathFrom(input[u"path"])).fileName());
         if (!input[u"file"].isNull()) {
             const QByteArray bytes = VectorBytes(input[u"file"]);
-            QVERIFY(WriteBytes(path, bytes));
+            QVERIFY(WriteAll(path, bytes));
             QCOMPARE(HeaderIsValid(kind, bytes), expected[u"header_ok"].toBool());
         }
 
@@ -128,7 +128,7 @@ private slots:
         using enum ProfileFileStatus;
         const QTemporaryDir folder;
         const QString huge = folder.filePath(u"huge.dat"_s);
-        QVERIFY(WriteBytes(huge, kWeekly + "PROFIL =\n"));
+        QVERIFY(WriteAll(huge, kWeekly + "PROFIL =\n"));
         QVERIFY(QFile::resize(huge, 8LL * 1024 * 1024 * 1024));
         QStringList paths = {huge, folder.path(), folder.filePath(u"missing.dat"_s), QString()};
 #ifdef Q_OS_UNIX
@@ -222,10 +222,10 @@ private slots:
         QVERIFY(daily.mkpath(u"a folder.dat"_s));
         for (const QString& name : {u"zone"_s, u"Bureau"_s, u"été 1"_s, u"a.b"_s, u"a"_s, u"."_s,
                                     u""_s, u"quo\"te"_s, u"two\nlines"_s}) {
-            QVERIFY(WriteBytes(daily.filePath(name + u".dat"_s), {}));
+            QVERIFY(WriteAll(daily.filePath(name + u".dat"_s), {}));
         }
         for (const QString& name : {u"other.txt"_s, u"OTHER.DAT"_s})
-            QVERIFY(WriteBytes(daily.filePath(name), {}));
+            QVERIFY(WriteAll(daily.filePath(name), {}));
         const QStringList expected = {u"a"_s, u"a.b"_s, u"Bureau"_s, u"zone"_s, u"été 1"_s};
         QCOMPARE(folders.DailyProfileList(), expected);
         QVERIFY(QFile::exists(folders.DailyProfilePath(u"a.b"_s)));
@@ -293,7 +293,7 @@ private slots:
         if (kind == ProfileKind::Function)
             return;
         const ProfileContent written = {RowLabelTexts(kind), content.values, content.names};
-        QCOMPARE(ReadBytes(path), WriteProfile(kind, written, "\n"));
+        QCOMPARE(ReadAll(path), WriteProfile(kind, written, "\n"));
     }
 };
 

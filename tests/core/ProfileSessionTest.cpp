@@ -164,7 +164,7 @@ private slots:
         Bench bench;
         const QString path = bench.Path(u"file.dat"_s);
         if (!input[u"file"].isNull())
-            QVERIFY(WriteBytes(path, VectorBytes(input[u"file"])));
+            QVERIFY(WriteAll(path, VectorBytes(input[u"file"])));
         for (QString message : VectorStrings(expected[u"messages"]))
             bench.messages.Expect(message.replace(input[u"path"].toString(), path));
         const bool refused = !expected[u"messages"].toArray().isEmpty();
@@ -196,7 +196,7 @@ private slots:
     void relativePathAtStart() {
         Bench bench;
         QDir::setCurrent(bench.folder.path());
-        QVERIFY(WriteBytes(bench.Path(u"w.dat"_s), kWeeklyFile));
+        QVERIFY(WriteAll(bench.Path(u"w.dat"_s), kWeeklyFile));
         QVERIFY(QDir(bench.folder.path()).mkpath(u"Data/Profils/Semaines"_s));
         QVERIFY(bench.Start(bench.Setup(Weekly, DisplayMode::OpenFile, u"w.dat"_s)));
         QCOMPARE(bench.Values(), Texts(u"1|2|3|4|5|6|7"_s));
@@ -206,7 +206,7 @@ private slots:
     void askedAtStart() {
         Bench bench;
         const QString path = bench.Path(u"jour.été.dat"_s);
-        QVERIFY(WriteBytes(path, kDailyFile));
+        QVERIFY(WriteAll(path, kDailyFile));
         bench.dialogs.ExpectOpen(path);
         QVERIFY(bench.Start(bench.Setup(Daily, DisplayMode::OpenFile)));
         QCOMPARE(bench.session->caption(), u"Profil Journalier : jour.été"_s);
@@ -225,7 +225,7 @@ private slots:
         const QString bad = bench.Path(u"bad.dat"_s);
         const QString missing = bench.Path(u"missing.dat"_s);
         const QString good = bench.Path(u"good.dat"_s);
-        QVERIFY(WriteBytes(bad, "MOIS = 1\nCOEFFICIENT = 1\n") && WriteBytes(good, kDailyFile));
+        QVERIFY(WriteAll(bad, "MOIS = 1\nCOEFFICIENT = 1\n") && WriteAll(good, kDailyFile));
         bench.messages.Expect(NotOpened(missing));
         QVERIFY(bench.Start(bench.Setup(Daily, DisplayMode::OpenFile, missing)));
         QCOMPARE(bench.Values(), Texts(u"1*24"_s));
@@ -255,7 +255,7 @@ private slots:
             QVERIFY(bench.session->Undo());
             const QStringList before = Everything(*bench.session);
             const QString path = bench.Path(u"refused.dat"_s);
-            QVERIFY(bytes.isEmpty() || WriteBytes(path, bytes));
+            QVERIFY(bytes.isEmpty() || WriteAll(path, bytes));
             bench.messages.Expect(bytes.isEmpty() ? NotOpened(path) : NotValid(path));
             QVERIFY(bench.Open(path));
             QCOMPARE(Everything(*bench.session), before);
@@ -272,7 +272,7 @@ private slots:
         bench.session->EnterValue(2, u"1.5"_s);
         const QStringList entered = bench.Values();
         const QString path = bench.Path(u"a.dat"_s);
-        QVERIFY(WriteBytes(path, "MOIS = 1\nCOEFFICIENT =\n") && bench.session->canUndo());
+        QVERIFY(WriteAll(path, "MOIS = 1\nCOEFFICIENT =\n") && bench.session->canUndo());
         QVERIFY(bench.session->ReadFile(path));
         QCOMPARE(bench.Values(), entered);
         QVERIFY(!bench.session->canUndo() && !bench.session->canRedo());
@@ -283,7 +283,7 @@ private slots:
         for (const QByteArray line_end : {"\n", "\r\n"}) {
             Bench bench(Weekly);
             const QString path = bench.Path(u"w.dat"_s);
-            QVERIFY(WriteBytes(path, QByteArray(kWeeklyFile).replace("\n", line_end)));
+            QVERIFY(WriteAll(path, QByteArray(kWeeklyFile).replace("\n", line_end)));
             QVERIFY(bench.session->ReadFile(path));
             bench.session->EnterValue(1, u"10"_s);
             bench.session->Save();
@@ -291,9 +291,9 @@ private slots:
                 "JOURS = Lundi Mardi Mercredi Jeudi Vendredi Samedi Dimanche" + line_end +
                 "CONSOMMATION = 10 2 3 4 5 6 7" + line_end +
                 "PROFIL = \"a\" \"b\" \"gone\" \"d\" \"\" \"f\" \"g\"" + line_end;
-            QCOMPARE(ReadBytes(path), written);
+            QCOMPARE(ReadAll(path), written);
             bench.SaveAs(bench.Path(u"copy"_s));
-            QCOMPARE(ReadBytes(bench.Path(u"copy.dat"_s)), written);
+            QCOMPARE(ReadAll(bench.Path(u"copy.dat"_s)), written);
         }
     }
 
@@ -314,7 +314,7 @@ private slots:
         const QString path = bench.KindPath(u"p.dat"_s);
         if (row.has_path)
             bench.SaveAs(path);
-        const QByteArray old_file = ReadBytes(path);
+        const QByteArray old_file = ReadAll(path);
         if (Describe(row.kind).coefficients)
             bench.session->SetEdition(true);
         const QStringList column(Describe(row.kind).rows, row.cell);
@@ -334,9 +334,9 @@ private slots:
         QCOMPARE(bench.session->isModified(), !written);
         QCOMPARE(bench.session->isSaved(), row.has_path);
         if (written)
-            QVERIFY(ReadBytes(path).contains(" = " + after.join(u' ').toLatin1() + "\n"));
+            QVERIFY(ReadAll(path).contains(" = " + after.join(u' ').toLatin1() + "\n"));
         else
-            QCOMPARE(ReadBytes(path), old_file);
+            QCOMPARE(ReadAll(path), old_file);
         // The adjustment is a step of its own.
         if (after != column)
             QVERIFY(bench.session->Undo());
@@ -435,7 +435,7 @@ private slots:
         QDir().mkpath(bench.KindPath(u"sub.d"_s));
         const QString fixed[] = {bench.KindPath(u"fixed.dat"_s), bench.Path(u"fixed.dat"_s)};
         for (const QString& file : fixed) {
-            QVERIFY(WriteBytes(file, "old"));
+            QVERIFY(WriteAll(file, "old"));
             QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::ReadUser));
         }
         bench.SaveAs(path);
@@ -449,13 +449,13 @@ private slots:
         bench.session->SaveAs();
         QCOMPARE(Everything(*bench.session), before);
         for (const QString& file : fixed) {
-            QCOMPARE(ReadBytes(file), "old");
+            QCOMPARE(ReadAll(file), "old");
             QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner));
         }
         QCOMPARE(bench.name, u"was"_s);
         bench.session->Save();
         QCOMPARE(bench.name, u"was"_s);
-        QVERIFY(ReadBytes(path).contains(bench.Values()[0].toLatin1()));
+        QVERIFY(ReadAll(path).contains(bench.Values()[0].toLatin1()));
         // Nor does a plain save that fails change anything.
         bench.session->EnterValue(1, u"3"_s);
         const QStringList edited = Everything(*bench.session);
@@ -508,7 +508,7 @@ private slots:
         const QByteArray bytes =
             row == Function ? "AZIMUT = 1 2 3\nHAUTEUR = 1 2 3\n"
                             : WriteProfile(row, {RowLabelTexts(row), threes, threes}, "\n");
-        QVERIFY(WriteBytes(path, bytes));
+        QVERIFY(WriteAll(path, bytes));
         QVERIFY(bench.Start(bench.Setup(row, DisplayMode::View, path)));
         ProfileSession& session = *bench.session;
         ProfileTable& table = session.table();
@@ -535,7 +535,7 @@ private slots:
     void dailyProfileNames() {
         Bench bench;
         for (const QString& file : {u"b.dat"_s, u"A.dat"_s, u"c.txt"_s})
-            QVERIFY(WriteBytes(bench.Path(u"Data/Profils/Journalier/"_s + file), kDailyFile));
+            QVERIFY(WriteAll(bench.Path(u"Data/Profils/Journalier/"_s + file), kDailyFile));
         QVERIFY(bench.Start(bench.Setup(Weekly)));
         ProfileSession& session = *bench.session;
         QCOMPARE(session.dailyProfiles(), Texts(u"A|b"_s));
@@ -545,7 +545,7 @@ private slots:
 
         // The file names a profile that is in no folder.
         const QString path = bench.Path(u"w.dat"_s);
-        QVERIFY(WriteBytes(path, kWeeklyFile) && session.ReadFile(path));
+        QVERIFY(WriteAll(path, kWeeklyFile) && session.ReadFile(path));
         session.EnterName(3, u"n"_s);
         session.EnterName(3, u"n"_s);
         QVERIFY(session.Undo() && !session.canUndo());

@@ -5,14 +5,14 @@
 #include <QFileInfo>
 
 /// Writes the whole file and makes its folder.
-inline bool WriteBytes(const QString& path, const QByteArray& bytes) {
+inline bool WriteAll(const QString& path, const QByteArray& bytes) {
     QFile file(path);
     return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) &&
-           file.write(bytes) == bytes.size();
+           file.write(bytes) == bytes.size() && file.flush();
 }
 
 /// The whole file; null when there is none.
-inline QByteArray ReadBytes(const QString& path) {
+inline QByteArray ReadAll(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }

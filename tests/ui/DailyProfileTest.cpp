@@ -93,7 +93,7 @@ private slots:
         const QByteArray bytes = "HEURES =" + QByteArray(" 0").repeated(24) +
                                  "\nCOEFFICIENT =" + QByteArray(" 0.50 1.50").repeated(12) + "\n";
         for (const QString& name : {u"/calme.dat"_s, u"/week-end.dat"_s})
-            QVERIFY(WriteBytes(m_daily + name, bytes));
+            QVERIFY(WriteAll(m_daily + name, bytes));
         m_messages = std::make_unique<MessageScript>();
         m_files = std::make_unique<FileDialogScript>();
     }

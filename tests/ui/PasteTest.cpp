@@ -59,7 +59,7 @@ struct ShownGrid : SessionBench {
         : SessionBench(kind == Function ? Numbers(points, u'|') : QString()) {
         QGuiApplication::clipboard()->clear();
         for (const QString& file : {u"bas.dat"_s, u"haut.dat"_s})
-            WriteBytes(Path(u"Data/Profils/Journalier/"_s + file), {});
+            WriteAll(Path(u"Data/Profils/Journalier/"_s + file), {});
         if (mode == DisplayMode::View)
             dialogs.ExpectOpen({});
         Start(Setup(kind, mode));
