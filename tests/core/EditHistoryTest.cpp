@@ -1,103 +1,64 @@
-#include "TestRows.h"
 #include "profiles/EditHistory.h"
 
-#include <QRandomGenerator>
 #include <QTest>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
-
-namespace {
-
-// The row of `from` becomes the row of `to`.
-void Restore(QList<RowState>& rows, const RowState& from, const RowState& to) {
-    rows.move(from.row, to.row);
-    rows[to.row] = to;
-    for (qsizetype i = 0; i < rows.size(); ++i)
-        rows[i].row = static_cast<int>(i);
-}
-
-QStringList ValuesOf(const QList<RowState>& rows) {
-    QStringList values;
-    for (const RowState& row : rows)
-        values += row.value;
-    return values;
-}
-
-}  // namespace
 
 class EditHistoryTest : public QObject {
     Q_OBJECT
 
+    // The step that makes the value `from` the next number, and the column with one value.
+    static HistoryStep Step(int from) {
+        return {{0, u"0"_s, QString::number(from), {}}, {0, u"0"_s, QString::number(from + 1), {}}};
+    }
+    static QStringList Column(int value) { return {QString::number(value)}; }
+
 private slots:
-    // Beside the plain history: all states there were, the one shown, and how far back undo may go.
-    void againstStates_data() { AddKinds(); }
-    void againstStates() {
-        QFETCH(ProfileKind, row);
-        const bool snapshots = Describe(row).coefficients;
-        QRandomGenerator random(1);
-        const auto text = [&random] {
-            static const QStringList texts =
-                Texts(u"-1|-1.00|1|1.0|1.50||abc|1,5|1e3|0.30000000004"_s);
-            return texts[random.bounded(texts.size())];
-        };
-        QList<RowState> rows(7);
-        for (int i = 0; i < 7; ++i)
-            rows[i] = {i, QString::number(i), u"1.00"_s, u"unknown"_s};
-        QList<QList<RowState>> states = {rows};
-        qsizetype shown = 0;
-        qsizetype oldest = 0;
-        EditHistory history(row);
-        enum { Edit, RefusedEdit, Undo, Redo } action = Edit;
-        for (int i = 0, left = 0; i < 20000; ++i, --left) {
-            // Runs of the same action, so that both ends of the history are reached often.
-            if (left == 0) {
-                left = random.bounded(1, 10);
-                action = static_cast<decltype(action)>(random.bounded(4));
-            }
-            const RowState before = rows[random.bounded(7)];
-            RowState after = before;
-            if (action == Edit) {
-                after.value = text();
-                if (row == ProfileKind::Function)
-                    after.row = random.bounded(7);
-                if (!snapshots)
-                    (row == ProfileKind::Function ? after.label : after.name) = text();
-            }
-            if (action <= RefusedEdit) {
-                if (!snapshots)
-                    history.PushStep({before, after});
-                else if (action == Edit)
-                    history.PushSnapshot(ValuesOf(rows));
-                Restore(rows, before, after);
-                if (before != after || (snapshots && action == Edit)) {
-                    states.resize(++shown);
-                    states.append(rows);
-                    oldest = std::max(oldest, shown - (snapshots ? 6 : 12));
-                }
-            } else {
-                const bool back = action == Undo;
-                const bool can = back ? shown > oldest : shown + 1 < states.size();
-                if (snapshots) {
-                    const auto column =
-                        back ? history.UndoSnapshot(ValuesOf(rows)) : history.RedoSnapshot();
-                    QCOMPARE(column.has_value(), can);
-                    for (qsizetype k = 0; can && k < rows.size(); ++k)
-                        rows[k].value = column->at(k);
-                } else {
-                    const auto step = back ? history.UndoStep() : history.RedoStep();
-                    QCOMPARE(step.has_value(), can);
-                    if (can)
-                        Restore(rows, back ? step->after : step->before,
-                                back ? step->before : step->after);
-                }
-                shown += !can ? 0 : back ? -1 : 1;
-            }
-            QVERIFY(rows == states[shown]);
-            QCOMPARE(history.CanUndo(), shown > oldest);
-            QCOMPARE(history.CanRedo(), shown + 1 < states.size());
+    void steps() {
+        EditHistory history(ProfileKind::Monthly);
+        for (int value = 0; value < 14; ++value) {
+            history.PushStep(Step(value));
+            history.PushStep({Step(value).after, Step(value).after});  // changes nothing
         }
+        for (int round = 0; round < 2; ++round) {
+            for (int value = 13; value >= 2; --value)
+                QVERIFY(history.UndoStep() == Step(value));
+            QVERIFY(!history.CanUndo() && !history.UndoStep());
+            for (int value = 2; value <= 13; ++value)
+                QVERIFY(history.RedoStep() == Step(value));
+            QVERIFY(!history.CanRedo() && !history.RedoStep());
+        }
+        // A new step takes the place of those that were undone.
+        for (int value = 13; value >= 10; --value)
+            QVERIFY(history.UndoStep());
+        history.PushStep(Step(50));
+        QVERIFY(!history.CanRedo());
+        QVERIFY(history.UndoStep() == Step(50));
+        QVERIFY(history.UndoStep() == Step(9));
+        QVERIFY(history.RedoStep() && history.CanRedo());
+        QVERIFY(history.RedoStep() == Step(50));
+    }
+
+    void snapshots() {
+        EditHistory history(ProfileKind::Daily);
+        for (int value = 0; value < 8; ++value)
+            history.PushSnapshot(Column(value));
+        for (int round = 0; round < 2; ++round) {
+            for (int value = 7; value >= 2; --value)
+                QVERIFY(history.UndoSnapshot(Column(value + 1)) == Column(value));
+            QVERIFY(!history.CanUndo() && !history.UndoSnapshot(Column(2)));
+            for (int value = 3; value <= 8; ++value)
+                QVERIFY(history.RedoSnapshot() == Column(value));
+            QVERIFY(!history.CanRedo() && !history.RedoSnapshot());
+        }
+        for (int value = 7; value >= 5; --value)
+            QVERIFY(history.UndoSnapshot(Column(value + 1)));
+        history.PushSnapshot(Column(5));
+        QVERIFY(!history.CanRedo());
+        QVERIFY(history.UndoSnapshot(Column(50)) == Column(5));
+        QVERIFY(history.UndoSnapshot(Column(5)) == Column(4));
+        QVERIFY(history.RedoSnapshot() == Column(5));
+        QVERIFY(history.RedoSnapshot() == Column(50));
     }
 
     void reset() {

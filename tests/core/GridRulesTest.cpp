@@ -9,7 +9,6 @@
 #include "profiles/NumberText.h"
 #include "profiles/ProfileTable.h"
 
-#include <QRandomGenerator>
 #include <QTest>
 
 #include <algorithm>
@@ -104,24 +103,6 @@ private slots:
             if (!cell.isUndefined())
                 QCOMPARE((QStringList{table.CellText(i, 1), table.CellText(i, 2)}),
                          VectorStrings(cell));
-        }
-    }
-
-    // Against a plain sort: sorted times stay sorted whatever time is typed into whatever row.
-    void RandomTimesStaySorted() {
-        QRandomGenerator random(20);
-        QList<int> times = {0, 0, 1, 3, 3, 3, 4, 7, 8, 8};
-        for (int step = 0; step < 2000; ++step) {
-            const int row = random.bounded(1, static_cast<int>(times.size()) + 1);
-            const int time = random.bounded(-2, 12);
-            QStringList texts;
-            for (const int one : times)
-                texts.append(QString::number(one));
-            const int target = TargetRow(texts, row, static_cast<float>(time));
-            QVERIFY(target >= 1 && target <= times.size());
-            times[row - 1] = time;
-            times.move(row - 1, target - 1);
-            QVERIFY2(std::is_sorted(times.cbegin(), times.cend()), qPrintable(texts.join(u' ')));
         }
     }
 

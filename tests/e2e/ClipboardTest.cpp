@@ -58,21 +58,6 @@ private slots:
         QCOMPARE(ReadAll(m_file),
                  SavedFile({{"0", "1.50"}, {"10", "4"}, {"20", "4"}, {"30.25", "-3e0"}}));
     }
-
-    // Text of another process with a decimal comma, and with one that could be thousands.
-    void PastesDecimalCommasFromOutside() {
-        QProcess copier;
-        copier.setProcessEnvironment(m_screen.Environment());
-        copier.start(u"xclip"_s, {u"-i"_s, u"-selection"_s, u"clipboard"_s});
-        copier.write("1,234\r\n0,5\r\n");
-        copier.closeWriteChannel();
-        QVERIFY(copier.waitForFinished());
-        EditorRun host(m_screen, {m_file});
-        QVERIFY(host.Click(CellPlace(3, 2)) && host.Keys({u"ctrl+v"_s}));
-        QVERIFY(host.PressOk());
-        QCOMPARE(ReadAll(m_file),
-                 SavedFile({{"0", "1.50"}, {"10", "4"}, {"20", "1.234"}, {"30.25", "0.5"}}));
-    }
 };
 
 QTEST_GUILESS_MAIN(ClipboardTest)
