@@ -79,8 +79,6 @@ private slots:
         CGraphControl control;
         control.BuildProfileChart(ProfileKind::Weekly);
         const CDocControl& chart = control.document();
-        QCOMPARE(chart.item_style.FaceColour(), (ChartColour{115, 170, 232}));
-        QCOMPARE(chart.item_style.second_colour, (ChartColour{56, 102, 224}));
         QCOMPARE(chart.grid_lines[0].colour, (ChartColour{205, 205, 205}));
         QCOMPARE(chart.grid_lines[1].colour, (ChartColour{0, 128, 0}));
         QCOMPARE(chart.tick_marks[0].colour, (ChartColour{56, 102, 224}));

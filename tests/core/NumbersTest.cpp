@@ -4,7 +4,6 @@
 #include "profiles/NumberText.h"
 
 #include <QLocale>
-#include <QRandomGenerator>
 #include <QTest>
 
 #include <clocale>
@@ -121,23 +120,6 @@ private slots:
     void settleWithoutSmallestRow() {
         const QStringList column = {QStringLiteral("13.00")};
         QCOMPARE(SettleRemainder(ProfileKind::Daily, column), column);
-    }
-
-    void rebalancedMeanIsOne() {
-        QRandomGenerator random(1);
-        for (int round = 0; round < 4000; ++round) {
-            const ProfileKind kind = round % 2 == 0 ? ProfileKind::Annual : ProfileKind::Daily;
-            const int rows = CoefficientCount(kind);
-            QStringList column;
-            for (int i = 0; i < rows; ++i)
-                column += FormatValue(static_cast<float>(random.bounded(300)) / 100.0F, 2);
-            const int index = random.bounded(rows);
-            const float value = static_cast<float>(random.bounded(1100)) / 100.0F;
-            const QStringList settled =
-                SettleRemainder(kind, RebalanceCoefficients(kind, column, index, value));
-            QVERIFY2(SumIsRight(kind, RoundedSum(kind, settled)),
-                     qPrintable(column.join(u' ') + QStringLiteral(" -> ") + settled.join(u' ')));
-        }
     }
 };
 

@@ -60,6 +60,16 @@ struct Bench : SessionBench {
     }
 };
 
+struct FillRow {
+    int kind;
+    int mode;
+    QString times;
+    QString values;
+    QString shown;
+    QString names = {};
+    QString shown_names = {};
+};
+
 struct SaveRow {
     ProfileKind kind;
     QString cell;  // what all cells hold
@@ -97,43 +107,29 @@ private slots:
     }
 
     void initialFill_data() {
-        for (const char* const column : {"times", "values", "names", "shown", "shown_names"})
-            QTest::addColumn<QString>(column);
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<int>("mode");
-        const auto add = [](const char* name, int kind, int mode, const char* times,
-                            const char* values, const char* shown, const char* names = "",
-                            const char* shown_names = "") {
-            QTest::newRow(name) << times << values << names << shown << shown_names << kind << mode;
-        };
-        add("function, as handed over", -1, 3, "3|1.50|x", "1e1||-0", "1e1||-0");
-        add("values short", -1, 3, "1|2|3", "5|6", "5|6");
-        add("times short", -1, 3, "1", "5|6", "5");
-        add("function, other mode", -1, 0, "1", "5", "");
-        add("annual, one too many", 0, 3, "", "1.0*13", "1.0*12");
-        add("annual, two values, rescaled", 0, 3, "", "2|2", "1.69|1.71|0.86*10");
-        add("annual, nothing", 0, 3, "", "", "1*12");
-        add("annual, other mode", 0, 7, "", "2*12", "1*12");
-        add("daily, rescaled", 3, 3, "", "2*24", "1*24");
-        add("monthly, values short, names long", 1, 3, "", "7.5|8", "7.5|8|1800*10", "n*13",
-            "n*12");
-        add("weekly receives nothing", 2, 3, "", "5*7", "100*7", "n*7", "*7");
+        AddRows<FillRow>(
+            {{"function, as handed over", {-1, 3, u"3|1.50|x"_s, u"1e1||-0"_s, u"1e1||-0"_s}},
+             {"values short", {-1, 3, u"1|2|3"_s, u"5|6"_s, u"5|6"_s}},
+             {"times short", {-1, 3, u"1"_s, u"5|6"_s, u"5"_s}},
+             {"function, other mode", {-1, 0, u"1"_s, u"5"_s, {}}},
+             {"annual, one too many", {0, 3, {}, u"1.0*13"_s, u"1.0*12"_s}},
+             {"annual, two values, rescaled", {0, 3, {}, u"2|2"_s, u"1.69|1.71|0.86*10"_s}},
+             {"annual, nothing", {0, 3, {}, {}, u"1*12"_s}},
+             {"annual, other mode", {0, 7, {}, u"2*12"_s, u"1*12"_s}},
+             {"daily, rescaled", {3, 3, {}, u"2*24"_s, u"1*24"_s}},
+             {"monthly, values short, names long",
+              {1, 3, {}, u"7.5|8"_s, u"7.5|8|1800*10"_s, u"n*13"_s, u"n*12"_s}},
+             {"weekly receives nothing", {2, 3, {}, u"5*7"_s, u"100*7"_s, u"n*7"_s, u"*7"_s}}});
     }
     void initialFill() {
-        QFETCH(QString, times);
-        QFETCH(QString, values);
-        QFETCH(QString, names);
-        QFETCH(QString, shown);
-        QFETCH(QString, shown_names);
-        QFETCH(int, mode);
-        QFETCH(int, kind);
-        Bench bench(times);
-        bench.values = Texts(values);
-        bench.names = Texts(names);
-        const auto setup = bench.Setup(ProfileKind{kind}, DisplayMode{mode});
+        QFETCH(FillRow, row);
+        Bench bench(row.times);
+        bench.values = Texts(row.values);
+        bench.names = Texts(row.names);
+        const auto setup = bench.Setup(ProfileKind{row.kind}, DisplayMode{row.mode});
         QVERIFY(bench.Start(setup));
-        QCOMPARE(bench.Values(), Texts(shown));
-        QCOMPARE(bench.Column(kName), Texts(shown_names));
+        QCOMPARE(bench.Values(), Texts(row.shown));
+        QCOMPARE(bench.Column(kName), Texts(row.shown_names));
         QCOMPARE(bench.Column(kLabel), setup.kind == Function
                                            ? bench.times.first(bench.Values().size())
                                            : RowLabelTexts(setup.kind));
@@ -150,6 +146,7 @@ private slots:
         setup.times = setup.values = setup.names = nullptr;
         QVERIFY(bench.Start(setup));
         QCOMPARE(bench.session->name(), QString());
+        QCOMPARE(bench.session->table().RowCount(), Describe(row).rows);
         bench.SaveAs(bench.KindPath(u"x"_s));
         QCOMPARE(bench.session->path(), bench.KindPath(u"x.dat"_s));
     }

@@ -22,41 +22,31 @@ class ExchangeTest : public HostTest {
 private slots:
     void initTestCase() { StartScreen(); }
 
-    void RewritesAnUnchangedFunction_data() {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QByteArray>("expected");
-        QTest::addColumn<QStringList>("arguments");
-
-        const QStringList absolute = {m_file};
-        QTest::newRow("normal form")
-            << HostFile(kPoints) << SavedFile(kPoints) << QStringList{u"exchange file.txt"_s};
-        QTest::newRow("behind a switch")
-            << HostFile(kPoints) << SavedFile(kPoints) << QStringList{u"-quiet"_s, m_file};
-        QTest::newRow("carriage returns") << HostFile(kPoints).replace("\n", "\r\n")
-                                          << SavedFile(kPoints).replace("\n", "\r\n") << absolute;
-        QTest::newRow("uneven")
-            << QByteArray(
-                   " 1   2 3\n!x!y\n !x\n3  0 x !! note\na ! b ! c\n1\t2\n\n\n\n\n1!\n  1  0 ! "
-                   "n\n4\n"
-                   "0!t\n 1 !y\n2.50 x ! t\n3\nlast")
-            << QByteArray(
-                   "1 2 3 \n!x!y\n!x\n3 0 x ! note\na ! b \n1\t2 \n\n\n\n\n1 \n1 0 ! n\n4 \n"
-                   "0 !t\n1 !y\n2.50 ! Time at point|hr|0|+Inf\n"
-                   "3 ! Value at point |any|-Inf|+Inf\nlast \n")
-            << absolute;
-        const QByteArray sample = ReadAll(QStringLiteral(SAMPLES_DIR "pump-start.txt"));
-        QTest::newRow("sample") << sample << sample + '\n' << absolute;
-    }
     void RewritesAnUnchangedFunction() {
-        QFETCH(const QByteArray, content);
-        QFETCH(const QByteArray, expected);
-        QFETCH(const QStringList, arguments);
-        QVERIFY(WriteAll(m_file, content));
-
-        EditorRun host(m_screen, arguments,
-                       [this](QProcess& program) { program.setWorkingDirectory(m_folder.path()); });
-        QVERIFY(host.PressOk());
-        QCOMPARE(ReadAll(m_file), expected);
+        const QByteArray host_file = HostFile(kPoints);
+        const QByteArray saved = SavedFile(kPoints);
+        const QByteArray sample = ReadAll(QStringLiteral(SAMPLES_DIR "pump-start.txt"));
+        const std::tuple<QByteArray, QByteArray, QStringList> cases[] = {
+            {host_file, saved, {u"exchange file.txt"_s}},
+            {host_file, saved, {u"-quiet"_s, m_file}},
+            {QByteArray(host_file).replace("\n", "\r\n"),
+             QByteArray(saved).replace("\n", "\r\n"),
+             {m_file}},
+            {" 1   2 3\n!x!y\n !x\n3  0 x !! note\na ! b ! c\n1\t2\n\n\n\n\n1!\n  1  0 ! n\n4\n"
+             "0!t\n 1 !y\n2.50 x ! t\n3\nlast",
+             "1 2 3 \n!x!y\n!x\n3 0 x ! note\na ! b \n1\t2 \n\n\n\n\n1 \n1 0 ! n\n4 \n"
+             "0 !t\n1 !y\n2.50 ! Time at point|hr|0|+Inf\n"
+             "3 ! Value at point |any|-Inf|+Inf\nlast \n",
+             {m_file}},
+            {sample, sample + '\n', {m_file}}};
+        for (const auto& [content, expected, arguments] : cases) {
+            QVERIFY(!content.isEmpty() && WriteAll(m_file, content));
+            EditorRun host(m_screen, arguments, [this](QProcess& program) {
+                program.setWorkingDirectory(m_folder.path());
+            });
+            QVERIFY(host.PressOk());
+            QCOMPARE(ReadAll(m_file), expected);
+        }
     }
 
     void CancelsOnlyWhenSure() {
@@ -88,36 +78,27 @@ private slots:
         QCOMPARE(ReadAll(m_file), SavedFile({{"0", "1.50"}, {"10", "7"}, {"20", "-3e0"}}));
     }
 
-    void OpensEmptyWithoutPoints_data() {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("argument");
-        QTest::addColumn<int>("messages");
-
-        QTest::newRow("no such file") << QByteArray() << m_folder.filePath(u"none.txt"_s) << 2;
-        QTest::newRow("a folder") << QByteArray() << m_folder.path() << 2;
-        QTest::newRow("no file name") << QByteArray() << QString() << 2;
-        QTest::newRow("two cycles")
-            << HostFile(kPoints).replace("\n1 ! Cycles", "\n2 ! Cycles") << m_file << 1;
-        QTest::newRow("cut in the header") << QByteArray("1\n2\n3\n4 2 x\n5") << m_file << 1;
-    }
     void OpensEmptyWithoutPoints() {
-        QFETCH(const QByteArray, content);
-        QFETCH(const QString, argument);
-        QFETCH(const int, messages);
-        if (!content.isNull())
+        const QByteArray no_file;
+        const std::tuple<QByteArray, QStringList, int> cases[] = {
+            {no_file, {m_folder.filePath(u"none.txt"_s)}, 2},
+            {no_file, {m_folder.path()}, 2},
+            {no_file, {}, 2},
+            {HostFile(kPoints).replace("\n1 ! Cycles", "\n2 ! Cycles"), {m_file}, 1},
+            {"1\n2\n3\n4 2 x\n5", {m_file}, 1}};
+        for (const auto& [content, arguments, messages] : cases) {
             QVERIFY(WriteAll(m_file, content));
-
-        HostRun host(m_screen);
-        host.Start(argument.isNull() ? QStringList() : QStringList{argument});
-        for (int i = 0; i < messages; ++i)
-            QVERIFY2(host.PassMessage(), qPrintable(u"message %1"_s.arg(i + 1)));
-        QVERIFY(host.WaitForDialog());
-        QVERIFY(host.Click(kOkButton));
-        QVERIFY2(host.PassMessage(), "an empty function cannot be saved");
-        QVERIFY(host.HasEnded());
-        QVERIFY(!QFileInfo::exists(m_folder.filePath(u"none.txt"_s)));
-        if (!content.isNull())
+            HostRun host(m_screen);
+            host.Start(arguments);
+            for (int i = 0; i < messages; ++i)
+                QVERIFY2(host.PassMessage(), qPrintable(u"message %1"_s.arg(i + 1)));
+            QVERIFY(host.WaitForDialog());
+            QVERIFY(host.Click(kOkButton));
+            QVERIFY2(host.PassMessage(), "an empty function cannot be saved");
+            QVERIFY(host.HasEnded());
+            QVERIFY(!QFileInfo::exists(m_folder.filePath(u"none.txt"_s)));
             QCOMPARE(ReadAll(m_file), content);
+        }
     }
 
     void KeepsTheOldFileWhenWritingIsRefused() {

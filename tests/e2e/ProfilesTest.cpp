@@ -172,14 +172,6 @@ private slots:
         QCOMPARE(ReadAll(saved + u".dat"_s), expected);
     }
 
-    void RefusesAFileOfAnotherKind() {
-        HostRun host(m_screen);
-        Start(host, m_host,
-              {u"annual"_s, u"open"_s, u"--file"_s, DataPath(u"Profils/Journalier/Bureau.dat"_s)});
-        QVERIFY(host.PassMessage() && host.HasEnded());
-        QCOMPARE(ReadAll(m_output), "result: 0\nname: \n");
-    }
-
     void SavesBackAndForgetsWhatWasCancelled() {
         const QString path = DataPath(u"Profils/Semaines/Logement.dat"_s);
         const QByteArray before = ReadAll(path);
@@ -192,56 +184,49 @@ private slots:
         QCOMPARE(ReadAll(path), QByteArray(before).replace("= 560 ", "= 570 "));
     }
 
-    void HandsTheRowsBack_data() {
-        QTest::addColumn<QString>("program");
-        QTest::newRow("C") << kCHost;
-        if (!QStringLiteral(PYTHON_HOST).isEmpty())
-            QTest::newRow("Python") << QStringLiteral(PYTHON_HOST);
-    }
     void HandsTheRowsBack() {
-        QFETCH(const QString, program);
-        HostRun host(m_screen);
-        Start(host, program,
-              {u"function"_s, u"edit"_s, u"--name"_s, u"Essai"_s, u"0=1.50"_s, u"10=4"_s});
-        QVERIFY(host.WaitForWindow(u" Essai"_s));
-        QVERIFY(EnterFirstValue(host, u"2,5"_s) && host.PressOk());
-        QCOMPARE(ReadAll(m_output),
-                 "row 1: 0 | 2.5 | \nrow 2: 10 | 4 | \nresult: 1\nname: Essai\n");
+        QStringList programs = {kCHost, QStringLiteral(PYTHON_HOST)};
+        programs.removeAll(QString());
+        for (const QString& program : programs) {
+            HostRun host(m_screen);
+            Start(host, program,
+                  {u"function"_s, u"edit"_s, u"--name"_s, u"Essai"_s, u"0=1.50"_s, u"10=4"_s});
+            QVERIFY(host.WaitForWindow(u" Essai"_s));
+            QVERIFY(EnterFirstValue(host, u"2,5"_s) && host.PressOk());
+            QCOMPARE(ReadAll(m_output),
+                     "row 1: 0 | 2.5 | \nrow 2: 10 | 4 | \nresult: 1\nname: Essai\n");
 
-        HostRun monthly(m_screen);
-        Start(monthly, program,
-              {u"monthly"_s, u"edit"_s, u"--data"_s, m_folder.path(), u"m=600=Bureau"_s});
-        QVERIFY(monthly.WaitForWindow(u"Profil Mensuel : "_s) && monthly.PressOk());
-        const QList<QByteArray> lines = ReadAll(m_output).split('\n');
-        QCOMPARE(lines.size(), 12 + 3);
-        QCOMPARE(lines[0], "row 1: Janvier | 600 | Bureau");
-        QVERIFY(lines[7].startsWith("row 8: Ao\xC3\xBBt | 1800 | "));
-        QCOMPARE(lines[12], "result: 1");
+            HostRun monthly(m_screen);
+            Start(monthly, program,
+                  {u"monthly"_s, u"edit"_s, u"--data"_s, m_folder.path(), u"m=600=Bureau"_s});
+            QVERIFY(monthly.WaitForWindow(u"Profil Mensuel : "_s) && monthly.PressOk());
+            const QList<QByteArray> lines = ReadAll(m_output).split('\n');
+            QCOMPARE(lines.size(), 12 + 3);
+            QCOMPARE(lines[0], "row 1: Janvier | 600 | Bureau");
+            QVERIFY(lines[7].startsWith("row 8: Ao\xC3\xBBt | 1800 | "));
+            QCOMPARE(lines[12], "result: 1");
+        }
     }
 
     // A host without a display goes on; the toolkit would end it.
-    void GoesOnWithoutADisplay_data() {
-        QTest::addColumn<QString>("variable");
-        QTest::addColumn<QString>("value");
-        QTest::newRow("none") << QString() << QString();
-        QTest::newRow("one that does not answer") << u"DISPLAY"_s << u":4095"_s;
-        QTest::newRow("unknown platform") << u"QT_QPA_PLATFORM"_s << u"nothing"_s;
-    }
     void GoesOnWithoutADisplay() {
-        QFETCH(const QString, variable);
-        QFETCH(const QString, value);
-        QProcessEnvironment environment = m_screen.Environment();
-        environment.remove(u"DISPLAY"_s);
-        environment.remove(u"QT_QPA_PLATFORM"_s);
-        if (!variable.isEmpty())
-            environment.insert(variable, value);
-        for (const QString& program : {m_host, kCHost}) {
-            QProcess host;
-            host.setProcessEnvironment(environment);
-            host.start(program, {u"daily"_s, u"edit"_s});
-            QVERIFY(host.waitForFinished());
-            QCOMPARE(host.exitStatus(), QProcess::NormalExit);
-            QCOMPARE(host.readAllStandardOutput(), "result: -1\nname: \n");
+        const std::pair<QString, QString> cases[] = {{},
+                                                     {u"DISPLAY"_s, u":4095"_s},  // no answer
+                                                     {u"QT_QPA_PLATFORM"_s, u"nothing"_s}};
+        for (const auto& [variable, value] : cases) {
+            QProcessEnvironment environment = m_screen.Environment();
+            environment.remove(u"DISPLAY"_s);
+            environment.remove(u"QT_QPA_PLATFORM"_s);
+            if (!variable.isEmpty())
+                environment.insert(variable, value);
+            for (const QString& program : {m_host, kCHost}) {
+                QProcess host;
+                host.setProcessEnvironment(environment);
+                host.start(program, {u"daily"_s, u"edit"_s});
+                QVERIFY(host.waitForFinished());
+                QCOMPARE(host.exitStatus(), QProcess::NormalExit);
+                QCOMPARE(host.readAllStandardOutput(), "result: -1\nname: \n");
+            }
         }
     }
 };

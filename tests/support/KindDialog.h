@@ -58,15 +58,6 @@ struct KindDialog {
     const CDocControl& Document() const { return dialog->findChild<CGraphControl*>()->document(); }
     QStringList Column(int column) const { return dialog->session().table().Column(column); }
 
-    /// Of a function.
-    bool ChartShowsTheGrid() const {
-        for (int i = 0; i < Column(1).size(); ++i) {
-            if (Document().Place(i) != QPointF(Column(1)[i].toDouble(), Column(2)[i].toDouble()))
-                return false;
-        }
-        return Document().ItemCount() == Column(1).size();
-    }
-
     /// Runs the dialog and does `steps` once it has the keyboard. Returns what `DoModal` returns.
     int Run(const std::function<void()>& steps) const {
         return RunDialog(*dialog, [&] {

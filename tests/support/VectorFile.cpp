@@ -17,10 +17,6 @@ QJsonArray Cases(const char* name) {
 
 }  // namespace
 
-void AddVectorRows(const char* name) {
-    AddVectorRows(name, nullptr);
-}
-
 void AddVectorRows(const char* name, const char* key) {
     QTest::addColumn<QJsonObject>("vector");
     const QJsonArray cases = Cases(name);

@@ -15,10 +15,8 @@
 /// named after its case and carries the column "vector" (QJsonObject) with input, expected and
 /// notes. The row "(file)" is never made, so an unreadable or empty file leaves the test without
 /// data, which fails it.
-void AddVectorRows(const char* name);
-
-/// As above, only cases whose "input" holds `key`.
-void AddVectorRows(const char* name, const char* key);
+/// With a `key` only cases whose "input" holds it.
+void AddVectorRows(const char* name, const char* key = nullptr);
 
 /// Bytes of a vector's byte string: ASCII text or {"b64": ...}.
 QByteArray VectorBytes(const QJsonValue& value);

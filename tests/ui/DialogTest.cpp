@@ -158,7 +158,6 @@ private slots:
             shown.Add(u"1"_s, u"2,50"_s);
             QCOMPARE(shown.Column(1).join(u'|'), u"0|1|1|2"_s);
             QCOMPARE(shown.Column(2).join(u'|'), u"1000|1050|2.5|1100"_s);
-            QVERIFY(shown.ChartShowsTheGrid());
             QCOMPARE(shown.Grid()->currentIndex().row(), 2);
             // Cancel leaves everything; the key Insert opens the dialog too.
             shown.Add([&] { QTest::keyClick(shown.Grid(), Qt::Key_Insert); }, u"5"_s, u"5"_s,
@@ -189,7 +188,6 @@ private slots:
                                                        QItemSelectionModel::Select);
             shown.Click(kRemove);
             QCOMPARE(shown.Column(1).join(u'|'), u"0|2|4"_s);
-            QVERIFY(shown.ChartShowsTheGrid());
             QVERIFY(!shown.Button(kUndo)->isEnabled());
             QCOMPARE(shown.Grid()->height(), 3 * kGridRowHeight + kGridHeaderHeight);
             shown.Grid()->SelectCell(1, 1);
@@ -224,7 +222,6 @@ private slots:
             QVERIFY(shown.Grid()->hasFocus());
             shown.Add(u"3"_s, u"4"_s);
             QCOMPARE(shown.Column(1), QStringList{u"3"_s});
-            QVERIFY(shown.ChartShowsTheGrid());
         });
     }
 
