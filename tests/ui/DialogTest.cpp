@@ -84,7 +84,7 @@ private slots:
     void EnterNeverPressesAButton() {
         const FunctionDialog shown(2);
         const MessageScript script;
-        shown.Run([&] {
+        RunDialog(*shown.dialog, [&] {
             for (int i = 0; i < 4; ++i)
                 QTest::keyClick(shown.Grid(), Qt::Key_Return);
             QVERIFY(shown.dialog->isVisible());
