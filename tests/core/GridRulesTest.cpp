@@ -142,7 +142,12 @@ private slots:
         }
     }
 
-    void HeaderIsNoRow() { QCOMPARE(PasteRefusal({2, 3, {0, 1, 2, 3}, {2}, 3}), QString()); }
+    void HeaderIsNoRow() {
+        QCOMPARE(PasteRefusal({2, 3, {0, 1, 2, 3}, {2}, 3}), QString());
+        QCOMPARE(PasteRefusal({0, 4, {0, 1, 2, 3}, {2}, 3, true}),
+                 u"Impossible d'appliquer la sélection\nprécédente à cet endroit:\n"
+                 "il n'y a pas assez de place dans\nle tableau !"_s);
+    }
 
     // From headers, and from a cell that is no longer there, a move ends on a data cell.
     void StaysInTheGrid() {
