@@ -1,11 +1,8 @@
-#include "app/EnglishAtof.h"
 #include "chart/AxisPlan.h"
 #include "chart/CGraphControl.h"
 #include "chart/ItemPicking.h"
 #include "chart/LineThinning.h"
-#include "profiles/ProfileTable.h"
 
-#include <QSignalSpy>
 #include <QTest>
 
 #include <cmath>
@@ -26,93 +23,62 @@ PlotScale ScaleFor(double x_high) {
     return {{0.0, x_high, 0.0, 400.0}, {0.0, 100.0, 300.0, 0.0}};
 }
 
-// What the chart shows beside what stands in the table.
-QString Difference(const CDocControl& chart, const ProfileTable& table) {
-    const bool times = chart.GroupCount() == 2;
-    if (chart.ItemCount() != table.RowCount())
-        return u"%1 items, %2 rows"_s.arg(chart.ItemCount()).arg(table.RowCount());
-    for (int i = 0; i < chart.ItemCount(); ++i) {
-        const QString label = table.CellText(i + 1, 1);
-        const bool same_label =
-            times ? chart.Value(i, 0) == ParseNumber(label) : chart.Label(i) == label;
-        if (!same_label || chart.Value(i, times ? 1 : 0) != ParseNumber(table.CellText(i + 1, 2)))
-            return u"row %1"_s.arg(i + 1);
-    }
-    return {};
-}
-
-// A chart that follows a table of its kind.
-struct BoundChart {
-    explicit BoundChart(int kind_number, const QStringList& texts = {})
-        : table(static_cast<ProfileKind>(kind_number)) {
-        if (!texts.isEmpty())
-            table.ResetRows(texts, texts);
-        if (kind_number < 0)
-            control.BuildFunctionChart();
-        else
-            control.BuildProfileChart(static_cast<ProfileKind>(kind_number));
-        control.Attach(&table, static_cast<ProfileKind>(kind_number));
-    }
-
-    ProfileTable table;
-    CGraphControl control;
-    const CDocControl& document = control.document();
-};
-
 }  // namespace
 
 class ChartDocTest : public QObject {
     Q_OBJECT
 
-private slots:
-    void profileChart_data() {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<double>("title_height");
-        QTest::addColumn<double>("step");
-        QTest::addColumn<QString>("titles");
-        QTest::addColumn<int>("items");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<QString>("last_label");
-        QTest::addColumn<bool>("upright");
-        const double fifth = double{0.2F};
-        QTest::newRow("annual") << 0 << 11.0 << fifth
-                                << u"Coefficient Multiplicateur|Mois de l'année"_s << 12 << 1.0
-                                << u"Décembre"_s << false;
-        QTest::newRow("monthly") << 1 << 22.0 << 250.0
-                                 << u"Besoin journalier moyen l/j|Mois de l'année"_s << 12 << 1800.0
-                                 << u"Décembre"_s << false;
-        QTest::newRow("weekly") << 2 << 22.0 << 20.0
-                                << u"Besoin journalier moyen en l/j|Jours de la Semaine"_s << 7
-                                << 100.0 << u"Dimanche"_s << false;
-        QTest::newRow("daily") << 3 << 11.0 << fifth
-                               << u"Coefficient Horaire|Heures de la Journée"_s << 24 << 1.0
-                               << u"23 h"_s << true;
-        QTest::newRow("unknown") << 9 << 11.0 << 0.0 << u"|"_s << 12 << kNaN << u""_s << false;
+    static void CheckAxis(double interval, double low, double high, double multiple) {
+        const AxisPlan plan =
+            PlanAxis({.interval = interval, .limits = 0, .headroom = 1}, low, high, 10.0, 8, 20);
+        QVERIFY(std::isfinite(plan.low) && std::isfinite(plan.high) && plan.low < plan.high);
+        if (std::abs(high) < 1e100) {
+            QVERIFY(plan.low <= low);
+            QVERIFY(plan.high > high || (high == 0.0 && plan.high == 0.0));
+        }
+        if (multiple > 0.0)
+            QCOMPARE(plan.step, interval * multiple);
+        QStringList labels;
+        for (double tick : plan.Ticks())
+            labels.append(plan.LabelText(tick));
+        QVERIFY2(labels.size() >= 2 && labels.size() <= 20, qPrintable(labels.join(u' ')));
+        QCOMPARE(labels.removeDuplicates(), 0);
     }
+
+private slots:
     void profileChart() {
-        QFETCH(const int, kind);
-        QFETCH(const double, value);
-        QFETCH(const double, title_height);
-        CGraphControl control;
-        control.BuildProfileChart(static_cast<ProfileKind>(kind));
-        const CDocControl& chart = control.document();
-        QTEST(chart.ItemCount(), "items");
-        QTEST(chart.value_scale.interval, "step");
-        QTEST(chart.value_label.text + u'|' + chart.index_label.text, "titles");
-        QTEST(chart.Label(chart.ItemCount() - 1), "last_label");
-        QTEST((chart.item_style.flags & ItemStyle::kUprightLabel) != 0, "upright");
-        QCOMPARE(chart.title.rect, (PercentRect{0.0, 0.0, 100.0, title_height}));
-        QCOMPARE(chart.display_rect, (PercentRect{0.0, title_height, 100.0, 100.0}));
-        for (int i = 0; i < chart.ItemCount(); ++i)
-            QVERIFY(std::isnan(value) ? std::isnan(chart.Value(i, 0)) : chart.Value(i, 0) == value);
+        // Height of the title, step, items, their value, upright labels, last label, titles.
+        const std::pair<int, QString> charts[] = {
+            {0, u"11 0.200000003 12 1 0 Décembre|Coefficient Multiplicateur|Mois de l'année"_s},
+            {1, u"22 250 12 1800 0 Décembre|Besoin journalier moyen l/j|Mois de l'année"_s},
+            {2, u"22 20 7 100 0 Dimanche|Besoin journalier moyen en l/j|Jours de la Semaine"_s},
+            {3, u"11 0.200000003 24 1 1 23 h|Coefficient Horaire|Heures de la Journée"_s},
+            {9, u"11 0 12 nan 0 ||"_s}};
+        for (const auto& [kind, expected] : charts) {
+            CGraphControl control;
+            control.BuildProfileChart(static_cast<ProfileKind>(kind));
+            const CDocControl& chart = control.document();
+            const double title_height = chart.title.rect.bottom;
+            for (int i = 0; i < chart.ItemCount(); ++i) {
+                QCOMPARE(u"%1 %2 %3 %4 %5 "_s.arg(title_height)
+                                 .arg(chart.value_scale.interval, 0, 'g', 9)
+                                 .arg(chart.ItemCount())
+                                 .arg(chart.Value(i, 0))
+                                 .arg(chart.item_style.flags / ItemStyle::kUprightLabel) +
+                             chart.Label(chart.ItemCount() - 1) + u'|' + chart.value_label.text +
+                             u'|' + chart.index_label.text,
+                         expected);
+            }
+            QVERIFY(chart.ItemCount() > 0);
+            QCOMPARE(chart.title.rect, (PercentRect{0.0, 0.0, 100.0, title_height}));
+            QCOMPARE(chart.display_rect, (PercentRect{0.0, title_height, 100.0, 100.0}));
+        }
     }
 
     void chartColours() {
         CGraphControl control;
         control.BuildProfileChart(ProfileKind::Weekly);
         const CDocControl& chart = control.document();
-        QCOMPARE(chart.item_style.FaceColour(), (ChartColour{115, 170, 232}));
-        QCOMPARE(chart.item_style.second_colour, (ChartColour{56, 102, 224}));
         QCOMPARE(chart.grid_lines[0].colour, (ChartColour{205, 205, 205}));
         QCOMPARE(chart.grid_lines[1].colour, (ChartColour{0, 128, 0}));
         QCOMPARE(chart.tick_marks[0].colour, (ChartColour{56, 102, 224}));
@@ -134,69 +100,6 @@ private slots:
         QCOMPARE(chart.StyleOf(23).width, 2);
     }
 
-    void followsTable_data() {
-        QTest::addColumn<int>("kind");
-        QTest::newRow("function") << -1;
-        QTest::newRow("monthly") << 1;
-    }
-    // Any sequence of changes leaves the chart equal to the table.
-    void followsTable() {
-        QFETCH(const int, kind);
-        std::mt19937 random(static_cast<unsigned>(kind + 20));
-        const auto below = [&random](int end) {
-            return static_cast<int>(random() % static_cast<unsigned>(end));
-        };
-        const auto text = [&] {
-            static const QStringList odd = {u""_s, u"abc"_s, u"inf"_s, u"1e999"_s, u"1.5abc"_s};
-            return below(5) == 0 ? odd[below(5)] : QString::number(below(1000) - 500);
-        };
-        BoundChart chart(kind);
-        ProfileTable& table = chart.table;
-        for (int round = 0; round < 500; ++round) {
-            const int rows = std::max(table.RowCount(), 1);
-            const int row = below(rows) + 1;
-            switch (below(8)) {
-                case 0: table.RemoveRows({row, row + 2, below(rows) + 1}); break;
-                case 1:
-                case 2: table.InsertRow(row, text(), text()); break;
-                case 3: table.MoveRow(row, below(rows) + 1); break;
-                case 4: table.SetCellText(row, 1, text()); break;
-                case 5: table.SetCellText(row, 2, text()); break;
-                case 6: table.SetColumn(2, {text(), text(), text()}); break;
-                default:
-                    if (below(10) == 0)
-                        table.ResetRows({text(), text(), text(), text()}, {text(), text()});
-            }
-            QCOMPARE(Difference(chart.document, table), QString());
-        }
-    }
-
-    void editsMoveOnlyWhatTheyTouch() {
-        BoundChart chart(-1, {u"1"_s, u"2"_s, u"3"_s});
-        QSignalSpy rebuilt(&chart.control, &CGraphControl::Rebuilt);
-        QSignalSpy changed(&chart.control, &CGraphControl::ItemsChanged);
-        chart.table.SetCellText(2, 2, u"7.5"_s);
-        QCOMPARE(chart.document.Place(1), QPointF(2.0, 7.5));
-        QCOMPARE(changed, (QList<QVariantList>{{1, 1}}));
-        QCOMPARE(rebuilt.size(), 0);
-        chart.control.BuildFunctionChart();
-        QCOMPARE(Difference(chart.document, chart.table), QString());
-
-        // The highlight stays with its row.
-        changed.clear();
-        chart.control.SetHighlighted(1, true);
-        QCOMPARE(changed, (QList<QVariantList>{{1, 1}}));
-        chart.control.SetHighlighted(-1, true);
-        chart.control.SetHighlighted(3, true);
-        QCOMPARE(chart.document.Highlighted().size(), size_t{1});
-        chart.table.InsertRow(1, u"0"_s, u"0"_s);
-        QVERIFY(chart.document.IsHighlighted(2) && !chart.document.IsHighlighted(1));
-        chart.table.RemoveRows({1, 2});
-        QVERIFY(chart.document.IsHighlighted(0));
-        chart.table.RemoveRows({1});
-        QVERIFY(chart.document.Highlighted().empty());
-    }
-
     void valueBeyondEndThrows() {
         CDocControl chart;
         chart.ClearItems(2);
@@ -209,43 +112,22 @@ private slots:
         QCOMPARE(chart.ItemCount(), 1);
     }
 
-    void axis_data() {
-        QTest::addColumn<double>("interval");
-        QTest::addColumn<double>("low");
-        QTest::addColumn<double>("high");
-        QTest::addColumn<double>("multiple");  // of the interval between labels; 0 when automatic
-        QTest::newRow("coefficients") << double{0.2F} << 0.0 << 1.4 << 1.0;
-        QTest::newRow("large coefficient") << double{0.2F} << 0.0 << 12.0 << 5.0;
-        QTest::newRow("large needs") << 250.0 << 0.0 << 99999.0 << 50.0;
-        QTest::newRow("enormous needs") << 250.0 << 0.0 << 1e300 << -1.0;
-        QTest::newRow("negative") << 20.0 << -50.0 << 100.0 << 1.0;
-        QTest::newRow("points") << 0.0 << -3.0 << 17.0 << 0.0;
-        QTest::newRow("one value") << 0.0 << 5.0 << 5.0 << 0.0;
-        QTest::newRow("only zero") << 0.0 << 0.0 << 0.0 << 0.0;
-        QTest::newRow("widest") << 0.0 << -1.7e308 << 1.7e308 << 0.0;
-        QTest::newRow("tiny") << 0.0 << 0.0 << 5e-324 << 0.0;
-        QTest::newRow("close and far off") << 0.0 << 1e15 << 1e15 + 0.25 << 0.0;
-    }
     // An axis has finite limits with room beyond the data, and few labels that can be told apart.
     void axis() {
-        QFETCH(const double, interval);
-        QFETCH(const double, low);
-        QFETCH(const double, high);
-        QFETCH(const double, multiple);
-        const AxisPlan plan =
-            PlanAxis({.interval = interval, .limits = 0, .headroom = 1}, low, high, 10.0, 8, 20);
-        QVERIFY(std::isfinite(plan.low) && std::isfinite(plan.high) && plan.low < plan.high);
-        if (std::abs(high) < 1e100) {
-            QVERIFY(plan.low <= low);
-            QVERIFY(plan.high > high || (high == 0.0 && plan.high == 0.0));
-        }
-        if (multiple > 0.0)
-            QCOMPARE(plan.step, interval * multiple);
-        QStringList labels;
-        for (double tick : plan.Ticks())
-            labels.append(plan.LabelText(tick));
-        QVERIFY2(labels.size() >= 2 && labels.size() <= 20, qPrintable(labels.join(u' ')));
-        QCOMPARE(labels.removeDuplicates(), 0);
+        constexpr double kFifth = double{0.2F};
+        struct Case {
+            double interval;
+            double low;
+            double high;
+            double multiple;  // of the interval between labels; 0 when automatic
+        };
+        const Case cases[] = {
+            {kFifth, 0.0, 1.4, 1.0},   {kFifth, 0.0, 12.0, 5.0},     {250.0, 0.0, 99999.0, 50.0},
+            {250.0, 0.0, 1e300, -1.0}, {20.0, -50.0, 100.0, 1.0},    {0.0, -3.0, 17.0, 0.0},
+            {0.0, 5.0, 5.0, 0.0},      {0.0, 0.0, 0.0, 0.0},         {0.0, -1.7e308, 1.7e308, 0.0},
+            {0.0, 0.0, 5e-324, 0.0},   {0.0, 1e15, 1e15 + 0.25, 0.0}};
+        for (const auto& [interval, low, high, multiple] : cases)
+            CheckAxis(interval, low, high, multiple);
     }
 
     // Each column of pixels keeps its first, last, lowest and highest point, and no more.
@@ -311,46 +193,43 @@ private slots:
         QCOMPARE(few[1].x(), 40.0);
     }
 
-    void hits_data() {
-        QTest::addColumn<bool>("bars");
-        QTest::addColumn<QPointF>("pixels");
-        QTest::addColumn<int>("item");
-        // Points at pixels (40, 150), (44, 150), (44, 150) and (200, 0).
-        QTest::newRow("nearest") << false << QPointF(43, 151) << 1;
-        QTest::newRow("lower row of two") << false << QPointF(48, 150) << 1;
-        QTest::newRow("same distance") << false << QPointF(42, 150) << 0;
-        QTest::newRow("too far") << false << QPointF(34, 145) << -1;
-        QTest::newRow("top edge") << false << QPointF(200, 2) << 3;
-        // Bars on x = 0 .. 3 with the ends at pixels 225, none, 300 and 330.
-        QTest::newRow("above its end") << true << QPointF(50, 220) << 0;
-        QTest::newRow("well above") << true << QPointF(50, 200) << -1;
-        QTest::newRow("no value") << true << QPointF(150, 299) << -1;
-        QTest::newRow("no height") << true << QPointF(250, 297) << 2;
-        QTest::newRow("between bars") << true << QPointF(100, 280) << -1;
-        QTest::newRow("below the axis") << true << QPointF(350, 320) << 3;
-        QTest::newRow("left of all") << true << QPointF(-60, 280) << -1;
-    }
     void hits() {
-        QFETCH(const bool, bars);
-        QFETCH(const QPointF, pixels);
-        CDocControl chart;
-        PlotScale scale = ScaleFor(100.0);
-        if (bars) {
-            chart.display.form = DisplayForm::Bars;
-            int item = 0;
-            for (double value : {25.0, kInf, 0.0, -10.0})
-                chart.SetValue(item++, 0, value);
-            scale.x = {-0.5, 3.5, 0.0, 400.0};
-        } else {
-            chart.ClearItems(2);
-            int item = 0;
-            for (QPointF point : {QPointF(10, 50), QPointF(11, 50), QPointF(11, 50),
-                                  QPointF(50, 100), QPointF(kNaN, 50), QPointF(10, kInf)}) {
-                chart.SetValue(item, 0, point.x());
-                chart.SetValue(item++, 1, point.y());
-            }
+        const std::pair<QPointF, int> on_points[] = {
+            // Points at pixels (40, 150), (44, 150), (44, 150) and (200, 0).
+            {{43, 151}, 1},   // nearest
+            {{48, 150}, 1},   // lower row of two
+            {{42, 150}, 0},   // same distance
+            {{34, 145}, -1},  // too far
+            {{200, 2}, 3}};   // top edge
+        CDocControl points;
+        points.ClearItems(2);
+        int item = 0;
+        for (QPointF point : {QPointF(10, 50), QPointF(11, 50), QPointF(11, 50), QPointF(50, 100),
+                              QPointF(kNaN, 50), QPointF(10, kInf)}) {
+            points.SetValue(item, 0, point.x());
+            points.SetValue(item++, 1, point.y());
         }
-        QTEST(HitItem(chart, scale, pixels).value_or(-1), "item");
+        PlotScale scale = ScaleFor(100.0);
+        for (const auto& [pixels, hit] : on_points)
+            QCOMPARE(HitItem(points, scale, pixels).value_or(-1), hit);
+
+        const std::pair<QPointF, int> on_bars[] = {
+            // Bars on x = 0 .. 3 with the ends at pixels 225, none, 300 and 330.
+            {{50, 220}, 0},     // above its end
+            {{50, 200}, -1},    // well above
+            {{150, 299}, -1},   // no value
+            {{250, 297}, 2},    // no height
+            {{100, 280}, -1},   // between bars
+            {{350, 320}, 3},    // below the axis
+            {{-60, 280}, -1}};  // left of all
+        CDocControl bars;
+        bars.display.form = DisplayForm::Bars;
+        item = 0;
+        for (double value : {25.0, kInf, 0.0, -10.0})
+            bars.SetValue(item++, 0, value);
+        scale.x = {-0.5, 3.5, 0.0, 400.0};
+        for (const auto& [pixels, hit] : on_bars)
+            QCOMPARE(HitItem(bars, scale, pixels).value_or(-1), hit);
     }
 };
 

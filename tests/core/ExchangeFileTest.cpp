@@ -1,6 +1,7 @@
 // The exchange file from bytes to points and back.
 
 #include "MessageScript.h"
+#include "TestFiles.h"
 #include "VectorFile.h"
 #include "app/CPlugExchangeFile.h"
 #include "app/CPlugParameters.h"
@@ -20,17 +21,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QByteArray ReadAll(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be opened)");
-}
-
-void WriteAll(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), bytes.size());
-}
 
 CPlugPoint PointOf(const QJsonValue& pair) {
     return {FromCp1252(VectorBytes(pair[0])), FromCp1252(VectorBytes(pair[1]))};
@@ -112,7 +102,7 @@ void ExchangeFileTest::Files() {
     QByteArray content;
     if (!input[u"file"].isNull()) {
         content = VectorBytes(input[u"file"]);
-        WriteAll(path, content);
+        QVERIFY(WriteAll(path, content));
     }
     MessageScript script;
     ExpectMessages(script, vector, path);
@@ -150,7 +140,7 @@ void ExchangeFileTest::Saves() {
         if (!input[u"file"].isNull()) {
             content = VectorBytes(input[u"file"]).replace("\r\n", "\n");
             content = cr_lf ? WithCrLf(content) : content;
-            WriteAll(scratch.Path(), content);
+            QVERIFY(WriteAll(scratch.Path(), content));
         }
         MessageScript script;
         ExpectMessages(script, vector, scratch.Path());
@@ -211,7 +201,7 @@ void ExchangeFileTest::ValueAccess() {
 void ExchangeFileTest::HugeDeclaredCount() {
     const ScratchFile scratch;
     const QByteArray content = "\n\n\n1 2 x\n\n\n\n\n\n\n1\n0\n2000000000\n0\n1\n5\n6\n";
-    WriteAll(scratch.Path(), content);
+    QVERIFY(WriteAll(scratch.Path(), content));
     MessageScript script;
     // The empty line behind the last line end has no value, and then there are no more lines.
     script.Expect(QStringLiteral("CPlugInstruction::setCStringValue: value not found: "));
@@ -229,7 +219,7 @@ void ExchangeFileTest::HugeDeclaredCount() {
 void ExchangeFileTest::ManyMissingValues() {
     const ScratchFile scratch;
     const QByteArray head = "\n\n\n1 2 x\n\n\n\n\n\n\n1\n49999\n";
-    WriteAll(scratch.Path(), head + "100000\n" + QByteArray(100'000, '\n') + "tail");
+    QVERIFY(WriteAll(scratch.Path(), head + "100000\n" + QByteArray(100'000, '\n') + "tail"));
     MessageScript script;
     for (int i = 0; i < 10; ++i)
         script.Expect(QStringLiteral("CPlugInstruction::setCStringValue: value not found: "));
@@ -249,7 +239,7 @@ void ExchangeFileTest::SavedTwice() {
         const QByteArray head = "\n\n\n1  2 x!a!b\n\n\n\n\n\n\n1\n";
         const QByteArray written = "\n\n\n1 2 x !a\n\n\n\n\n\n\n1 \n";
         const auto with_ends = [&](QByteArray text) { return text.replace("\n", line_end); };
-        WriteAll(scratch.Path(), with_ends(head + "1\n4\n0\n1\n2\n3\n! tail\n !t"));
+        QVERIFY(WriteAll(scratch.Path(), with_ends(head + "1\n4\n0\n1\n2\n3\n! tail\n !t")));
         MessageScript script;
         CPlugExchangeFile file(scratch.Path());
         CPlugParameters parameters;
@@ -278,7 +268,7 @@ void ExchangeFileTest::OddBytesSurvive() {
     const QByteArray nul(1, '\0');
     const QByteArray head = "a" + nul + "b ! c" + nul + "\r\n\xFF\xFE x\rlone ! \x81";
     const QByteArray content = head + "\nlast\r";
-    WriteAll(scratch.Path(), content);
+    QVERIFY(WriteAll(scratch.Path(), content));
     MessageScript script;
     CPlugExchangeFile file(scratch.Path());
     file.readFile();
@@ -291,7 +281,7 @@ void ExchangeFileTest::OddBytesSurvive() {
 
 void ExchangeFileTest::RefusedWriteKeepsTheFile() {
     const ScratchFile scratch;
-    WriteAll(scratch.Path(), "old ! content\n");
+    QVERIFY(WriteAll(scratch.Path(), "old ! content\n"));
     CPlugExchangeFile file(scratch.Path());
     file.readFile();
     MessageScript script;
@@ -309,7 +299,7 @@ void ExchangeFileTest::LinksAndPermissionsStay() {
     QSKIP("symbolic links and permission bits are a matter of Unix");
 #endif
     const ScratchFile scratch;
-    WriteAll(QStringLiteral("real.txt"), "a\n");
+    QVERIFY(WriteAll(QStringLiteral("real.txt"), "a\n"));
     const auto permissions = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
     QVERIFY(QFile::setPermissions(QStringLiteral("real.txt"), permissions));
     QVERIFY(QFile::link(QStringLiteral("real.txt"), scratch.Path()));
@@ -356,7 +346,7 @@ void ExchangeFileTest::RandomPointsComeBack() {
         QByteArray tail;
         for (int i = random.bounded(4); i > 0; --i)
             tail += word(comment_letters.mid(0, 3), 5) + " " + line_end;
-        WriteAll(scratch.Path(), content + tail);
+        QVERIFY(WriteAll(scratch.Path(), content + tail));
 
         MessageScript script;
         CPlugExchangeFile file(scratch.Path());

@@ -1,5 +1,6 @@
 #include "VectorFile.h"
 #include "app/EnglishAtof.h"
+#include "profiles/Coefficients.h"
 #include "profiles/NumberText.h"
 
 #include <QLocale>
@@ -32,54 +33,93 @@ private slots:
     void atof_data() { AddVectorRows("numbers", "atof"); }
     void atof() {
         QFETCH(QJsonObject, vector);
-        const QStringList texts = VectorStrings(vector[u"input"][u"atof"]);
-        for (qsizetype i = 0; i < texts.size(); ++i)
-            QCOMPARE(double{EnglishAtof(texts[i])}, vector[u"expected"][i].toDouble());
+        for (const auto& [text, value] :
+             VectorPairs(vector[u"input"][u"atof"], vector[u"expected"]))
+            QCOMPARE(double{EnglishAtof(text.toString())}, value.toDouble());
     }
 
     void format_data() { AddVectorRows("numbers", "format"); }
     void format() {
         QFETCH(QJsonObject, vector);
-        QStringList results;
-        const QJsonArray inputs = vector[u"input"][u"format"].toArray();
-        for (const QJsonValue& input : inputs)
-            results += FormatValue(EnglishAtof(input[0].toString()), input[1].toInt());
-        QCOMPARE(results, VectorStrings(vector[u"expected"]));
+        for (const auto& [input, text] :
+             VectorPairs(vector[u"input"][u"format"], vector[u"expected"]))
+            QCOMPARE(FormatValue(EnglishAtof(input[0].toString()), input[1].toInt()),
+                     text.toString());
     }
 
     void round2_data() { AddVectorRows("numbers", "round2"); }
     void round2() {
         QFETCH(QJsonObject, vector);
-        QStringList results;
-        for (const QString& text : VectorStrings(vector[u"input"][u"round2"]))
-            results += FormatValue(Round2(EnglishAtof(text)), 2);
-        QCOMPARE(results, VectorStrings(vector[u"expected"]));
+        for (const auto& [input, text] :
+             VectorPairs(vector[u"input"][u"round2"], vector[u"expected"]))
+            QCOMPARE(FormatValue(Round2(EnglishAtof(input.toString())), 2), text.toString());
     }
 
-    void extremes_data() {
-        QTest::addColumn<QString>("result");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("beyond int") << FormatValue(3e9F, 0) << "3000000000";
-        QTest::newRow("largest") << FormatValue(std::numeric_limits<float>::max(), 4)
-                                 << "340282346638528859811704183484516925440.0000";
-        QTest::newRow("infinite") << FormatValue(-kInfinity, 0) << "-inf";
-        QTest::newRow("undefined, signed") << FormatValue(std::copysign(kNaN, -1.0F), 2) << "nan";
-        QTest::newRow("cut to 0") << FormatValue(-0.5F, 0) << "0";
-        QTest::newRow("round large") << FormatValue(RoundWhole(16777217e3F), 0) << "16777217024";
-        QTest::newRow("round infinite") << FormatValue(RoundWhole(kInfinity), 0) << "inf";
-        QTest::newRow("round undefined") << FormatValue(Round2(kNaN), 0) << "nan";
-        QTest::newRow("13 digits") << NumberText13(1.0 / 3.0) << "0.3333333333333";
-        QTest::newRow("13, trailing zeros") << NumberText13(1500.50) << "1500.5";
-        QTest::newRow("13, large") << NumberText13(-1e300) << "-1e+300";
-        QTest::newRow("7, float noise") << NumberText7(double{0.1F}) << "0.1";
-        QTest::newRow("7, large") << NumberText7(123456789.0) << "1.234568e+08";
-        QTest::newRow("7, small") << NumberText7(0.00001) << "1e-05";
-        QTest::newRow("7, undefined") << NumberText7(-std::nan("")) << "nan";
-    }
     void extremes() {
-        QFETCH(QString, result);
-        QFETCH(QString, expected);
-        QCOMPARE(result, expected);
+        const std::pair<QString, const char*> cases[] = {
+            {FormatValue(3e9F, 0), "3000000000"},
+            {FormatValue(std::numeric_limits<float>::max(), 4),
+             "340282346638528859811704183484516925440.0000"},
+            {FormatValue(-kInfinity, 0), "-inf"},
+            {FormatValue(std::copysign(kNaN, -1.0F), 2), "nan"},
+            {FormatValue(-0.5F, 0), "0"},
+            {FormatValue(RoundWhole(16777217e3F), 0), "16777217024"},
+            {FormatValue(RoundWhole(kInfinity), 0), "inf"},
+            {FormatValue(Round2(kNaN), 0), "nan"},
+            {NumberText13(1.0 / 3.0), "0.3333333333333"},
+            {NumberText13(1500.50), "1500.5"},
+            {NumberText13(-1e300), "-1e+300"},
+            {NumberText7(double{0.1F}), "0.1"},
+            {NumberText7(123456789.0), "1.234568e+08"},
+            {NumberText7(0.00001), "1e-05"},
+            {NumberText7(-std::nan("")), "nan"}};
+        for (const auto& [result, expected] : cases)
+            QCOMPARE(result, QLatin1StringView(expected));
+    }
+
+    void adjust_data() { AddVectorRows("coefficients"); }
+    void adjust() {
+        QFETCH(QJsonObject, vector);
+        const ProfileKind kind = VectorKind(vector[u"input"][u"kind"]);
+        const QStringList column = VectorStrings(vector[u"input"][u"column"]);
+        const QJsonObject expected = vector[u"expected"].toObject();
+
+        const float sum = RoundedSum(kind, column);
+        QCOMPARE(FormatValue(sum, 2), expected[u"S"].toString());
+        QCOMPARE(SumIsRight(kind, sum), expected[u"question"].isNull());
+        if (SumIsRight(kind, sum))
+            return;
+        QCOMPARE(AdjustQuestion(kind, sum), expected[u"question"].toString());
+        const QStringList adjusted = AdjustCoefficients(kind, column, sum);
+        if (expected[u"adjusted"].isNull())  // a sum of 0 leaves no number
+            QCOMPARE(adjusted, QStringList(column.size(), QStringLiteral("nan")));
+        else
+            QCOMPARE(adjusted, VectorStrings(expected[u"adjusted"]));
+    }
+
+    void rebalance_data() { AddVectorRows("rebalance"); }
+    void rebalance() {
+        QFETCH(QJsonObject, vector);
+        const ProfileKind kind = VectorKind(vector[u"input"][u"kind"]);
+        const QJsonObject input = vector[u"input"].toObject();
+        const QStringList rebalanced =
+            RebalanceCoefficients(kind, VectorStrings(input[u"column"]), input[u"index"].toInt(),
+                                  EnglishAtof(input[u"value"].toString()));
+        QCOMPARE(rebalanced, VectorStrings(vector[u"expected"][u"rebalanced"]));
+        QCOMPARE(SettleRemainder(kind, rebalanced), VectorStrings(vector[u"expected"][u"settled"]));
+    }
+
+    void rebalanceWithoutFiniteFactor() {
+        // The others sum to a number above 0 that 12 cannot be divided by in single precision.
+        QStringList column(12, QStringLiteral("0.00"));
+        column[3] = QStringLiteral("1e-40");
+        QStringList expected(12, QStringLiteral("1.00"));
+        QCOMPARE(RebalanceCoefficients(ProfileKind::Annual, column, 0, 1.0F), expected);
+    }
+
+    void settleWithoutSmallestRow() {
+        const QStringList column = {QStringLiteral("13.00")};
+        QCOMPARE(SettleRemainder(ProfileKind::Daily, column), column);
     }
 };
 

@@ -1,5 +1,8 @@
-// The model of the live rows against a plain list of rows.
+// The model of the live rows against plain lists, and a chart that follows it.
 
+#include "TestRows.h"
+#include "app/EnglishAtof.h"
+#include "chart/CGraphControl.h"
 #include "profiles/ProfileTable.h"
 
 #include <QAbstractItemModelTester>
@@ -11,120 +14,196 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+struct BoundChart {
+    explicit BoundChart(ProfileKind kind) : table(kind) {
+        if (kind == ProfileKind::Function)
+            control.BuildFunctionChart();
+        else
+            control.BuildProfileChart(kind);
+        control.Attach(&table, kind);
+    }
+
+    // What the chart shows beside what stands in the table.
+    QString Difference() const {
+        const bool times = document.GroupCount() == 2;
+        if (document.ItemCount() != table.RowCount())
+            return u"%1 items, %2 rows"_s.arg(document.ItemCount()).arg(table.RowCount());
+        for (int i = 0; i < document.ItemCount(); ++i) {
+            const QString label = table.CellText(i + 1, 1);
+            const bool same_label =
+                times ? document.Value(i, 0) == ParseNumber(label) : document.Label(i) == label;
+            const double value = ParseNumber(table.CellText(i + 1, 2));
+            if (!same_label || document.Value(i, times ? 1 : 0) != value)
+                return u"row %1"_s.arg(i + 1);
+        }
+        return {};
+    }
+
+    ProfileTable table;
+    CGraphControl control;
+    const CDocControl& document = control.document();
+};
+
+}  // namespace
+
 class ProfileTableTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void RandomChanges();
-    void HeadersAndEdges();
-    void LocksAndHook();
-};
-
-void ProfileTableTest::RandomChanges() {
-    ProfileTable table(ProfileKind::Function);
-    const QAbstractItemModelTester tester(&table,
-                                          QAbstractItemModelTester::FailureReportingMode::QtTest);
-    using Row = std::pair<QString, QString>;
-    QList<Row> rows;
-    QRandomGenerator random(7);
-    for (int step = 0; step < 3000; ++step) {
-        const int count = static_cast<int>(rows.size());
-        const int row = random.bounded(count + 1) + 1;
-        const QString text = QString::number(step);
-        switch (random.bounded(6)) {
-            case 0:
-            case 1:
-                table.InsertRow(row, text, u"v"_s + text);
-                rows.insert(row - 1, {text, u"v"_s + text});
-                break;
-            case 2: {
-                QList<int> gone = {row, random.bounded(count + 2), 0, -1, count + 9, row};
-                table.RemoveRows(gone);
-                std::sort(gone.begin(), gone.end(), std::greater<>());
-                gone.erase(std::unique(gone.begin(), gone.end()), gone.end());
-                for (const int number : std::as_const(gone)) {
-                    if (number >= 1 && number <= rows.size())
-                        rows.removeAt(number - 1);
-                }
-                break;
-            }
-            case 3: {
-                const int to = random.bounded(count + 1) + 1;
-                table.MoveRow(row, to);
-                if (row <= count && to <= count)
-                    rows.move(row - 1, to - 1);
-                break;
-            }
-            case 4:
-                table.SetCellText(row, ProfileTable::kValueColumn, text);
-                if (row <= count)
-                    rows[row - 1].second = text;
-                break;
-            default:
-                if (random.bounded(100) == 0) {
-                    table.ResetRows({text, text}, {text});
-                    rows = {{text, text}, {text, QString()}};
-                }
-                break;
-        }
-        QCOMPARE(table.RowCount(), rows.size());
-        for (int i = 0; i < rows.size(); ++i)
-            QCOMPARE(Row(table.CellText(i + 1, 1), table.CellText(i + 1, 2)), rows[i]);
+    void RandomChanges_data() {
+        AddRows<ProfileKind>(
+            {{"function", ProfileKind::Function}, {"monthly", ProfileKind::Monthly}});
     }
-}
+    void RandomChanges() {
+        QFETCH(ProfileKind, row);
+        BoundChart chart(row);
+        ProfileTable& table = chart.table;
+        const QAbstractItemModelTester tester(
+            &table, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QStringList columns[2];
+        QRandomGenerator random(7);
+        const auto text = [&random] {
+            static const QStringList odd = Texts(u"|abc|inf|1e999|1.5abc"_s);
+            return random.bounded(5) == 0 ? odd[random.bounded(5)]
+                                          : QString::number(random.bounded(1000) - 500);
+        };
+        for (int step = 0; step < 3000; ++step) {
+            const int count = static_cast<int>(columns[0].size());
+            const int at = random.bounded(count + 1) + 1;
+            const int to = random.bounded(count + 1) + 1;
+            const QStringList texts = {text(), text(), text()};
+            switch (const int change = random.bounded(8)) {
+                case 0:
+                case 1:
+                    table.InsertRow(at, texts[0], texts[1]);
+                    for (const int column : {0, 1})
+                        columns[column].insert(at - 1, texts[column]);
+                    break;
+                case 2: {
+                    QList<int> gone = {at, to - 1, 0, -1, count + 9, at};
+                    table.RemoveRows(gone);
+                    std::sort(gone.begin(), gone.end(), std::greater<>());
+                    gone.erase(std::unique(gone.begin(), gone.end()), gone.end());
+                    gone.removeIf([count](int number) { return number < 1 || number > count; });
+                    for (const int number : std::as_const(gone)) {
+                        for (QStringList& column : columns)
+                            column.removeAt(number - 1);
+                    }
+                    break;
+                }
+                case 3:
+                    table.MoveRow(at, to);
+                    for (QStringList& column : columns) {
+                        if (at <= count && to <= count)
+                            column.move(at - 1, to - 1);
+                    }
+                    break;
+                case 4:
+                case 5:
+                    table.SetCellText(at, change - 3, texts[0]);
+                    if (at <= count)
+                        columns[change - 4][at - 1] = texts[0];
+                    break;
+                case 6:
+                    table.SetColumn(2, texts);
+                    for (int i = 0; i < std::min(count, 3); ++i)
+                        columns[1][i] = texts[i];
+                    break;
+                default:
+                    if (random.bounded(10) == 0) {
+                        table.ResetRows(texts, {texts[0]});
+                        columns[0] = texts;
+                        columns[1] = {texts[0], QString(), QString()};
+                    }
+            }
+            QCOMPARE(table.Column(1), columns[0]);
+            QCOMPARE(table.Column(2), columns[1]);
+            QCOMPARE(chart.Difference(), QString());
+        }
+    }
 
-void ProfileTableTest::HeadersAndEdges() {
-    ProfileTable table(ProfileKind::Monthly);
-    table.ResetRows({u"Janvier"_s}, {u"1800"_s}, {u"nom"_s});
-    table.SetCellText(0, 2, u"x"_s);
-    table.SetCellText(1, 0, u"x"_s);
-    table.SetCellText(2, 1, u"x"_s);
-    table.SetCellText(1, 4, u"x"_s);
-    QCOMPARE(table.CellText(0, 2), u"Besoin l/j"_s);
-    QCOMPARE(table.CellText(1, 0), QString());
-    QCOMPARE(table.CellText(1, 3), u"nom"_s);
-    QCOMPARE(table.Column(4), QStringList());
-    QCOMPARE(table.headerData(2, Qt::Horizontal, Qt::DisplayRole).toString(),
-             u"Profil Journalier"_s);
+    void EditsMoveOnlyWhatTheyTouch() {
+        BoundChart chart(ProfileKind::Function);
+        chart.table.ResetRows(Texts(u"1|2|3"_s), Texts(u"1|2|3"_s));
+        QSignalSpy rebuilt(&chart.control, &CGraphControl::Rebuilt);
+        QSignalSpy changed(&chart.control, &CGraphControl::ItemsChanged);
+        chart.table.SetCellText(2, 2, u"7.5"_s);
+        QCOMPARE(chart.document.Place(1), QPointF(2.0, 7.5));
+        QCOMPARE(changed, (QList<QVariantList>{{1, 1}}));
+        QCOMPARE(rebuilt.size(), 0);
+        chart.control.BuildFunctionChart();
+        QCOMPARE(chart.Difference(), QString());
 
-    // The same text again is no change that anyone is told of.
-    const QSignalSpy changes(&table, &QAbstractItemModel::dataChanged);
-    table.SetCellText(1, 2, u"1800"_s);
-    QCOMPARE(changes.size(), 0);
-    table.SetColumn(2, {u"5"_s, u"6"_s, u"7"_s});
-    QCOMPARE(changes.size(), 1);
-    QCOMPARE(table.Column(2), QStringList{u"5"_s});
+        // The highlight stays with its row.
+        changed.clear();
+        chart.control.SetHighlighted(1, true);
+        QCOMPARE(changed, (QList<QVariantList>{{1, 1}}));
+        chart.control.SetHighlighted(-1, true);
+        chart.control.SetHighlighted(3, true);
+        QCOMPARE(chart.document.Highlighted(), std::set{1});
+        chart.table.InsertRow(1, u"0"_s, u"0"_s);
+        QCOMPARE(chart.document.Highlighted(), std::set{2});
+        chart.table.RemoveRows({1, 2});
+        QCOMPARE(chart.document.Highlighted(), std::set{0});
+        chart.table.RemoveRows({1});
+        QVERIFY(chart.document.Highlighted().empty());
+    }
 
-    ProfileTable none(static_cast<ProfileKind>(7));
-    QCOMPARE(none.rowCount(), 0);
-    QCOMPARE(none.columnCount(), 0);
-    none.InsertRow(1, u"a"_s, u"b"_s);
-    none.MoveRow(1, 1);
-    QCOMPARE(none.RowCount(), 0);
-}
+    void HeadersAndEdges() {
+        ProfileTable table(ProfileKind::Monthly);
+        table.ResetRows({u"Janvier"_s}, {u"1800"_s}, {u"nom"_s});
+        table.SetCellText(0, 2, u"x"_s);
+        table.SetCellText(1, 0, u"x"_s);
+        table.SetCellText(2, 1, u"x"_s);
+        table.SetCellText(1, 4, u"x"_s);
+        QCOMPARE(table.CellText(0, 2), u"Besoin l/j"_s);
+        QCOMPARE(table.CellText(1, 0), QString());
+        QCOMPARE(table.CellText(1, 3), u"nom"_s);
+        QCOMPARE(table.Column(4), QStringList());
+        QCOMPARE(table.headerData(2, Qt::Horizontal, Qt::DisplayRole).toString(),
+                 u"Profil Journalier"_s);
 
-void ProfileTableTest::LocksAndHook() {
-    ProfileTable table(ProfileKind::Annual);
-    table.ResetRows({u"Janvier"_s, u"Février"_s}, {u"1"_s, u"1"_s});
-    const QModelIndex label = table.index(0, 0);
-    const QModelIndex value = table.index(1, 1);
-    QVERIFY(!table.flags(label).testFlag(Qt::ItemIsEditable));
-    QVERIFY(!table.setData(label, u"x"_s, Qt::EditRole));
-    QVERIFY(table.setData(value, u"2"_s, Qt::EditRole));
-    QCOMPARE(table.CellText(2, 2), u"2"_s);
+        // The same text again is no change that anyone is told of.
+        const QSignalSpy changes(&table, &QAbstractItemModel::dataChanged);
+        table.SetCellText(1, 2, u"1800"_s);
+        QCOMPARE(changes.size(), 0);
+        table.SetColumn(2, {u"5"_s, u"6"_s, u"7"_s});
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(table.Column(2), QStringList{u"5"_s});
 
-    QStringList entries;
-    table.SetEntryHook([&entries](int row, int column, const QString& text) {
-        entries.append(u"%1 %2 %3"_s.arg(row).arg(column).arg(text));
-        return false;
-    });
-    QVERIFY(!table.setData(value, u"3"_s, Qt::EditRole));
-    QCOMPARE(entries, QStringList{u"2 2 3"_s});
-    QCOMPARE(table.CellText(2, 2), u"2"_s);
-    table.SetLocked(2, true);
-    QVERIFY(!table.setData(value, u"4"_s, Qt::EditRole));
-    QCOMPARE(entries.size(), 1);
-}
+        ProfileTable none(static_cast<ProfileKind>(7));
+        QCOMPARE(none.rowCount(), 0);
+        QCOMPARE(none.columnCount(), 0);
+        none.InsertRow(1, u"a"_s, u"b"_s);
+        none.MoveRow(1, 1);
+        QCOMPARE(none.RowCount(), 0);
+    }
+
+    void LocksAndHook() {
+        ProfileTable table(ProfileKind::Annual);
+        table.ResetRows({u"Janvier"_s, u"Février"_s}, {u"1"_s, u"1"_s});
+        const QModelIndex label = table.index(0, 0);
+        const QModelIndex value = table.index(1, 1);
+        QVERIFY(!table.flags(label).testFlag(Qt::ItemIsEditable));
+        QVERIFY(!table.setData(label, u"x"_s, Qt::EditRole));
+        QVERIFY(table.setData(value, u"2"_s, Qt::EditRole));
+        QCOMPARE(table.CellText(2, 2), u"2"_s);
+
+        QStringList entries;
+        table.SetEntryHook([&entries](int row, int column, const QString& text) {
+            entries.append(u"%1 %2 %3"_s.arg(row).arg(column).arg(text));
+            return false;
+        });
+        QVERIFY(!table.setData(value, u"3"_s, Qt::EditRole));
+        QCOMPARE(entries, QStringList{u"2 2 3"_s});
+        QCOMPARE(table.CellText(2, 2), u"2"_s);
+        table.SetLocked(2, true);
+        QVERIFY(!table.setData(value, u"4"_s, Qt::EditRole));
+        QCOMPARE(entries.size(), 1);
+    }
+};
 
 QTEST_GUILESS_MAIN(ProfileTableTest)
 #include "ProfileTableTest.moc"

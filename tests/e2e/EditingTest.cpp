@@ -1,9 +1,4 @@
-#include "ExchangeText.h"
-#include "HostRun.h"
-#include "VirtualScreen.h"
-
-#include <QTemporaryDir>
-#include <QTest>
+#include "HostTest.h"
 
 #include <algorithm>
 
@@ -47,95 +42,45 @@ QList<QPoint> MarkerCentres(const QImage& picture) {
 }  // namespace
 
 /// What the user does in the dialog and what of it reaches the exchange file.
-class EditingTest : public QObject {
+class EditingTest : public HostTest {
     Q_OBJECT
 
-    VirtualScreen m_screen;
-    QTemporaryDir m_folder;
-    QString m_file = m_folder.filePath(u"exchange.txt"_s);
-
 private slots:
-    void initTestCase() {
-        QVERIFY(m_folder.isValid());
-        const QString problem = m_screen.Start();
-        QVERIFY2(problem.isEmpty(), qPrintable(problem));
-    }
+    void initTestCase() { StartScreen(); }
 
     void init() { QVERIFY(WriteAll(m_file, HostFile(kPoints))); }
 
-    void StoresTypedEntries_data() {
-        QTest::addColumn<QPoint>("cell");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QStringList>("keys");
-        QTest::addColumn<Points>("expected");
-
-        const QStringList enter = {u"Return"_s};
-        QTest::newRow("value, Enter")
-            << CellPlace(2, 2) << u"7.25"_s << enter
-            << Points{{"0", "1.50"}, {"10", "7.25"}, {"20", "-3e0"}, {"30.25", "12"}};
-        QTest::newRow("value with a comma, OK")
-            << CellPlace(1, 2) << u"2,5"_s << QStringList()
-            << Points{{"0", "2.5"}, {"10", "4"}, {"20", "-3e0"}, {"30.25", "12"}};
-        QTest::newRow("time, Tab")
-            << CellPlace(2, 1) << u"11.5"_s << QStringList{u"Tab"_s}
-            << Points{{"0", "1.50"}, {"11.5", "4"}, {"20", "-3e0"}, {"30.25", "12"}};
-        QTest::newRow("two values, Enter moves down")
-            << CellPlace(1, 2) << u"8"_s << QStringList{u"Return"_s, u"9"_s, u"Return"_s}
-            << Points{{"0", "8"}, {"10", "9"}, {"20", "-3e0"}, {"30.25", "12"}};
-        QTest::newRow("Esc leaves the cell")
-            << CellPlace(2, 2) << u"7"_s << QStringList{u"Escape"_s} << kPoints;
-        QTest::newRow("undone") << CellPlace(2, 2) << u"7"_s
-                                << QStringList{u"Return"_s, u"ctrl+z"_s} << kPoints;
-        QTest::newRow("redone") << CellPlace(2, 2) << u"7"_s
-                                << QStringList{u"Return"_s, u"ctrl+z"_s, u"ctrl+y"_s}
-                                << Points{
-                                       {"0", "1.50"}, {"10", "7"}, {"20", "-3e0"}, {"30.25", "12"}};
-    }
+    // Each entry is to be seen in the file, or is one that must not be there.
     void StoresTypedEntries() {
-        QFETCH(const QPoint, cell);
-        QFETCH(const QString, typed);
-        QFETCH(const QStringList, keys);
-        QFETCH(const Points, expected);
-        HostRun host(m_screen);
-        host.Start({m_file});
-        QVERIFY(host.WaitForDialog());
-        QVERIFY(host.TypeInto(cell, typed));
-        if (!keys.isEmpty())
-            QVERIFY(host.Keys(keys));
-        QVERIFY(host.PressOk());
-        QCOMPARE(ReadAll(m_file), SavedFile(expected));
+        EditorRun host(m_screen, {m_file});
+        QVERIFY(host.TypeInto(CellPlace(1, 2), u"8"_s));
+        QVERIFY(host.Keys({u"Return"_s, u"9"_s, u"Return"_s}));  // moves down
+        QVERIFY(host.TypeInto(CellPlace(2, 1), u"11.5"_s) && host.Keys({u"Tab"_s}));
+        QVERIFY(host.TypeInto(CellPlace(3, 2), u"7"_s) && host.Keys({u"Escape"_s}));
+        QVERIFY(host.TypeInto(CellPlace(3, 2), u"6"_s) && host.Keys({u"Return"_s, u"ctrl+z"_s}));
+        QVERIFY(host.TypeInto(CellPlace(4, 2), u"5"_s));
+        QVERIFY(host.Keys({u"Return"_s, u"ctrl+z"_s, u"ctrl+y"_s}));
+        // OK takes the open entry.
+        QVERIFY(host.TypeInto(CellPlace(4, 1), u"31,5"_s) && host.PressOk());
+        QCOMPARE(ReadAll(m_file),
+                 SavedFile({{"0", "8"}, {"11.5", "9"}, {"20", "-3e0"}, {"31.5", "5"}}));
     }
 
-    void AddsAPoint() {
-        HostRun host(m_screen);
-        host.Start({m_file});
-        QVERIFY(host.WaitForDialog());
+    void AddsAPointAndRemovesTheSelectedOne() {
+        EditorRun host(m_screen, {m_file});
         QVERIFY(host.Keys({u"Insert"_s}));
         QVERIFY(host.WaitForWindow(u"Add a point"_s));
         QVERIFY(host.Keys({u"ctrl+a"_s}) && host.Type(u"12.5"_s));
         QVERIFY(host.Keys({u"Tab"_s, u"ctrl+a"_s}) && host.Type(u"-6"_s));
         QVERIFY(host.Keys({u"Return"_s}) && host.WaitUntilClosed() && host.WaitForDialog());
-        QVERIFY(host.PressOk());
-        QCOMPARE(
-            ReadAll(m_file),
-            SavedFile(
-                {{"0", "1.50"}, {"10", "4"}, {"12.5", "-6"}, {"20", "-3e0"}, {"30.25", "12"}}));
-    }
-
-    void RemovesTheSelectedRow() {
-        HostRun host(m_screen);
-        host.Start({m_file});
-        QVERIFY(host.WaitForDialog());
         QVERIFY(host.Click(CellPlace(2, 1)) && host.Keys({u"shift+Right"_s}));
-        QVERIFY(host.Click(kRemoveButton));
-        QVERIFY(host.PressOk());
-        QCOMPARE(ReadAll(m_file), SavedFile({{"0", "1.50"}, {"20", "-3e0"}, {"30.25", "12"}}));
+        QVERIFY(host.Click(kRemoveButton) && host.PressOk());
+        QCOMPARE(ReadAll(m_file),
+                 SavedFile({{"0", "1.50"}, {"12.5", "-6"}, {"20", "-3e0"}, {"30.25", "12"}}));
     }
 
     void ShowsAMarkerForEachPointAndLetsItBeDragged() {
-        HostRun host(m_screen);
-        host.Start({m_file});
-        QVERIFY(host.WaitForDialog());
+        EditorRun host(m_screen, {m_file});
         const QList<QPoint> before = MarkerCentres(host.Picture());
         QCOMPARE(before.size(), kPoints.size());
         for (qsizetype i = 1; i < before.size(); ++i) {

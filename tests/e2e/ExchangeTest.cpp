@@ -1,11 +1,7 @@
-#include "ExchangeText.h"
-#include "HostRun.h"
-#include "VirtualScreen.h"
+#include "HostTest.h"
 
 #include <QFileInfo>
 #include <QScopeGuard>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -20,86 +16,53 @@ const Points kPoints = {{"0", "1.50"}, {"10", "4"}, {"20", "-3e0"}};
 }  // namespace
 
 /// What a run leaves in the exchange file, byte for byte, and how it ends.
-class ExchangeTest : public QObject {
+class ExchangeTest : public HostTest {
     Q_OBJECT
 
-    VirtualScreen m_screen;
-    QTemporaryDir m_folder;
-    QString m_file = m_folder.filePath(u"exchange file.txt"_s);
-
 private slots:
-    void initTestCase() {
-        QVERIFY(m_folder.isValid());
-        const QString problem = m_screen.Start();
-        QVERIFY2(problem.isEmpty(), qPrintable(problem));
-    }
+    void initTestCase() { StartScreen(); }
 
-    void RewritesAnUnchangedFunction_data() {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QByteArray>("expected");
-        QTest::addColumn<QStringList>("arguments");
-
-        const QStringList absolute = {m_file};
-        QTest::newRow("normal form")
-            << HostFile(kPoints) << SavedFile(kPoints) << QStringList{u"exchange file.txt"_s};
-        QTest::newRow("behind a switch")
-            << HostFile(kPoints) << SavedFile(kPoints) << QStringList{u"-quiet"_s, m_file};
-        QTest::newRow("carriage returns") << HostFile(kPoints).replace("\n", "\r\n")
-                                          << SavedFile(kPoints).replace("\n", "\r\n") << absolute;
-        QTest::newRow("uneven")
-            << QByteArray(
-                   " 1   2 3\n!x!y\n !x\n3  0 x !! note\na ! b ! c\n1\t2\n\n\n\n\n1!\n  1  0 ! "
-                   "n\n4\n"
-                   "0!t\n 1 !y\n2.50 x ! t\n3\nlast")
-            << QByteArray(
-                   "1 2 3 \n!x!y\n!x\n3 0 x ! note\na ! b \n1\t2 \n\n\n\n\n1 \n1 0 ! n\n4 \n"
-                   "0 !t\n1 !y\n2.50 ! Time at point|hr|0|+Inf\n"
-                   "3 ! Value at point |any|-Inf|+Inf\nlast \n")
-            << absolute;
-        for (const char* const name : {"pump-start.txt", "year-hourly.txt"}) {
-            const QByteArray sample =
-                ReadAll(QLatin1StringView(SAMPLES_DIR) + QLatin1StringView(name));
-            QVERIFY(!sample.isEmpty());
-            QTest::newRow(name) << sample << sample + '\n' << absolute;
+    void RewritesAnUnchangedFunction() {
+        const QByteArray host_file = HostFile(kPoints);
+        const QByteArray saved = SavedFile(kPoints);
+        const QByteArray sample = ReadAll(QStringLiteral(SAMPLES_DIR "pump-start.txt"));
+        const std::tuple<QByteArray, QByteArray, QStringList> cases[] = {
+            {host_file, saved, {u"exchange file.txt"_s}},
+            {host_file, saved, {u"-quiet"_s, m_file}},
+            {QByteArray(host_file).replace("\n", "\r\n"),
+             QByteArray(saved).replace("\n", "\r\n"),
+             {m_file}},
+            {" 1   2 3\n!x!y\n !x\n3  0 x !! note\na ! b ! c\n1\t2\n\n\n\n\n1!\n  1  0 ! n\n4\n"
+             "0!t\n 1 !y\n2.50 x ! t\n3\nlast",
+             "1 2 3 \n!x!y\n!x\n3 0 x ! note\na ! b \n1\t2 \n\n\n\n\n1 \n1 0 ! n\n4 \n"
+             "0 !t\n1 !y\n2.50 ! Time at point|hr|0|+Inf\n"
+             "3 ! Value at point |any|-Inf|+Inf\nlast \n",
+             {m_file}},
+            {sample, sample + '\n', {m_file}}};
+        for (const auto& [content, expected, arguments] : cases) {
+            QVERIFY(!content.isEmpty() && WriteAll(m_file, content));
+            EditorRun host(m_screen, arguments, [this](QProcess& program) {
+                program.setWorkingDirectory(m_folder.path());
+            });
+            QVERIFY(host.PressOk());
+            QCOMPARE(ReadAll(m_file), expected);
         }
     }
-    void RewritesAnUnchangedFunction() {
-        QFETCH(const QByteArray, content);
-        QFETCH(const QByteArray, expected);
-        QFETCH(const QStringList, arguments);
-        QVERIFY(WriteAll(m_file, content));
 
-        HostRun host(m_screen);
-        host.Program().setWorkingDirectory(m_folder.path());
-        host.Start(arguments);
-        QVERIFY(host.WaitForDialog());
-        QVERIFY(host.PressOk());
-        QCOMPARE(ReadAll(m_file), expected);
-    }
-
-    void CancelsOnlyWhenSure_data() {
-        QTest::addColumn<QString>("key");
-        QTest::newRow("button") << QString();
-        QTest::newRow("Esc") << u"Escape"_s;
-        QTest::newRow("close box") << u"alt+F4"_s;
-    }
     void CancelsOnlyWhenSure() {
-        QFETCH(const QString, key);
         const QByteArray content =
             "1   2\n" + HostFile(kPoints).sliced(sizeof "! Written by the host");
         QVERIFY(WriteAll(m_file, content));
-
-        HostRun host(m_screen);
-        host.Start({m_file});
-        QVERIFY(host.WaitForDialog());
+        EditorRun host(m_screen, {m_file});
         QVERIFY(host.TypeInto(CellPlace(2, 2), u"7"_s) && host.Keys({u"Return"_s}));
-        for (const char* const answer : {"Escape", "alt+F4", "Return"}) {
+        // How it is asked for, "" for the button, and what is answered.
+        const std::pair<QString, QString> attempts[] = {
+            {{}, u"Escape"_s}, {u"Escape"_s, u"alt+F4"_s}, {u"alt+F4"_s, u"Return"_s}};
+        for (const auto& [key, answer] : attempts) {
+            QVERIFY(host.WaitForDialog());
             QVERIFY(key.isEmpty() ? host.Click(kCancelButton) : host.Keys({key}));
             QVERIFY(host.WaitForWindow(u"Cancelling"_s));
-            QVERIFY(host.Keys({QString::fromLatin1(answer)}));
-            QVERIFY(host.WaitUntilClosed());
-            if (answer != "Return"_L1)
-                QVERIFY(host.WaitForDialog());
+            QVERIFY(host.Keys({answer}) && host.WaitUntilClosed());
         }
         QVERIFY(host.HasEnded());
         QCOMPARE(ReadAll(m_file), content);
@@ -107,9 +70,7 @@ private slots:
 
     void KeepsTheEditsOfARefusedCancel() {
         QVERIFY(WriteAll(m_file, HostFile(kPoints)));
-        HostRun host(m_screen);
-        host.Start({m_file});
-        QVERIFY(host.WaitForDialog());
+        EditorRun host(m_screen, {m_file});
         QVERIFY(host.TypeInto(CellPlace(2, 2), u"7"_s) && host.Keys({u"Return"_s, u"Escape"_s}));
         QVERIFY(host.WaitForWindow(u"Cancelling"_s));
         QVERIFY(host.Keys({u"Escape"_s}) && host.WaitUntilClosed() && host.WaitForDialog());
@@ -117,36 +78,27 @@ private slots:
         QCOMPARE(ReadAll(m_file), SavedFile({{"0", "1.50"}, {"10", "7"}, {"20", "-3e0"}}));
     }
 
-    void OpensEmptyWithoutPoints_data() {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("argument");
-        QTest::addColumn<int>("messages");
-
-        QTest::newRow("no such file") << QByteArray() << m_folder.filePath(u"none.txt"_s) << 2;
-        QTest::newRow("a folder") << QByteArray() << m_folder.path() << 2;
-        QTest::newRow("no file name") << QByteArray() << QString() << 2;
-        QTest::newRow("two cycles")
-            << HostFile(kPoints).replace("\n1 ! Cycles", "\n2 ! Cycles") << m_file << 1;
-        QTest::newRow("cut in the header") << QByteArray("1\n2\n3\n4 2 x\n5") << m_file << 1;
-    }
     void OpensEmptyWithoutPoints() {
-        QFETCH(const QByteArray, content);
-        QFETCH(const QString, argument);
-        QFETCH(const int, messages);
-        if (!content.isNull())
+        const QByteArray no_file;
+        const std::tuple<QByteArray, QStringList, int> cases[] = {
+            {no_file, {m_folder.filePath(u"none.txt"_s)}, 2},
+            {no_file, {m_folder.path()}, 2},
+            {no_file, {}, 2},
+            {HostFile(kPoints).replace("\n1 ! Cycles", "\n2 ! Cycles"), {m_file}, 1},
+            {"1\n2\n3\n4 2 x\n5", {m_file}, 1}};
+        for (const auto& [content, arguments, messages] : cases) {
             QVERIFY(WriteAll(m_file, content));
-
-        HostRun host(m_screen);
-        host.Start(argument.isNull() ? QStringList() : QStringList{argument});
-        for (int i = 0; i < messages; ++i)
-            QVERIFY2(host.PassMessage(), qPrintable(u"message %1"_s.arg(i + 1)));
-        QVERIFY(host.WaitForDialog());
-        QVERIFY(host.Click(kOkButton));
-        QVERIFY2(host.PassMessage(), "an empty function cannot be saved");
-        QVERIFY(host.HasEnded());
-        QVERIFY(!QFileInfo::exists(m_folder.filePath(u"none.txt"_s)));
-        if (!content.isNull())
+            HostRun host(m_screen);
+            host.Start(arguments);
+            for (int i = 0; i < messages; ++i)
+                QVERIFY2(host.PassMessage(), qPrintable(u"message %1"_s.arg(i + 1)));
+            QVERIFY(host.WaitForDialog());
+            QVERIFY(host.Click(kOkButton));
+            QVERIFY2(host.PassMessage(), "an empty function cannot be saved");
+            QVERIFY(host.HasEnded());
+            QVERIFY(!QFileInfo::exists(m_folder.filePath(u"none.txt"_s)));
             QCOMPARE(ReadAll(m_file), content);
+        }
     }
 
     void KeepsTheOldFileWhenWritingIsRefused() {
@@ -182,10 +134,8 @@ private slots:
         QVERIFY(reader >= 0);
         const auto closed = qScopeGuard([&] { close(reader); });
 
-        HostRun host(m_screen);
-        host.Program().setStandardOutputFile(pipe);
-        host.Start({m_file});
-        QVERIFY(host.WaitForDialog());
+        EditorRun host(m_screen, {m_file},
+                       [&pipe](QProcess& program) { program.setStandardOutputFile(pipe); });
         QVERIFY(host.PressOk());
         QCOMPARE(ReadAll(m_file), sample + '\n');
         char first = 0;

@@ -1,11 +1,7 @@
-#include "ExchangeText.h"
-#include "HostRun.h"
-#include "VirtualScreen.h"
+#include "HostTest.h"
 
 #include <QDir>
 #include <QDirIterator>
-#include <QTemporaryDir>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -29,14 +25,27 @@ QByteArray Repeated(const QByteArray& item, int count) {
     return (item + ' ').repeated(count).trimmed();
 }
 
+struct Kind {
+    QString name;
+    QString title;
+    QString folder;
+    bool renames;
+};
+
+const Kind kFunction = {u"function"_s, u" "_s, u"Masques"_s, false};
+const Kind kAnnual = {u"annual"_s, u"Profil Annuel : "_s, u"Profils/Annuel"_s, false};
+const Kind kMonthly = {u"monthly"_s, u"Profil Mensuel : "_s, u"Profils/Mensuel"_s, false};
+const Kind kWeekly = {u"weekly"_s, u"Profil Hebdomadaire : "_s, u"Profils/Semaines"_s, true};
+const Kind kDaily = {u"daily"_s, u"Profil Journalier : "_s, u"Profils/Journalier"_s, true};
+
 }  // namespace
 
+Q_DECLARE_METATYPE(Kind)
+
 /// Profiles as a host's user opens, edits and saves them: through the module, in real windows.
-class ProfilesTest : public QObject {
+class ProfilesTest : public HostTest {
     Q_OBJECT
 
-    VirtualScreen m_screen;
-    QTemporaryDir m_folder;
     QString m_host = m_folder.filePath(u"host"_s);
     QString m_output = m_folder.filePath(u"output.txt"_s);
 
@@ -65,9 +74,7 @@ class ProfilesTest : public QObject {
 
 private slots:
     void initTestCase() {
-        QVERIFY(m_folder.isValid());
-        const QString problem = m_screen.Start();
-        QVERIFY2(problem.isEmpty(), qPrintable(problem));
+        StartScreen();
         // Profiles stand beside the program.
         QVERIFY(QFile::copy(kCppHost, m_host));
     }
@@ -77,15 +84,21 @@ private slots:
     void cleanup() { QVERIFY(QDir(m_folder.filePath(u"Data"_s)).removeRecursively()); }
 
     void SavesWhatWasEdited_data() {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("folder");
+        QTest::addColumn<Kind>("kind");
         QTest::addColumn<QString>("opened");  // empty: the rows are handed over
         QTest::addColumn<QStringList>("rows");
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QByteArray>("expected");
-        QTest::addColumn<bool>("renames");
-
+        const auto open = [](const Kind& kind, const QString& file, const QString& typed,
+                             const QByteArray& expected) {
+            QTest::addRow("%s, open", qPrintable(kind.name))
+                << kind << file << QStringList() << typed << expected;
+        };
+        const auto edit = [](const Kind& kind, const QStringList& rows, const QString& typed,
+                             const QByteArray& expected) {
+            QTest::addRow("%s, edit", qPrintable(kind.name))
+                << kind << QString() << rows << typed << expected;
+        };
         const auto shipped = [](const char* path) {
             return ReadAll(QStringLiteral(SHIPPED_DATA) + QLatin1StringView(path));
         };
@@ -93,69 +106,42 @@ private slots:
         const QByteArray hours = shipped("Profils/Journalier/Constant.dat").split('\n').front();
 
         const QByteArray annual = months + "\nCOEFFICIENT = 1.99 " + Repeated("0.91", 11) + '\n';
-        QTest::newRow("annual, open")
-            << u"annual"_s << u"Profil Annuel : "_s << u"Profils/Annuel"_s << u"Constant"_s
-            << QStringList() << u"2"_s << annual << false;
-        QTest::newRow("annual, edit")
-            << u"annual"_s << u"Profil Annuel : "_s << u"Profils/Annuel"_s << QString()
-            << QStringList(12, u"m=1"_s) << u"2"_s << annual << false;
+        open(kAnnual, u"Constant"_s, u"2"_s, annual);
+        edit(kAnnual, QStringList(12, u"m=1"_s), u"2"_s, annual);
         const QByteArray daily = hours + "\nCOEFFICIENT = 1.92 " + Repeated("0.96", 23) + '\n';
-        QTest::newRow("daily, open")
-            << u"daily"_s << u"Profil Journalier : "_s << u"Profils/Journalier"_s << u"Constant"_s
-            << QStringList() << u"2"_s << daily << true;
-        QTest::newRow("daily, edit")
-            << u"daily"_s << u"Profil Journalier : "_s << u"Profils/Journalier"_s << QString()
-            << QStringList(24, u"h=1"_s) << u"2"_s << daily << true;
-
-        QTest::newRow("monthly, open")
-            << u"monthly"_s << u"Profil Mensuel : "_s << u"Profils/Mensuel"_s << u"Ecole"_s
-            << QStringList() << u"2100"_s
-            << shipped("Profils/Mensuel/Ecole.dat").replace("= 2000 ", "= 2100 ") << false;
-        QTest::newRow("monthly, edit")
-            << u"monthly"_s << u"Profil Mensuel : "_s << u"Profils/Mensuel"_s << QString()
-            << QStringList(12, u"m=600=Week-end"_s) << u"612"_s
-            << months + "\nCONSOMMATION = 612 " + Repeated("600", 11) +
-                   "\nPROFIL = " + Repeated("\"Week-end\"", 12) + '\n'
-            << false;
-        QTest::newRow("weekly, open")
-            << u"weekly"_s << u"Profil Hebdomadaire : "_s << u"Profils/Semaines"_s << u"Bureau"_s
-            << QStringList() << u"1000"_s
-            << shipped("Profils/Semaines/Bureau.dat").replace("= 900 ", "= 1000 ") << true;
-        QTest::newRow("weekly, edit")
-            << u"weekly"_s << u"Profil Hebdomadaire : "_s << u"Profils/Semaines"_s << QString()
-            << QStringList() << u"120"_s
-            << QByteArray(
-                   "JOURS = Lundi Mardi Mercredi Jeudi Vendredi Samedi Dimanche\n"
-                   "CONSOMMATION = 120 100 100 100 100 100 100\nPROFIL = ") +
-                   Repeated("\"\"", 7) + '\n'
-            << true;
-
-        QTest::newRow("function, open")
-            << u"function"_s << u" "_s << u"Masques"_s << u"Colline"_s << QStringList() << u"1.5"_s
-            << shipped("Masques/Colline.dat")
-                   .replace("AZIMUT", "Value of time")
-                   .replace("HAUTEUR = 0.27", "Value of function = 1.5")
-            << false;
-        QTest::newRow("function, edit")
-            << u"function"_s << u" "_s << u"Masques"_s << QString()
-            << QStringList{u"0=1.50"_s, u"1e1=4"_s} << u"-7"_s
-            << QByteArray("Value of time = 0 1e1\nValue of function = -7 4\n") << false;
+        open(kDaily, u"Constant"_s, u"2"_s, daily);
+        edit(kDaily, QStringList(24, u"h=1"_s), u"2"_s, daily);
+        open(kMonthly, u"Ecole"_s, u"2100"_s,
+             shipped("Profils/Mensuel/Ecole.dat").replace("= 2000 ", "= 2100 "));
+        edit(kMonthly, QStringList(12, u"m=600=Week-end"_s), u"612"_s,
+             months + "\nCONSOMMATION = 612 " + Repeated("600", 11) +
+                 "\nPROFIL = " + Repeated("\"Week-end\"", 12) + '\n');
+        open(kWeekly, u"Bureau"_s, u"1000"_s,
+             shipped("Profils/Semaines/Bureau.dat").replace("= 900 ", "= 1000 "));
+        edit(kWeekly, {}, u"120"_s,
+             "JOURS = Lundi Mardi Mercredi Jeudi Vendredi Samedi Dimanche\n"
+             "CONSOMMATION = 120 100 100 100 100 100 100\nPROFIL = " +
+                 Repeated("\"\"", 7) + '\n');
+        open(kFunction, u"Colline"_s, u"1.5"_s,
+             shipped("Masques/Colline.dat")
+                 .replace("AZIMUT", "Value of time")
+                 .replace("HAUTEUR = 0.27", "Value of function = 1.5"));
+        edit(kFunction, {u"0=1.50"_s, u"1e1=4"_s}, u"-7"_s,
+             "Value of time = 0 1e1\nValue of function = -7 4\n");
     }
     void SavesWhatWasEdited() {
-        QFETCH(const QString, kind);
-        QFETCH(const QString, title);
-        QFETCH(const QString, folder);
+        QFETCH(const Kind, kind);
         QFETCH(const QString, opened);
         QFETCH(const QStringList, rows);
         QFETCH(const QString, typed);
         QFETCH(const QByteArray, expected);
-        QFETCH(const bool, renames);
+        const auto& [kind_name, title, folder, renames] = kind;
         const QString saved = DataPath(folder + u"/Neuf"_s);
 
-        QStringList arguments = {kind, u"edit"_s, u"--name"_s, u"Essai"_s};
+        QStringList arguments = {kind_name, u"edit"_s, u"--name"_s, u"Essai"_s};
         if (!opened.isEmpty()) {
             const QString file = DataPath(folder + u'/' + opened + u".dat"_s);
-            arguments = {kind, u"open"_s, u"--name"_s, u"Essai"_s, u"--file"_s, file};
+            arguments = {kind_name, u"open"_s, u"--name"_s, u"Essai"_s, u"--file"_s, file};
         }
         const QString shown = opened.isEmpty() ? u"Essai"_s : opened;
         HostRun host(m_screen);
@@ -173,7 +159,7 @@ private slots:
 
         // Looked at again. What is saved of a function is not in the form of a mask.
         HostRun again(m_screen);
-        Start(again, m_host, {kind, u"view"_s, u"--file"_s, saved + u".dat"_s});
+        Start(again, m_host, {kind_name, u"view"_s, u"--file"_s, saved + u".dat"_s});
         if (folder == u"Masques") {
             QVERIFY(again.PassMessage() && again.HasEnded());
             QCOMPARE(ReadAll(m_output), "result: 0\nname: \n");
@@ -184,14 +170,6 @@ private slots:
         QVERIFY(Cancel(again));
         QCOMPARE(ReadAll(m_output), "result: 2\nname: \n");
         QCOMPARE(ReadAll(saved + u".dat"_s), expected);
-    }
-
-    void RefusesAFileOfAnotherKind() {
-        HostRun host(m_screen);
-        Start(host, m_host,
-              {u"annual"_s, u"open"_s, u"--file"_s, DataPath(u"Profils/Journalier/Bureau.dat"_s)});
-        QVERIFY(host.PassMessage() && host.HasEnded());
-        QCOMPARE(ReadAll(m_output), "result: 0\nname: \n");
     }
 
     void SavesBackAndForgetsWhatWasCancelled() {
@@ -206,56 +184,49 @@ private slots:
         QCOMPARE(ReadAll(path), QByteArray(before).replace("= 560 ", "= 570 "));
     }
 
-    void HandsTheRowsBack_data() {
-        QTest::addColumn<QString>("program");
-        QTest::newRow("C") << kCHost;
-        if (!QStringLiteral(PYTHON_HOST).isEmpty())
-            QTest::newRow("Python") << QStringLiteral(PYTHON_HOST);
-    }
     void HandsTheRowsBack() {
-        QFETCH(const QString, program);
-        HostRun host(m_screen);
-        Start(host, program,
-              {u"function"_s, u"edit"_s, u"--name"_s, u"Essai"_s, u"0=1.50"_s, u"10=4"_s});
-        QVERIFY(host.WaitForWindow(u" Essai"_s));
-        QVERIFY(EnterFirstValue(host, u"2,5"_s) && host.PressOk());
-        QCOMPARE(ReadAll(m_output),
-                 "row 1: 0 | 2.5 | \nrow 2: 10 | 4 | \nresult: 1\nname: Essai\n");
+        QStringList programs = {kCHost, QStringLiteral(PYTHON_HOST)};
+        programs.removeAll(QString());
+        for (const QString& program : programs) {
+            HostRun host(m_screen);
+            Start(host, program,
+                  {u"function"_s, u"edit"_s, u"--name"_s, u"Essai"_s, u"0=1.50"_s, u"10=4"_s});
+            QVERIFY(host.WaitForWindow(u" Essai"_s));
+            QVERIFY(EnterFirstValue(host, u"2,5"_s) && host.PressOk());
+            QCOMPARE(ReadAll(m_output),
+                     "row 1: 0 | 2.5 | \nrow 2: 10 | 4 | \nresult: 1\nname: Essai\n");
 
-        HostRun monthly(m_screen);
-        Start(monthly, program,
-              {u"monthly"_s, u"edit"_s, u"--data"_s, m_folder.path(), u"m=600=Bureau"_s});
-        QVERIFY(monthly.WaitForWindow(u"Profil Mensuel : "_s) && monthly.PressOk());
-        const QList<QByteArray> lines = ReadAll(m_output).split('\n');
-        QCOMPARE(lines.size(), 12 + 3);
-        QCOMPARE(lines[0], "row 1: Janvier | 600 | Bureau");
-        QVERIFY(lines[7].startsWith("row 8: Ao\xC3\xBBt | 1800 | "));
-        QCOMPARE(lines[12], "result: 1");
+            HostRun monthly(m_screen);
+            Start(monthly, program,
+                  {u"monthly"_s, u"edit"_s, u"--data"_s, m_folder.path(), u"m=600=Bureau"_s});
+            QVERIFY(monthly.WaitForWindow(u"Profil Mensuel : "_s) && monthly.PressOk());
+            const QList<QByteArray> lines = ReadAll(m_output).split('\n');
+            QCOMPARE(lines.size(), 12 + 3);
+            QCOMPARE(lines[0], "row 1: Janvier | 600 | Bureau");
+            QVERIFY(lines[7].startsWith("row 8: Ao\xC3\xBBt | 1800 | "));
+            QCOMPARE(lines[12], "result: 1");
+        }
     }
 
     // A host without a display goes on; the toolkit would end it.
-    void GoesOnWithoutADisplay_data() {
-        QTest::addColumn<QString>("variable");
-        QTest::addColumn<QString>("value");
-        QTest::newRow("none") << QString() << QString();
-        QTest::newRow("one that does not answer") << u"DISPLAY"_s << u":4095"_s;
-        QTest::newRow("unknown platform") << u"QT_QPA_PLATFORM"_s << u"nothing"_s;
-    }
     void GoesOnWithoutADisplay() {
-        QFETCH(const QString, variable);
-        QFETCH(const QString, value);
-        QProcessEnvironment environment = m_screen.Environment();
-        environment.remove(u"DISPLAY"_s);
-        environment.remove(u"QT_QPA_PLATFORM"_s);
-        if (!variable.isEmpty())
-            environment.insert(variable, value);
-        for (const QString& program : {m_host, kCHost}) {
-            QProcess host;
-            host.setProcessEnvironment(environment);
-            host.start(program, {u"daily"_s, u"edit"_s});
-            QVERIFY(host.waitForFinished());
-            QCOMPARE(host.exitStatus(), QProcess::NormalExit);
-            QCOMPARE(host.readAllStandardOutput(), "result: -1\nname: \n");
+        const std::pair<QString, QString> cases[] = {{},
+                                                     {u"DISPLAY"_s, u":4095"_s},  // no answer
+                                                     {u"QT_QPA_PLATFORM"_s, u"nothing"_s}};
+        for (const auto& [variable, value] : cases) {
+            QProcessEnvironment environment = m_screen.Environment();
+            environment.remove(u"DISPLAY"_s);
+            environment.remove(u"QT_QPA_PLATFORM"_s);
+            if (!variable.isEmpty())
+                environment.insert(variable, value);
+            for (const QString& program : {m_host, kCHost}) {
+                QProcess host;
+                host.setProcessEnvironment(environment);
+                host.start(program, {u"daily"_s, u"edit"_s});
+                QVERIFY(host.waitForFinished());
+                QCOMPARE(host.exitStatus(), QProcess::NormalExit);
+                QCOMPARE(host.readAllStandardOutput(), "result: -1\nname: \n");
+            }
         }
     }
 };

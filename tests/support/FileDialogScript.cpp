@@ -1,5 +1,7 @@
 #include "FileDialogScript.h"
 
+#include <QTest>
+
 #include <utility>
 
 FileDialogScript::FileDialogScript() {
@@ -11,6 +13,8 @@ FileDialogScript::FileDialogScript() {
 
 FileDialogScript::~FileDialogScript() {
     SetFileDialogHandler(std::move(m_former));
+    if (!Done())
+        QTest::qFail(qPrintable(Report()), __FILE__, __LINE__);
 }
 
 QString FileDialogScript::Take(Dialog dialog, const FileRequest& request) {

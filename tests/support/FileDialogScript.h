@@ -7,7 +7,7 @@
 
 /// Answers file dialogs from a script while it lives: the chosen paths in order, "" for a cancelled
 /// dialog. A dialog that is not the next one is cancelled and counts as a failure; so does one that
-/// never came. A test ends with `QVERIFY2(script.Done(), qPrintable(script.Report()))`.
+/// never came. Failures fail the running test when the script ends.
 class FileDialogScript {
 public:
     FileDialogScript();

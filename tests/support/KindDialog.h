@@ -1,11 +1,23 @@
 #pragma once
 
+#include "RunDialog.h"
 #include "app/Cp1252.h"
-#include "profiles/CDlgGridChart.h"
+#include "chart/CGraphControl.h"
+#include "grid/CDlgAjout.h"
+#include "grid/CGridControl.h"
 
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLineEdit>
 #include <QTemporaryFile>
+#include <QTest>
 
 #include <memory>
+
+/// Presses a key where the keyboard is.
+inline void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+}
 
 /// A dialog of any kind over plausible rows: handed over in mode Edit, else read from a file.
 struct KindDialog {
@@ -39,6 +51,49 @@ struct KindDialog {
                 return child;
         }
         return nullptr;
+    }
+    QAbstractButton* Button(int id) const { return qobject_cast<QAbstractButton*>(Control(id)); }
+    void Click(int id) const { QTest::mouseClick(Control(id), Qt::LeftButton); }
+    CGridControl* Grid() const { return dialog->findChild<CGridControl*>(); }
+    const CDocControl& Document() const { return dialog->findChild<CGraphControl*>()->document(); }
+    QStringList Column(int column) const { return dialog->session().table().Column(column); }
+
+    /// Runs the dialog and does `steps` once it has the keyboard. Returns what `DoModal` returns.
+    int Run(const std::function<void()>& steps) const {
+        return RunDialog(*dialog, [&] {
+            QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
+            steps();
+        });
+    }
+
+    /// Types over a cell, whose editor stays open.
+    void Type(int row, int column, const QString& text) const {
+        Grid()->SelectCell(row, column);
+        for (const QChar letter : text)
+            QTest::keyClicks(QApplication::focusWidget(), letter);
+    }
+
+    /// Does `open`, then what the user does in the "Add a point" dialog that it opens.
+    void Add(const std::function<void()>& open, const QString& time, const QString& value,
+             Qt::Key last) const {
+        QTimer::singleShot(0, qApp, [=] {
+            auto* const add = qobject_cast<CDlgAjout*>(QApplication::activeModalWidget());
+            QVERIFY(add != nullptr);
+            const QList<QLineEdit*> fields = add->findChildren<QLineEdit*>();
+            QCOMPARE(fields.size(), 2);
+            fields[0]->setFocus();
+            QTest::keyClicks(fields[0], time);
+            fields[1]->selectAll();
+            QTest::keyClicks(fields[1], value);
+            QTest::keyClick(add, last);
+        });
+        open();
+        // Nobody but a window manager would do so.
+        dialog->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
+    }
+    void Add(const QString& time, const QString& value) const {
+        Add([this] { Click(kAdd); }, time, value, Qt::Key_Return);
     }
 
     QString name = QStringLiteral("Logement");

@@ -1,10 +1,13 @@
 #include "MessageScript.h"
 
+#include <QTest>
+
 #include <utility>
 
 MessageScript::MessageScript() {
     MessageHandler handler;
-    handler.show = [this](const QString& text, MessageIcon, const QString& caption) {
+    handler.show = [this](const QString& text, MessageIcon icon, const QString& caption) {
+        m_last_icon = icon;
         Take({text, caption, false, false});
     };
     handler.ask_yes_no = [this](const QString& text, const QString& caption) {
@@ -15,6 +18,8 @@ MessageScript::MessageScript() {
 
 MessageScript::~MessageScript() {
     SetMessageHandler(std::move(m_former));
+    if (!Done())
+        QTest::qFail(qPrintable(Report()), __FILE__, __LINE__);
 }
 
 void MessageScript::Expect(const QString& text, const QString& caption) {

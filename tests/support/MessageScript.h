@@ -7,7 +7,7 @@
 
 /// Answers messages and questions from a script while it lives: the expected texts in order. A text
 /// that is not the next one, or that comes when none is due, is a failure; so is one that never
-/// came. A test ends with `QVERIFY2(script.Done(), qPrintable(script.Report()))`.
+/// came. Failures fail the running test when the script ends.
 class MessageScript {
 public:
     MessageScript();
@@ -26,6 +26,9 @@ public:
 
     QString Report() const;
 
+    /// Of the message that came last.
+    MessageIcon LastIcon() const { return m_last_icon; }
+
     /// The texts that came, expected or not.
     const QStringList& Seen() const { return m_seen; }
     void ForgetSeen() { m_seen.clear(); }
@@ -43,5 +46,6 @@ private:
     QList<Expected> m_expected;
     QStringList m_surprises;
     QStringList m_seen;
+    MessageIcon m_last_icon = MessageIcon::None;
     MessageHandler m_former;
 };

@@ -17,10 +17,6 @@ QJsonArray Cases(const char* name) {
 
 }  // namespace
 
-void AddVectorRows(const char* name) {
-    AddVectorRows(name, nullptr);
-}
-
 void AddVectorRows(const char* name, const char* key) {
     QTest::addColumn<QJsonObject>("vector");
     const QJsonArray cases = Cases(name);
@@ -43,4 +39,14 @@ QStringList VectorStrings(const QJsonValue& value) {
     for (const QJsonValue& one : array)
         strings.append(one.toString());
     return strings;
+}
+
+QList<std::pair<QJsonValue, QJsonValue>> VectorPairs(const QJsonValue& inputs,
+                                                     const QJsonValue& results) {
+    QList<std::pair<QJsonValue, QJsonValue>> pairs;
+    if (inputs.toArray().size() != results.toArray().size() || inputs.toArray().isEmpty())
+        QTest::qFail("the vector's lists do not fit", __FILE__, __LINE__);
+    for (qsizetype i = 0; i < inputs.toArray().size(); ++i)
+        pairs.append({inputs[i], results[i]});
+    return pairs;
 }

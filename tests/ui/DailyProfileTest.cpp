@@ -1,59 +1,50 @@
 // The list of daily profiles in a monthly profile, with its two commands.
 
 #include "FileDialogScript.h"
+#include "KindDialog.h"
 #include "MessageScript.h"
-#include "RunDialog.h"
-#include "grid/CGridControl.h"
+#include "TestFiles.h"
 
-#include <QApplication>
 #include <QComboBox>
-#include <QDir>
-#include <QFile>
 #include <QPointer>
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-void WriteDaily(const QString& path) {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("HEURES =");
-    for (int hour = 0; hour < 24; ++hour)
-        file.write(" " + QByteArray::number(hour));
-    file.write("\nCOEFFICIENT =");
-    for (int hour = 0; hour < 24; ++hour)
-        file.write(hour % 2 == 0 ? " 0.50" : " 1.50");
-    file.write("\n");
-}
-
-}  // namespace
 
 class DailyProfileTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_folder;
-    QString m_daily;
+    QString m_daily = m_folder.path() + u"/Data/Profils/Journalier"_s;
     QString m_name = u"Mois"_s;
     QStringList m_values = QStringList(12, u"1800"_s);
     QStringList m_names = QStringList(12, u"calme"_s);
+    std::unique_ptr<CDlgGridChart> m_dialog;
+    std::unique_ptr<MessageScript> m_messages;
+    std::unique_ptr<FileDialogScript> m_files;
 
-    SessionSetup Setup(ProfileKind kind) {
+    // What stands in the third column of `row`.
+    QString Name(int row) const { return m_dialog->session().table().CellText(row, 3); }
+
+    void Run(ProfileKind kind, const std::function<void()>& steps) {
         SessionSetup setup;
         setup.kind = kind;
         setup.name = &m_name;
         setup.values = &m_values;
         setup.names = &m_names;
         setup.folders = ProfileFolders(m_folder.path());
-        return setup;
+        m_dialog = std::make_unique<CDlgGridChart>(std::move(setup));
+        RunDialog(*m_dialog, steps);
+    }
+
+    static void Click(const QWidget& dialog, const QString& name) {
+        QTest::mouseClick(dialog.findChild<QWidget*>(name), Qt::LeftButton);
     }
 
     // The list of the cell, opened with the keyboard; nullptr when none opens.
-    static QComboBox* OpenList(CDlgGridChart& dialog, int row) {
-        dialog.activateWindow();
-        auto* const grid = dialog.findChild<CGridControl*>();
+    QComboBox* OpenList(int row) {
+        m_dialog->activateWindow();
+        auto* const grid = m_dialog->findChild<CGridControl*>();
         QComboBox* opened = nullptr;
         const auto is_open = [&] {
             for (QComboBox* const list : grid->findChildren<QComboBox*>()) {
@@ -62,7 +53,7 @@ class DailyProfileTest : public QObject {
             }
             return opened != nullptr;
         };
-        if (!QTest::qWaitForWindowActive(&dialog))
+        if (!QTest::qWaitForWindowActive(m_dialog.get()))
             return nullptr;
         grid->setFocus();
         grid->SelectCell(row, 3);
@@ -70,8 +61,8 @@ class DailyProfileTest : public QObject {
         return QTest::qWaitFor(is_open) ? opened : nullptr;
     }
 
-    static void Choose(CDlgGridChart& dialog, int row, const QString& choice) {
-        QComboBox* const list = OpenList(dialog, row);
+    void Choose(int row, const QString& choice) {
+        QComboBox* const list = OpenList(row);
         QVERIFY(list != nullptr);
         const int index = list->findText(choice);
         QVERIFY2(index >= 0, qPrintable(choice));
@@ -79,14 +70,13 @@ class DailyProfileTest : public QObject {
         QTest::keyClick(list->view(), Qt::Key_Return);
     }
 
-    // Does `steps` in the dialog that opens over `dialog`.
-    static void InNestedDialog(const CDlgGridChart& dialog,
-                               const std::function<void(CDlgGridChart&)>& steps) {
+    // Does `steps` in the dialog that opens over the first one, and waits for its end.
+    void InNestedDialog(const std::function<void(CDlgGridChart&)>& steps) {
         bool done = false;
         QTimer timer;
         connect(&timer, &QTimer::timeout, &timer, [&] {
             auto* const nested = qobject_cast<CDlgGridChart*>(QApplication::activeModalWidget());
-            if (nested == nullptr || nested == &dialog || done)
+            if (nested == nullptr || nested == m_dialog.get() || done)
                 return;
             done = true;
             steps(*nested);
@@ -95,121 +85,106 @@ class DailyProfileTest : public QObject {
         });
         timer.start(0);
         QTRY_VERIFY(done);
+        QTRY_COMPARE(QApplication::activeModalWidget(), m_dialog.get());
     }
 
 private slots:
     void init() {
-        m_daily = m_folder.path() + u"/Data/Profils/Journalier"_s;
-        QVERIFY(QDir().mkpath(m_daily));
-        WriteDaily(m_daily + u"/calme.dat"_s);
-        WriteDaily(m_daily + u"/week-end.dat"_s);
+        const QByteArray bytes = "HEURES =" + QByteArray(" 0").repeated(24) +
+                                 "\nCOEFFICIENT =" + QByteArray(" 0.50 1.50").repeated(12) + "\n";
+        for (const QString& name : {u"/calme.dat"_s, u"/week-end.dat"_s})
+            QVERIFY(WriteAll(m_daily + name, bytes));
+        m_messages = std::make_unique<MessageScript>();
+        m_files = std::make_unique<FileDialogScript>();
+    }
+    void cleanup() {
+        m_messages.reset();
+        m_files.reset();
     }
 
     void ChoosesAListedProfile() {
-        CDlgGridChart dialog(Setup(ProfileKind::Monthly));
-        RunDialog(dialog, [&] {
-            Choose(dialog, 2, u"week-end"_s);
-            QCOMPARE(dialog.session().table().CellText(2, 3), u"week-end"_s);
-            QVERIFY(dialog.session().canUndo());
+        Run(ProfileKind::Monthly, [&] {
+            Choose(2, u"week-end"_s);
+            QCOMPARE(Name(2), u"week-end"_s);
+            QVERIFY(m_dialog->session().canUndo());
             // A list that is left without a choice changes nothing.
-            QPointer<QComboBox> list = OpenList(dialog, 3);
+            QPointer<QComboBox> list = OpenList(3);
             QVERIFY(list != nullptr);
             QTest::keyClick(list->view(), Qt::Key_Down);
             QTest::keyClick(list->view(), Qt::Key_Escape);
             QTRY_VERIFY(list == nullptr);
-            QCOMPARE(dialog.session().table().CellText(3, 3), u"calme"_s);
+            QCOMPARE(Name(3), u"calme"_s);
         });
     }
 
     void AddsASavedProfile() {
-        MessageScript messages;
-        FileDialogScript files;
-        files.ExpectSave(m_daily + u"/atelier"_s);
-        CDlgGridChart dialog(Setup(ProfileKind::Monthly));
-        RunDialog(dialog, [&] {
-            Choose(dialog, 4, u"AJOUTER"_s);
-            QCOMPARE(dialog.session().table().CellText(4, 3), u"calme"_s);
-            InNestedDialog(dialog, [](CDlgGridChart& nested) {
+        m_files->ExpectSave(m_daily + u"/atelier"_s);
+        Run(ProfileKind::Monthly, [&] {
+            Choose(4, u"AJOUTER"_s);
+            QCOMPARE(Name(4), u"calme"_s);
+            InNestedDialog([](CDlgGridChart& nested) {
                 QCOMPARE(nested.windowTitle(), u"Profil Journalier : Nouveau Profil"_s);
                 QCOMPARE(nested.session().table().Column(2), QStringList(24, u"1"_s));
-                QTest::mouseClick(nested.findChild<QWidget*>(u"5017_ENREGSOUS"_s), Qt::LeftButton);
+                Click(nested, u"5017_ENREGSOUS"_s);
                 QCOMPARE(nested.windowTitle(), u"Profil Journalier : atelier"_s);
-                QTest::mouseClick(nested.findChild<QWidget*>(u"5022_OK"_s), Qt::LeftButton);
+                Click(nested, u"5022_OK"_s);
             });
-            QTRY_COMPARE(dialog.session().table().CellText(4, 3), u"atelier"_s);
-            QVERIFY(dialog.session().table().Choices().contains(u"atelier"_s));
-            QTest::mouseClick(dialog.findChild<QWidget*>(u"5018_UNDO"_s), Qt::LeftButton);
-            QCOMPARE(dialog.session().table().CellText(4, 3), u"calme"_s);
+            QTRY_COMPARE(Name(4), u"atelier"_s);
+            QVERIFY(m_dialog->session().table().Choices().contains(u"atelier"_s));
+            Click(*m_dialog, u"5018_UNDO"_s);
+            QCOMPARE(Name(4), u"calme"_s);
         });
-        QVERIFY2(messages.Done(), qPrintable(messages.Report()));
-        QVERIFY2(files.Done(), qPrintable(files.Report()));
         QVERIFY(QFile::exists(m_daily + u"/atelier.dat"_s));
     }
 
-    void AddsNothingThatWasNotSavedHere_data() {
-        QTest::addColumn<bool>("saved_elsewhere");
-        QTest::addColumn<QString>("last_button");
-        QTest::newRow("not saved") << false << u"5022_OK"_s;
-        QTest::newRow("saved elsewhere") << true << u"5022_OK"_s;
-        QTest::newRow("saved elsewhere, cancelled") << true << u"5011_Cancel"_s;
-    }
     void AddsNothingThatWasNotSavedHere() {
-        QFETCH(bool, saved_elsewhere);
-        QFETCH(QString, last_button);
-        MessageScript messages;
-        FileDialogScript files;
-        if (saved_elsewhere) {
-            files.ExpectSave(m_folder.path() + u"/ailleurs"_s);
-            messages.Expect(
-                u"Ce profil n'est pas enregistré dans le répertoire par défaut\n"
-                "il ne sera pas enregistré dans les paramètres de la simulation."_s,
-                u"Attention !"_s);
-        }
-        if (last_button == u"5011_Cancel")
-            messages.ExpectQuestion(u"Do you really want to cancel ?"_s, u"Cancelling"_s, true);
-        CDlgGridChart dialog(Setup(ProfileKind::Weekly));
-        RunDialog(dialog, [&] {
-            const QStringList choices = dialog.session().table().Choices();
-            Choose(dialog, 1, u"AJOUTER"_s);
-            InNestedDialog(dialog, [&](CDlgGridChart& nested) {
-                if (saved_elsewhere)
-                    QTest::mouseClick(nested.findChild<QWidget*>(u"5017_ENREGSOUS"_s),
-                                      Qt::LeftButton);
-                QTest::mouseClick(nested.findChild<QWidget*>(last_button), Qt::LeftButton);
+        const std::pair<bool, QString> cases[] = {
+            {false, u"5022_OK"_s}, {true, u"5022_OK"_s}, {true, u"5011_Cancel"_s}};
+        for (const auto& [saved_elsewhere, last_button] : cases) {
+            if (saved_elsewhere) {
+                m_files->ExpectSave(m_folder.path() + u"/ailleurs"_s);
+                m_messages->Expect(
+                    u"Ce profil n'est pas enregistré dans le répertoire par défaut\n"
+                    "il ne sera pas enregistré dans les paramètres de la simulation."_s,
+                    u"Attention !"_s);
+            }
+            if (last_button == u"5011_Cancel")
+                m_messages->ExpectQuestion(u"Do you really want to cancel ?"_s, u"Cancelling"_s,
+                                           true);
+            Run(ProfileKind::Weekly, [&] {
+                const QStringList choices = m_dialog->session().table().Choices();
+                Choose(1, u"AJOUTER"_s);
+                InNestedDialog([&](CDlgGridChart& nested) {
+                    if (saved_elsewhere)
+                        Click(nested, u"5017_ENREGSOUS"_s);
+                    Click(nested, last_button);
+                });
+                QCOMPARE(Name(1), QString());
+                QCOMPARE(m_dialog->session().table().Choices(), choices);
+                QVERIFY(!m_dialog->session().canUndo());
             });
-            QTRY_COMPARE(QApplication::activeModalWidget(), &dialog);
-            QCOMPARE(dialog.session().table().CellText(1, 3), QString());
-            QCOMPARE(dialog.session().table().Choices(), choices);
-            QVERIFY(!dialog.session().canUndo());
-        });
-        QVERIFY2(messages.Done(), qPrintable(messages.Report()));
-        QVERIFY2(files.Done(), qPrintable(files.Report()));
+        }
     }
 
     void ViewsTheProfileOfTheCell() {
-        MessageScript messages;
-        messages.ExpectQuestion(u"Do you really want to cancel ?"_s, u"Cancelling"_s, true);
-        CDlgGridChart dialog(Setup(ProfileKind::Monthly));
-        RunDialog(dialog, [&] {
-            Choose(dialog, 1, u"VOIR"_s);
-            InNestedDialog(dialog, [](CDlgGridChart& nested) {
+        m_messages->ExpectQuestion(u"Do you really want to cancel ?"_s, u"Cancelling"_s, true);
+        Run(ProfileKind::Monthly, [&] {
+            Choose(1, u"VOIR"_s);
+            InNestedDialog([](CDlgGridChart& nested) {
                 QCOMPARE(nested.windowTitle(), u"Profil Journalier : calme"_s);
                 QVERIFY(nested.session().isViewOnly());
                 QCOMPARE(nested.session().table().CellText(2, 2), u"1.50"_s);
                 QVERIFY(nested.findChild<QWidget*>(u"5001_Chart"_s) == nullptr);
                 QTest::keyClick(&nested, Qt::Key_Escape);
             });
-            QTRY_COMPARE(QApplication::activeModalWidget(), &dialog);
-            QCOMPARE(dialog.session().table().CellText(1, 3), u"calme"_s);
-            QVERIFY(!dialog.session().canUndo());
+            QCOMPARE(Name(1), u"calme"_s);
+            QVERIFY(!m_dialog->session().canUndo());
         });
-        QVERIFY2(messages.Done(), qPrintable(messages.Report()));
         // Without a name there is nothing to open.
-        CDlgGridChart weekly(Setup(ProfileKind::Weekly));
-        RunDialog(weekly, [&] {
-            Choose(weekly, 1, u"VOIR"_s);
+        Run(ProfileKind::Weekly, [&] {
+            Choose(1, u"VOIR"_s);
             QTest::qWait(50);
-            QCOMPARE(QApplication::activeModalWidget(), &weekly);
+            QCOMPARE(QApplication::activeModalWidget(), m_dialog.get());
         });
     }
 };

@@ -1,47 +1,32 @@
+#include "SessionBench.h"
 #include "app/EnglishAtof.h"
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
 #include "chart/DragRules.h"
-#include "profiles/ProfileSession.h"
 
 #include <QDialog>
 #include <QSignalSpy>
-#include <QTest>
 #include <QToolTip>
 
-#include <algorithm>
 #include <cmath>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kFunction = static_cast<int>(ProfileKind::Function);
+using enum ProfileKind;
 
 // A shown chart of a session, in the size the dialog gives it.
-struct ChartWindow {
-    QString name = u"Nom"_s;
-    QStringList times;
-    QStringList values;
-    std::unique_ptr<ProfileSession> session;
-    std::unique_ptr<CGraphControl> control;
-    std::unique_ptr<CGraphView> view;
-
-    explicit ChartWindow(int kind_number, const QStringList& time_texts = {u"0"_s, u"10"_s},
-                         const QStringList& value_texts = {u"1"_s, u"8"_s})
-        : times(time_texts), values(value_texts) {
-        const auto kind = static_cast<ProfileKind>(kind_number);
-        SessionSetup setup;
-        setup.kind = kind;
-        setup.name = &name;
-        setup.times = &times;
-        setup.values = &values;
-        session = std::make_unique<ProfileSession>(setup);
-        if (kind == ProfileKind::Function)
-            session->InitialFill();
+struct ChartWindow : SessionBench {
+    explicit ChartWindow(ProfileKind kind, const QString& time_texts = u"0|10"_s,
+                         const QString& value_texts = u"1|8"_s) {
+        if (kind == Function) {
+            times = Texts(time_texts);
+            values = Texts(value_texts);
+        }
+        Start(Setup(kind));
         control = std::make_unique<CGraphControl>();
-        if (kind == ProfileKind::Function)
+        if (kind == Function)
             control->BuildFunctionChart();
         else
             control->BuildProfileChart(kind);
@@ -51,6 +36,9 @@ struct ChartWindow {
         view->show();
         Picture();
     }
+
+    std::unique_ptr<CGraphControl> control;
+    std::unique_ptr<CGraphView> view;
 
     QImage Picture() const { return view->grab().toImage(); }
 
@@ -105,7 +93,7 @@ class GraphViewTest : public QObject {
 
 private slots:
     void markersHaveExactColours() {
-        ChartWindow window(kFunction, {u"0"_s, u"10"_s, u"5"_s}, {u"1"_s, u"4"_s, u"-2"_s});
+        ChartWindow window(Function, u"0|10|5"_s, u"1|4|-2"_s);
         const QColor red(255, 0, 0);
         const QColor orange(255, 207, 54);
         for (int i = 0; i < 3; ++i)
@@ -119,7 +107,7 @@ private slots:
     }
 
     void barsHaveExactColours() {
-        ChartWindow window(3);
+        ChartWindow window(Daily);
         // The face of a bar half way up, and one pixel inside its left side.
         const auto colours = [&window](int index) {
             const QImage picture = window.Picture();
@@ -145,7 +133,7 @@ private slots:
             times.append(QString::number(i));
             values.append(i == 4321 ? u"900"_s : QString::number(i % 24));
         }
-        ChartWindow window(kFunction, times, values);
+        ChartWindow window(Function, times.join(u'|'), values.join(u'|'));
         window.control->SetHighlighted(4321, true);
         const QImage picture = window.Picture();
         QVERIFY(IsSquare(picture, window.At(4321), QColor(255, 207, 54)));
@@ -157,18 +145,18 @@ private slots:
     }
 
     void oddRowsAreDrawn() {
-        const QList<QString> cases = {u"|"_s, u"3 3|7 7"_s, u"1e999 2 3|1 -1e999 3"_s,
-                                      u"-1e308 0 1e308|1e308 -1e308 1e-308"_s, u" abc|nan inf"_s};
-        for (const QString& texts : cases) {
-            const auto part = [&texts](int index) {
-                const QString column = texts.section(u'|', index, index);
-                return column.isEmpty() ? QStringList() : column.split(u' ');
-            };
-            const ChartWindow window(kFunction, part(0), part(1));
+        const std::pair<QString, QString> cases[] = {
+            {{}, {}},
+            {u"3|3"_s, u"7|7"_s},
+            {u"1e999|2|3"_s, u"1|-1e999|3"_s},
+            {u"-1e308|0|1e308"_s, u"1e308|-1e308|1e-308"_s},
+            {u"|abc"_s, u"nan|inf"_s}};
+        for (const auto& [times, values] : cases) {
+            const ChartWindow window(Function, times, values);
             const PlotScale scale = window.view->Scale();
             for (const AxisScale& axis : {scale.x, scale.y}) {
-                QVERIFY2(std::isfinite(axis.low) && std::isfinite(axis.high), qPrintable(texts));
-                QVERIFY2(axis.low < axis.high, qPrintable(texts));
+                QVERIFY2(std::isfinite(axis.low) && std::isfinite(axis.high), qPrintable(times));
+                QVERIFY2(axis.low < axis.high, qPrintable(times));
             }
             // The marks of both axes are there.
             QVERIFY(CountColour(window.Picture(), QColor(255, 0, 0)) > 0);
@@ -176,93 +164,21 @@ private slots:
         }
     }
 
-    void dragStoresOneStep_data() {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<int>("item");
-        QTest::addColumn<double>("value");
-        QTest::newRow("function") << kFunction << 2 << 4.4;
-        QTest::newRow("annual") << 0 << 11 << 0.4;
-        QTest::newRow("monthly") << 1 << 0 << 333.7;
-        QTest::newRow("weekly") << 2 << 6 << 117.0;
-        QTest::newRow("daily below zero") << 3 << 23 << -0.1;
-    }
-    void dragStoresOneStep() {
-        QFETCH(const int, kind);
-        QFETCH(const int, item);
-        QFETCH(const double, value);
-        ChartWindow window(kind, {u"0"_s, u"10"_s, u"5"_s}, {u"1"_s, u"8"_s, u"2"_s});
-        window.session->SetEdition(true);
-        const QStringList before = window.session->table().Column(2);
+    // One step, over axes that stand still, whatever else is pressed meanwhile.
+    void drag() {
+        const ChartWindow window(Function);
         const double high = window.view->Scale().y.high;
-        const QPoint target = window.At(item, value);
-        const QString expected = window.Dragged(target);
-
-        window.Press(window.At(item));
-        window.Move(window.At(item, value * 0.7));
-        window.Move(target);
-        window.Picture();
-        QCOMPARE(window.Cell(item + 1), expected);
-        QCOMPARE(window.view->Scale().y.high, high);
-        QVERIFY(window.session->isDragging());
-        window.Release(target);
-        QVERIFY(!window.session->isDragging());
-        QCOMPARE(window.Cell(item + 1), expected);
-        QCOMPARE(window.control->document().Value(item, kind == kFunction ? 1 : 0),
-                 ParseNumber(expected));
-
-        QVERIFY(window.session->Undo());
-        QCOMPARE(window.session->table().Column(2), before);
-        QVERIFY(!window.session->canUndo());
-        QVERIFY(window.session->Redo());
-        QCOMPARE(window.Cell(item + 1), expected);
-    }
-
-    void dragRebalances() {
-        ChartWindow window(0);
-        const QPoint to = window.At(3, 2.0);
-        const QString dragged = window.Dragged(to);
-        window.Press(window.At(3));
-        window.Move(to);
-        QCOMPARE(window.Cell(4), dragged);
-        QCOMPARE(window.Cell(1), u"1"_s);
-        // A refused value keeps the last one.
-        window.Move(window.At(3, 13.0));
-        QCOMPARE(window.Cell(4), dragged);
-        window.Release(window.At(3, 13.0));
-        double sum = 0.0;
-        for (int row = 1; row <= 12; ++row) {
-            sum += ParseNumber(window.Cell(row));
-            QCOMPARE(window.control->document().Value(row - 1, 0), ParseNumber(window.Cell(row)));
-        }
-        QVERIFY(std::abs(sum - 12.0) < 0.005);
-        QVERIFY(ParseNumber(window.Cell(1)) < 1.0);
-    }
-
-    void dragOutsideTheWindow() {
-        const ChartWindow window(kFunction);
-        const QPoint far(-300, -900);
-        window.Press(window.At(0));
-        window.Move(far);
-        const QString expected = window.Dragged(far);
-        QVERIFY(ParseNumber(expected) > 20.0);
-        QCOMPARE(window.Cell(1), expected);
-        window.Release(far);
-        QVERIFY(!window.session->isDragging());
-        window.Picture();
-        QVERIFY(window.view->Scale().y.high > ParseNumber(expected));
+        const QPoint middle = window.At(0, 9.0);
+        const QPoint target(-300, -900);
         // The other button drags nothing.
         window.Press(window.At(0), Qt::RightButton);
-        window.Move(QPoint(10, 10));
-        window.Release(QPoint(10, 10), Qt::RightButton);
-        QCOMPARE(window.Cell(1), expected);
-    }
-
-    void otherButtonsAndKeysDuringDrag() {
-        const ChartWindow window(kFunction);
-        const QPoint middle = window.At(0, 3.0);
-        const QPoint target = window.At(0, 5.0);
+        window.Move(middle);
+        window.Release(middle, Qt::RightButton);
+        QCOMPARE(window.Cell(1), u"1"_s);
         window.Press(window.At(0));
         window.Move(middle);
+        window.Picture();
+        QCOMPARE(window.view->Scale().y.high, high);
         window.Press(middle, Qt::RightButton);
         QTest::keyClick(window.view.get(), Qt::Key_Escape);
         QTest::keyClick(window.view.get(), Qt::Key_A);
@@ -270,14 +186,18 @@ private slots:
         QVERIFY(window.session->isDragging());
         window.Move(target);
         window.Release(target);
+        QVERIFY(!window.session->isDragging());
         QCOMPARE(window.Cell(1), window.Dragged(target));
-        QVERIFY(window.session->Undo());
+        QVERIFY(ParseNumber(window.Cell(1)) > 20.0);
+        window.Picture();
+        QVERIFY(window.view->Scale().y.high > ParseNumber(window.Cell(1)));
+        QVERIFY(window.session->Undo() && !window.session->canUndo());
         QCOMPARE(window.Cell(1), u"1"_s);
     }
 
     // A modal dialog, an undo and the removal of a row each end a drag.
     void dragEnds() {
-        const ChartWindow covered(kFunction);
+        const ChartWindow covered(Function);
         const QPoint middle = covered.At(0, 3.0);
         covered.Press(covered.At(0));
         covered.Move(middle);
@@ -289,7 +209,7 @@ private slots:
         QCOMPARE(covered.Cell(1), covered.Dragged(middle));
         QVERIFY(covered.session->canUndo());
 
-        const ChartWindow undone(kFunction);
+        const ChartWindow undone(Function);
         undone.Press(undone.At(0));
         undone.Move(undone.At(0, 3.0));
         undone.session->Undo();
@@ -299,19 +219,19 @@ private slots:
         QCOMPARE(undone.Cell(1), u"1"_s);
         QVERIFY(!undone.session->canUndo());
 
-        const ChartWindow cut(kFunction, {u"0"_s, u"5"_s, u"10"_s}, {u"1"_s, u"3"_s, u"8"_s});
+        const ChartWindow cut(Function, u"0|5|10"_s, u"1|3|8"_s);
         cut.Press(cut.At(2));
         QVERIFY(cut.session->RemoveRows({1}));
         cut.Move(QPoint(200, 120));
         cut.Move(QPoint(200, 150));
         cut.Release(QPoint(200, 150));
-        QCOMPARE(cut.session->table().Column(2), (QStringList{u"3"_s, u"8"_s}));
+        QCOMPARE(cut.Values(), Texts(u"3|8"_s));
     }
 
     void clickPicksWithoutChange() {
-        const ChartWindow window(1);
+        const ChartWindow window(Monthly);
         window.session->SetEdition(false);
-        const QStringList before = window.session->table().Column(2);
+        const QStringList before = window.Values();
         QStringList order;
         connect(window.view.get(), &CGraphView::PressBegins, this,
                 [&] { order.append(u"press"_s); });
@@ -323,12 +243,12 @@ private slots:
         window.Move(at + QPoint(1, 1));
         window.Release(at + QPoint(1, 1));
         QCOMPARE(order.mid(0, 2), (QStringList{u"press"_s, u"5"_s}));
-        QCOMPARE(window.session->table().Column(2), before);
+        QCOMPARE(window.Values(), before);
         QVERIFY(!window.session->canUndo());
         // A drag call with nothing in hand marks the session and does nothing else.
         window.view->DragPoint(QPoint(100, 100));
         QVERIFY(window.session->isModified());
-        QCOMPARE(window.session->table().Column(2), before);
+        QCOMPARE(window.Values(), before);
     }
 
     // A press near a point picks its row but takes nothing in hand.
@@ -336,8 +256,7 @@ private slots:
         const std::pair<QPointF, int> cases[] = {
             {{22.5, 20.0}, 2}, {{20.0, 18.0}, 2}, {{30.0, 10.0}, 0}};
         for (const auto& [place, row] : cases) {
-            const ChartWindow window(kFunction, {u"0"_s, u"20"_s, u"40"_s},
-                                     {u"0"_s, u"20"_s, u"0"_s});
+            const ChartWindow window(Function, u"0|20|40"_s, u"0|20|0"_s);
             QSignalSpy picked(window.view.get(), &CGraphView::CellPicked);
             const QPoint at = window.view->Scale().ToPixels(place).toPoint();
             window.Press(at);
@@ -347,7 +266,7 @@ private slots:
             QVERIFY(!window.session->canUndo());
         }
         // Bars have no tolerance: a place above one is no part of it, however near in axis units.
-        const ChartWindow bars(0);
+        const ChartWindow bars(Annual);
         QSignalSpy picked(bars.view.get(), &CGraphView::CellPicked);
         const QPoint above = bars.At(3) - QPoint(0, 20);
         bars.Press(above);
@@ -358,32 +277,30 @@ private slots:
         QCOMPARE(picked.value(0).value(0).toInt(), 4);
     }
 
-    void tips_data() {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("tip");
-        QTest::newRow("function") << kFunction << u"(12.50°, 3.00°)"_s;
-        QTest::newRow("annual") << 0 << u"Février, Coefficient = 1.00"_s;
-        QTest::newRow("monthly") << 1 << u"Février, Consommation = 1800, jour a"_s;
-    }
     void tips() {
-        QFETCH(const int, kind);
-        ChartWindow window(kind, {u"0"_s, u"12.5"_s}, {u"1"_s, u"3"_s});
-        window.session->table().SetCellText(2, 3, u"jour a"_s);
-        QToolTip::hideText();
-        window.Move(window.At(1));
-        QTRY_VERIFY(QToolTip::isVisible());
-        QTEST(QToolTip::text(), "tip");
-        window.Move(QPoint(8, 8));
-        QTRY_VERIFY(!QToolTip::isVisible());
+        const std::pair<ProfileKind, QString> cases[] = {
+            {Function, u"(12.50°, 3.00°)"_s},
+            {Annual, u"Février, Coefficient = 1.00"_s},
+            {Monthly, u"Février, Consommation = 1800, jour a"_s}};
+        for (const auto& [kind, tip] : cases) {
+            ChartWindow window(kind, u"0|12.5"_s, u"1|3"_s);
+            window.session->table().SetCellText(2, 3, u"jour a"_s);
+            QToolTip::hideText();
+            window.Move(window.At(1));
+            QTRY_VERIFY(QToolTip::isVisible());
+            QCOMPARE(QToolTip::text(), tip);
+            window.Move(QPoint(8, 8));
+            QTRY_VERIFY(!QToolTip::isVisible());
+        }
     }
 
     void axesFollowData() {
-        ChartWindow window(2);
+        ChartWindow window(Weekly);
         window.session->table().SetCellText(1, 2, u"12345"_s);
         window.Picture();
         const double high = window.view->Scale().y.high;
         QVERIFY(high > 12345.0 && high < 20000.0);
-        window.session->table().SetColumn(2, QStringList(7, u"10"_s));
+        window.session->table().SetColumn(2, Texts(u"10*7"_s));
         window.Picture();
         QVERIFY(window.view->Scale().y.high < 100.0);
     }

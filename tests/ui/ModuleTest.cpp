@@ -96,8 +96,6 @@ const Step kYes = Press(u"Yes"_s);
 
 }  // namespace
 
-Q_DECLARE_METATYPE(functioneditor_request)
-
 /// The module as programs call it.
 class ModuleTest : public QObject {
     Q_OBJECT
@@ -214,42 +212,35 @@ private slots:
         }
     }
 
-    void WrongRequests_data() {
-        QTest::addColumn<functioneditor_request>("request");
-        QTest::addColumn<int>("expected");
+    void WrongRequests() {
         static const char* const kBroken[] = {"\xC3"};
         static char open_name[] = {'a', 'b'};
-        const auto add = [](const char* title, int expected,
-                            const std::function<void(functioneditor_request&)>& spoil) {
+        const std::pair<int, std::function<void(functioneditor_request&)>> cases[] = {
+            {FUNCTIONEDITOR_ERROR_REQUEST, [](auto& request) { --request.size; }},
+            {FUNCTIONEDITOR_ERROR_KIND, [](auto& request) { request.kind = -2; }},
+            {FUNCTIONEDITOR_ERROR_KIND, [](auto& request) { request.kind = 4; }},
+            {FUNCTIONEDITOR_ERROR_MODE, [](auto& request) { request.mode = 0; }},
+            {FUNCTIONEDITOR_ERROR_MODE, [](auto& request) { request.mode = 4; }},
+            {FUNCTIONEDITOR_ERROR_ROWS,
+             [](auto& request) { request.count = FUNCTIONEDITOR_MAX_ROWS + size_t{1}; }},
+            {FUNCTIONEDITOR_ERROR_NAME,  // has no end
+             [](auto& request) {
+                 request.name = open_name;
+                 request.name_size = sizeof open_name;
+             }},
+            {FUNCTIONEDITOR_ERROR_NAME, [](auto& request) { request.name = open_name; }},
+            {FUNCTIONEDITOR_ERROR_ENCODING, [](auto& request) { request.text = "a\xFFz"; }},
+            {FUNCTIONEDITOR_ERROR_ENCODING, [](auto& request) {
+                 request.values = kBroken;
+                 request.count = 1;
+             }}};
+        for (const auto& [expected, spoil] : cases) {
             functioneditor_request request = EmptyRequest();
             spoil(request);
-            QTest::newRow(title) << request << expected;
-        };
-        add("size", FUNCTIONEDITOR_ERROR_REQUEST, [](auto& request) { --request.size; });
-        add("kind below", FUNCTIONEDITOR_ERROR_KIND, [](auto& request) { request.kind = -2; });
-        add("kind above", FUNCTIONEDITOR_ERROR_KIND, [](auto& request) { request.kind = 4; });
-        add("mode below", FUNCTIONEDITOR_ERROR_MODE, [](auto& request) { request.mode = 0; });
-        add("mode above", FUNCTIONEDITOR_ERROR_MODE, [](auto& request) { request.mode = 4; });
-        add("rows", FUNCTIONEDITOR_ERROR_ROWS,
-            [](auto& request) { request.count = FUNCTIONEDITOR_MAX_ROWS + size_t{1}; });
-        add("name without an end", FUNCTIONEDITOR_ERROR_NAME, [](auto& request) {
-            request.name = open_name;
-            request.name_size = sizeof open_name;
-        });
-        add("name without room", FUNCTIONEDITOR_ERROR_NAME,
-            [](auto& request) { request.name = open_name; });
-        add("text", FUNCTIONEDITOR_ERROR_ENCODING, [](auto& request) { request.text = "a\xFFz"; });
-        add("value", FUNCTIONEDITOR_ERROR_ENCODING, [](auto& request) {
-            request.values = kBroken;
-            request.count = 1;
-        });
-    }
-    void WrongRequests() {
-        QFETCH(functioneditor_request, request);
-        QFETCH(const int, expected);
-        QCOMPARE(functioneditor_prompt(&request), expected);
+            QCOMPARE(functioneditor_prompt(&request), expected);
+            QVERIFY(functioneditor_result_text(expected) != functioneditor_result_text(-99));
+        }
         QCOMPARE(functioneditor_prompt(nullptr), FUNCTIONEDITOR_ERROR_REQUEST);
-        QVERIFY(functioneditor_result_text(expected) != functioneditor_result_text(-99));
     }
 };
 

@@ -1,7 +1,5 @@
 #include "ExchangeText.h"
 
-#include <QFile>
-
 namespace {
 
 constexpr int kHeaderLines = 13;
@@ -58,14 +56,4 @@ Points PointsOf(const QByteArray& file) {
     for (int i = 0; i < word(kHeaderLines - 1).toInt(); i += 2)
         points.append({word(kHeaderLines + i), word(kHeaderLines + i + 1)});
     return points;
-}
-
-QByteArray ReadAll(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool WriteAll(const QString& path, const QByteArray& content) {
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TestFiles.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -18,8 +20,3 @@ QByteArray SavedFile(const Points& points);
 
 /// The points of an exchange file.
 Points PointsOf(const QByteArray& file);
-
-/// @{ Whole content of a file; reading a file that is not there gives a null array.
-QByteArray ReadAll(const QString& path);
-bool WriteAll(const QString& path, const QByteArray& content);
-/// @}
