@@ -3,6 +3,14 @@
 #include <algorithm>
 #include <functional>
 #include <utility>
+#include <vector>
+
+namespace {
+
+// More runs of removed rows than these are announced as a table of new rows.
+constexpr qsizetype kMostRuns = 100;
+
+}  // namespace
 
 ProfileTable::ProfileTable(ProfileKind kind, QObject* parent)
     : QAbstractTableModel(parent), m_labels_fixed(Describe(kind).labels != RowLabels::None) {
@@ -88,16 +96,42 @@ void ProfileTable::RemoveRows(const QList<int>& rows) {
     order.erase(std::unique(order.begin(), order.end()), order.end());
     order.removeIf([this](int row) { return row < 1 || row > RowCount(); });
     // Neighbouring rows go in one piece, so that a large selection costs one notification a run.
+    QList<std::pair<int, int>> runs;
     for (qsizetype i = 0; i < order.size();) {
         const int last = order[i];
         int first = last;
         for (++i; i < order.size() && order[i] == first - 1; ++i)
             first = order[i];
+        runs.append({first, last});
+    }
+    if (runs.size() > kMostRuns) {
+        RemoveScattered(order);
+        return;
+    }
+    for (const auto& [first, last] : std::as_const(runs)) {
         beginRemoveRows({}, first - 1, last - 1);
         for (QStringList& cells : m_columns)
             cells.remove(first - 1, last - first + 1);
         endRemoveRows();
     }
+}
+
+// All in one go: each run on its own would move all cells behind it.
+void ProfileTable::RemoveScattered(const QList<int>& rows) {
+    std::vector<bool> gone(static_cast<size_t>(RowCount()));
+    for (const int row : rows)
+        gone[static_cast<size_t>(row - 1)] = true;
+    beginResetModel();
+    for (QStringList& cells : m_columns) {
+        QStringList kept;
+        kept.reserve(cells.size() - rows.size());
+        for (qsizetype i = 0; i < cells.size(); ++i) {
+            if (!gone[static_cast<size_t>(i)])
+                kept.append(std::move(cells[i]));
+        }
+        cells = std::move(kept);
+    }
+    endResetModel();
 }
 
 void ProfileTable::MoveRow(int from, int to, const CellRewrite& rewrite) {

@@ -57,7 +57,8 @@ public:
     /// Inserts one row so that it becomes row `row` (1 .. RowCount() + 1).
     void InsertRow(int row, const QString& label, const QString& value);
 
-    /// Removes the given rows; numbers that are no data rows are passed over.
+    /// Removes the given rows; numbers that are no data rows are passed over. Many rows that are
+    /// not neighbours go in one reset of the model.
     void RemoveRows(const QList<int>& rows);
 
     /// Rotates the rows between `from` and `to` so that row `from` becomes row `to`. With `rewrite`
@@ -82,6 +83,7 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
+    void RemoveScattered(const QList<int>& rows);
     bool IsDataCell(int row, int column) const;
 
     bool m_labels_fixed;

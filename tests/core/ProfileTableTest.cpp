@@ -151,6 +151,27 @@ private slots:
         QVERIFY(chart.document.Highlighted().empty());
     }
 
+    // Many rows that are no neighbours go at once; grid and chart see the same rows as before.
+    void ScatteredRowsGo() {
+        BoundChart chart(ProfileKind::Function);
+        QStringList times;
+        for (int i = 0; i < 1000; ++i)
+            times.append(QString::number(i));
+        chart.table.ResetRows(times, times);
+        QStringList kept;
+        QList<int> gone;
+        for (int row = 1; row <= 1000; ++row) {
+            if (row % 3 == 0)
+                gone.append(row);
+            else
+                kept.append(QString::number(row - 1));
+        }
+        chart.table.RemoveRows(gone);
+        for (const int column : {1, 2})
+            QCOMPARE(chart.table.Column(column), kept);
+        QCOMPARE(chart.Difference(), QString());
+    }
+
     void HeadersAndEdges() {
         ProfileTable table(ProfileKind::Monthly);
         table.ResetRows({u"Janvier"_s}, {u"1800"_s}, {u"nom"_s});
