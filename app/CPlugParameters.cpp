@@ -99,8 +99,10 @@ bool CPlugParameters::readText(qsizetype index, QString& text, qsizetype& missin
     }
     const QByteArrayView bytes = m_file->line(index);
     const CPlugInstruction line(QByteArray::fromRawData(bytes.data(), bytes.size()));
-    if (line.hasValue(0) || ++missing <= kMostReports)
+    if (missing < kMostReports || line.hasValue(0))
         text = line.getCStringValue(0);
+    // A value that is there is not empty.
+    missing += text.isEmpty() ? 1 : 0;
     return true;
 }
 
