@@ -87,7 +87,10 @@ QByteArrayView CPlugExchangeFile::line(qsizetype index) const {
     if (i + 1 == m_starts.size())
         return rest;
     const qsizetype length = m_starts[i + 1] - m_starts[i] - 1;
-    return rest.first(length > 0 && rest[length - 1] == '\r' ? length - 1 : length);
+    // In lines as written a CR belongs to the line end only if that is the file's own.
+    const bool may_have_cr = !m_rebuilt || m_line_end.size() > 1;
+    const bool has_cr = may_have_cr && length > 0 && rest[length - 1] == '\r';
+    return rest.first(has_cr ? length - 1 : length);
 }
 
 CPlugInstruction* CPlugExchangeFile::getInstruction(qsizetype index) {

@@ -69,13 +69,14 @@ void ProfileTable::SetHeaderText(int column, const QString& text) {
 void ProfileTable::ResetRows(const QStringList& labels, const QStringList& values,
                              const QStringList& names) {
     beginResetModel();
-    const QStringList* const given[] = {&labels, &values, &names};
-    for (qsizetype column = 0; column < m_columns.size(); ++column) {
-        m_columns[column] = *given[column];
+    QList<QStringList> columns = {labels, values, names};
+    columns.resize(m_columns.size());
+    for (QStringList& cells : columns) {
         // A list of the right length stays shared with its giver.
-        if (m_columns[column].size() != labels.size())
-            m_columns[column].resize(labels.size());
+        if (cells.size() != labels.size())
+            cells.resize(labels.size());
     }
+    m_columns = std::move(columns);
     endResetModel();
 }
 

@@ -239,7 +239,7 @@ void ExchangeFileTest::SavedTwice() {
         const QByteArray head = "\n\n\n1  2 x!a!b\n\n\n\n\n\n\n1\n";
         const QByteArray written = "\n\n\n1 2 x !a\n\n\n\n\n\n\n1 \n";
         const auto with_ends = [&](QByteArray text) { return text.replace("\n", line_end); };
-        QVERIFY(WriteAll(scratch.Path(), with_ends(head + "1\n4\n0\n1\n2\n3\n! tail\n !t")));
+        QVERIFY(WriteAll(scratch.Path(), with_ends(head + "1\n4\n0\n1\n2\n3\n! tail\n !t\r")));
         MessageScript script;
         CPlugExchangeFile file(scratch.Path());
         CPlugParameters parameters;
@@ -252,13 +252,13 @@ void ExchangeFileTest::SavedTwice() {
         for (int round = 0; round < 2; ++round) {
             parameters.writeFile();
             QCOMPARE(ReadAll(scratch.Path()),
-                     with_ends(written + "2 \n6 \n" + points + "! tail\n!t\n"));
+                     with_ends(written + "2 \n6 \n" + points + "! tail\n!t\r\n"));
         }
         file.getInstruction(3)->setIntValue(1, 5);
         parameters.setPoints({u"1"_s}, {u"2"_s});
         parameters.writeFile();
         QCOMPARE(ReadAll(scratch.Path()),
-                 with_ends("\n\n\n1 5 x !a\n\n\n\n\n\n\n1 \n0 \n2 \n1 \n2 \n! tail\n!t\n"));
+                 with_ends("\n\n\n1 5 x !a\n\n\n\n\n\n\n1 \n0 \n2 \n1 \n2 \n! tail\n!t\r\n"));
         QVERIFY2(script.Done(), qPrintable(script.Report()));
     }
 }

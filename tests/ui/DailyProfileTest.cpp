@@ -140,7 +140,9 @@ private slots:
     void AddsNothingThatWasNotSavedHere() {
         const std::pair<bool, QString> cases[] = {
             {false, u"5022_OK"_s}, {true, u"5022_OK"_s}, {true, u"5011_Cancel"_s}};
-        for (const auto& [saved_elsewhere, last_button] : cases) {
+        for (const auto& one : cases) {
+            const bool saved_elsewhere = one.first;
+            const QString last_button = one.second;
             if (saved_elsewhere) {
                 m_files->ExpectSave(m_folder.path() + u"/ailleurs"_s);
                 m_messages->Expect(
