@@ -20,6 +20,7 @@ bool BitmapButton::AutoLoad(const QString& caption) {
     if (pictures.front().isNull())
         return false;
     m_pictures = std::move(pictures);
+    m_size = m_pictures.front().size();
     updateGeometry();
     update();
     return true;
@@ -34,14 +35,14 @@ BitmapButton::State BitmapButton::ShownState() const {
 }
 
 QSize BitmapButton::sizeHint() const {
-    return Picture(State::Up).isNull() ? QPushButton::sizeHint() : Picture(State::Up).size();
+    return m_size.isEmpty() ? QPushButton::sizeHint() : m_size;
 }
 
 void BitmapButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const SvgPicture& picture = Picture(ShownState());
     // At its own size whatever the button's: a stretched line is no longer sharp.
-    QRect place(QPoint(), picture.size());
+    QRect place(QPoint(), m_size);
     place.moveTopLeft({(width() - place.width()) / 2, (height() - place.height()) / 2});
     // The active colours in every state: what is faint about a disabled button is in its picture.
     QPalette colors = palette();

@@ -32,4 +32,5 @@ private:
     const SvgPicture& Picture(State state) const { return m_pictures[static_cast<size_t>(state)]; }
 
     std::array<SvgPicture, 4> m_pictures;
+    QSize m_size;  // of all of them
 };

@@ -88,7 +88,7 @@ protected:
     }
 
     void draw(QCPPainter* painter) override {
-        // The plot draws itself on each change of its size, before the axes know the new one.
+        // The plot draws itself once after it was made, before the axes know the items.
         if (!m_view.IsDrawn())
             return;
         // The plot's painter shifts its origin while it smooths; that would blur the markers.
@@ -111,6 +111,15 @@ private:
     const CDocControl& m_chart;
 };
 
+// The view draws anew after each change of its size; the plot itself need not.
+class Plot : public QCustomPlot {
+public:
+    using QCustomPlot::QCustomPlot;
+
+protected:
+    void resizeEvent(QResizeEvent*) override { setViewport(rect()); }
+};
+
 double WidestText(const QFontMetricsF& metrics, const QVector<QString>& texts) {
     double widest = 0.0;
     for (const QString& text : texts)
@@ -131,7 +140,7 @@ Qt::PenStyle PatternStyle(int pattern) {
 }  // namespace
 
 CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget* parent)
-    : QWidget(parent), m_session(session), m_control(control), m_plot(new QCustomPlot(this)) {
+    : QWidget(parent), m_session(session), m_control(control), m_plot(new Plot(this)) {
     setObjectName(u"5001_Chart"_s);
     setAccessibleName(u"Chart"_s);
     setMouseTracking(true);

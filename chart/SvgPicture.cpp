@@ -14,14 +14,12 @@ QByteArray ColorName(const QColor& color) {
 
 SvgPicture::SvgPicture(const QString& path) {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return;
-    const QByteArray svg = file.readAll();
-    const QSvgRenderer renderer(svg);
-    if (!renderer.isValid())
-        return;
-    m_svg = svg;
-    m_size = renderer.defaultSize();
+    if (file.open(QIODevice::ReadOnly))
+        m_svg = file.readAll();
+}
+
+QSize SvgPicture::size() const {
+    return QSvgRenderer(m_svg).defaultSize();
 }
 
 void SvgPicture::Draw(QPainter& painter, const QRectF& place, const QPalette& palette) const {

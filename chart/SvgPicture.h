@@ -21,13 +21,14 @@ public:
 
     SvgPicture() = default;
 
-    /// Null when there is no drawing at `path`.
+    /// Null when there is no file at `path`. It is not looked into before it is drawn: most
+    /// pictures never are.
     explicit SvgPicture(const QString& path);
 
     bool isNull() const { return m_svg.isEmpty(); }
 
-    /// The size it is drawn for.
-    QSize size() const { return m_size; }
+    /// The size it is drawn for; empty when the file holds no drawing.
+    QSize size() const;
 
     /// The colours are those of `palette` in its current group.
     void Draw(QPainter& painter, const QRectF& place, const QPalette& palette) const;
@@ -37,5 +38,4 @@ public:
 
 private:
     QByteArray m_svg;
-    QSize m_size;
 };
