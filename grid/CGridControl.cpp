@@ -21,6 +21,7 @@ namespace {
 
 constexpr int kScrollBarWidth = 15;
 constexpr int kSmallHeaderFont = 10;  // pixels
+constexpr int kMostRowsInFullSize = 9'999;
 
 // The key that the platform's keyboards once had for help; it moves like Tab.
 constexpr int kHelpKey = Qt::Key_Help;
@@ -180,11 +181,18 @@ void CGridControl::LayoutPointGrid() {
     FitRowHeader();
 }
 
-// Just as wide as the largest row number asks for: the columns share what is left.
+// Just as wide as the largest row number asks for: the columns share what is left. Long numbers are
+// written small, so that a value of six characters is still read whole.
 void CGridControl::FitRowHeader() {
-    const QString largest = QString::number(std::max(10, m_session->table().RowCount()));
-    verticalHeader()->setFixedWidth(verticalHeader()->fontMetrics().horizontalAdvance(largest) +
-                                    10);
+    const int rows = std::max(10, m_session->table().RowCount());
+    const bool is_long = rows > kMostRowsInFullSize;
+    QFont digits = font();
+    if (is_long)
+        digits.setPixelSize(kSmallHeaderFont);
+    verticalHeader()->setFont(digits);
+    const QFontMetrics metrics(digits);
+    verticalHeader()->setFixedWidth(metrics.horizontalAdvance(QString::number(rows)) +
+                                    (is_long ? 6 : 10));
 }
 
 bool CGridControl::CommitOpenEditor() {
