@@ -59,7 +59,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const Prompts prompts;
     SetFileDialogHandler({{}, [](const FileRequest&) { return ScratchPath(u"saved"_s); }});
 
-    Editing editing(kind, "1 2.5 3", view_only ? DisplayMode::View : DisplayMode::Edit);
+    Editing editing(kind, "1 2 3", view_only ? DisplayMode::View : DisplayMode::Edit);
     ProfileSession& session = editing.session();
     const QByteArray before = editing.State();
     const bool was_saved = session.isSaved();
