@@ -1,9 +1,10 @@
 #include "app/CPlugApp.h"
 
 #include "app/Message.h"
+#include "app/WindowIcon.h"
 #include "profiles/CDlgGridChart.h"
-#include "resources/Resources.h"
 
+#include <QEvent>
 #include <QStringList>
 
 #include <algorithm>
@@ -32,11 +33,20 @@ QString ExchangeFileName(const QStringList& arguments) {
 }  // namespace
 
 CPlugApp::CPlugApp(int& argc, char** argv) : QApplication(argc, argv) {
-    InitResources();
     setApplicationName(u"function-editor"_s);
     setApplicationDisplayName(QString());
     setDesktopFileName(u"function-editor"_s);
-    setWindowIcon(QIcon(u":/icons/function-editor.svg"_s));
+    installEventFilter(this);
+}
+
+// The icon can wait until the first window has been painted.
+bool CPlugApp::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() == QEvent::Expose) {
+        removeEventFilter(this);
+        QMetaObject::invokeMethod(
+            this, [] { setWindowIcon(WindowIcon()); }, Qt::QueuedConnection);
+    }
+    return QApplication::eventFilter(object, event);
 }
 
 bool CPlugApp::InitInstance() {

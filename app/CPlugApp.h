@@ -19,6 +19,9 @@ public:
     /// Does the whole run. Always false: there is no message loop to enter afterwards.
     bool InitInstance();
 
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
 private:
     bool EditPoints(SessionSetup setup, QStringList& times, QStringList& values);
     void WriteBack(QStringList times, QStringList values);

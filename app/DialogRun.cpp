@@ -2,11 +2,10 @@
 
 #include "app/PlatformChoice.h"
 #include "app/UserPrompts.h"
+#include "app/WindowIcon.h"
 #include "profiles/CDlgGridChart.h"
-#include "resources/Resources.h"
 
 #include <QApplication>
-#include <QIcon>
 #include <QThread>
 
 #include <clocale>
@@ -61,10 +60,9 @@ bool CanShowDialog() {
 }
 
 int RunDialog(SessionSetup setup, const std::function<void(const ProfileTable&)>& accepted) {
-    InitResources();
     const UserPrompts prompts;
     CDlgGridChart dialog(std::move(setup));
-    dialog.setWindowIcon(QIcon(u":/icons/function-editor.svg"_s));
+    dialog.setWindowIcon(WindowIcon());
     const int result = dialog.DoModal();
     if (result == CDlgGridChart::kAccepted && accepted)
         accepted(dialog.session().table());

@@ -11,9 +11,9 @@ BitmapButton::BitmapButton(QWidget* parent) : QPushButton(parent) {
 
 bool BitmapButton::AutoLoad(const QString& caption) {
     constexpr std::array<QChar, 4> kLetters = {u'U', u'D', u'F', u'X'};
-    std::array<SvgPicture, 4> pictures;
+    std::array<ButtonPicture, 4> pictures;
     for (size_t i = 0; i < pictures.size(); ++i) {
-        pictures[i] = SvgPicture(u":/bitmaps/"_s + caption + kLetters[i] + u".svg"_s);
+        pictures[i] = ButtonPicture(caption + kLetters[i]);
         if (pictures[i].isNull())
             pictures[i] = pictures.front();
     }
@@ -40,7 +40,7 @@ QSize BitmapButton::sizeHint() const {
 
 void BitmapButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const SvgPicture& picture = Picture(ShownState());
+    const ButtonPicture& picture = Picture(ShownState());
     // At its own size whatever the button's: a stretched line is no longer sharp.
     QRect place(QPoint(), m_size);
     place.moveTopLeft({(width() - place.width()) / 2, (height() - place.height()) / 2});

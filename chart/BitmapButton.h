@@ -1,6 +1,6 @@
 #pragma once
 
-#include "chart/SvgPicture.h"
+#include "chart/ButtonPicture.h"
 
 #include <QPushButton>
 
@@ -29,8 +29,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    const SvgPicture& Picture(State state) const { return m_pictures[static_cast<size_t>(state)]; }
+    const ButtonPicture& Picture(State state) const {
+        return m_pictures[static_cast<size_t>(state)];
+    }
 
-    std::array<SvgPicture, 4> m_pictures;
+    std::array<ButtonPicture, 4> m_pictures;
     QSize m_size;  // of all of them
 };

@@ -40,7 +40,7 @@ bool CSXButton::SetBitmap(int resource, int width, int height) {
 }
 
 bool CSXButton::SetBitmap(int resource, int width, int height, QColor mask, ColorMapping mapping) {
-    SvgPicture bitmap(u":/bitmaps/%1.svg"_s.arg(resource));
+    ButtonPicture bitmap(QString::number(resource));
     if (bitmap.isNull() || width <= 0 || height <= 0)
         return false;
     m_bitmap = std::move(bitmap);

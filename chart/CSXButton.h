@@ -1,7 +1,7 @@
 #pragma once
 
 #include "chart/ButtonLayout.h"
-#include "chart/SvgPicture.h"
+#include "chart/ButtonPicture.h"
 
 #include <QPushButton>
 
@@ -51,7 +51,7 @@ private:
     void DrawFocus(QPainter& painter) const;
 
     ButtonLayout m_layout;
-    SvgPicture m_bitmap;
+    ButtonPicture m_bitmap;
     QSize m_image_size;
     std::optional<QColor> m_mask;  // of the bitmap, while its colours are mapped
     std::optional<QColor> m_corner_mark;

@@ -10,7 +10,6 @@
 #include "grid/CDlgAjout.h"
 #include "grid/CGridControl.h"
 #include "profiles/MeanLabel.h"
-#include "resources/Resources.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -85,7 +84,6 @@ void CDlgGridChart::CopyRowsTo(QStringList& times, QStringList& values) const {
 }
 
 bool CDlgGridChart::OnInitDialog() {
-    InitResources();
     QFont small = font();
     small.setPixelSize(kDialogFontPixels);
     setFont(small);

@@ -13,21 +13,21 @@ class QPainter;
 /// A drawing from the resources that follows the palette: its ink takes the colour of button texts,
 /// its focus mark the colour of selections. It is rendered anew for every size, so that it is sharp
 /// at every scale of the screen.
-class SvgPicture {
+class ButtonPicture {
 public:
-    /// The colours that stand for ink and focus mark in the files.
+    /// The colours that stand for ink and focus mark in the drawings.
     static constexpr QRgb kInk = 0xff202020;
     static constexpr QRgb kFocusMark = 0xff0a64c8;
 
-    SvgPicture() = default;
+    ButtonPicture() = default;
 
-    /// Null when there is no file at `path`. It is not looked into before it is drawn: most
-    /// pictures never are.
-    explicit SvgPicture(const QString& path);
+    /// Null when no drawing has this name. It is not looked into before it is drawn: most pictures
+    /// never are.
+    explicit ButtonPicture(const QString& name);
 
-    bool isNull() const { return m_svg.isEmpty(); }
+    bool isNull() const { return m_shapes.isEmpty(); }
 
-    /// The size it is drawn for; empty when the file holds no drawing.
+    /// The size it is drawn for; not valid when it is null.
     QSize size() const;
 
     /// The colours are those of `palette` in its current group.
@@ -37,5 +37,5 @@ public:
     QImage Image(QSize size, qreal ratio, const QPalette& palette) const;
 
 private:
-    QByteArray m_svg;
+    QByteArray m_shapes;
 };

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QIcon>
+
+/// The icon of the editor's windows, in the sizes that window managers ask for.
+QIcon WindowIcon();

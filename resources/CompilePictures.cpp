@@ -1,0 +1,124 @@
+// Turns SVG drawings into what the program paints: CompilePictures FOLDER SVG...
+// writes FOLDER/NAME.picture for each NAME.svg.
+
+#include "chart/PictureShape.h"
+
+#include <QFileInfo>
+#include <QPaintDevice>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QPolygonF>
+#include <QSaveFile>
+#include <QSvgRenderer>
+
+#include <cstdio>
+
+namespace {
+
+// Notes what is painted as shapes, in the units of the drawing.
+class ShapeRecorder : public QPaintEngine {
+public:
+    explicit ShapeRecorder(QList<PictureShape>& shapes)
+        : QPaintEngine(QPaintEngine::PainterPaths | QPaintEngine::PrimitiveTransform |
+                       QPaintEngine::AlphaBlend | QPaintEngine::ConstantOpacity |
+                       QPaintEngine::Antialiasing),
+          m_shapes(shapes) {}
+
+    /// False once something was painted that no shape can hold.
+    bool isWhole() const { return m_whole; }
+
+    bool begin(QPaintDevice*) override { return true; }
+    bool end() override { return true; }
+    Type type() const override { return User; }
+    void updateState(const QPaintEngineState&) override {}
+
+    void drawPath(const QPainterPath& path) override { Note(path, painter()->brush()); }
+
+    void drawPolygon(const QPointF* points, int count, PolygonDrawMode mode) override {
+        QPolygonF polygon;
+        for (int i = 0; i < count; ++i)
+            polygon << points[i];
+        QPainterPath path;
+        path.addPolygon(polygon);
+        if (mode != PolylineMode)
+            path.closeSubpath();
+        Note(path, mode == PolylineMode ? QBrush() : painter()->brush());
+    }
+
+    void drawPixmap(const QRectF&, const QPixmap&, const QRectF&) override { m_whole = false; }
+    void drawTextItem(const QPointF&, const QTextItem&) override { m_whole = false; }
+
+private:
+    // What is turned or scaled would need another width of the line; the colours are plain ones.
+    void Note(const QPainterPath& path, const QBrush& fill) {
+        const QPen line = painter()->pen();
+        const QTransform& place = painter()->combinedTransform();
+        m_whole = m_whole && place.type() <= QTransform::TxTranslate &&
+                  fill.style() <= Qt::SolidPattern && line.brush().style() <= Qt::SolidPattern;
+        if (fill.style() != Qt::NoBrush || line.style() != Qt::NoPen)
+            m_shapes.append({place.map(path), fill, line, painter()->opacity()});
+    }
+
+    QList<PictureShape>& m_shapes;
+    bool m_whole = true;
+};
+
+class ShapeDevice : public QPaintDevice {
+public:
+    ShapeDevice(QSize size, ShapeRecorder& recorder) : m_size(size), m_recorder(recorder) {}
+
+    QPaintEngine* paintEngine() const override { return &m_recorder; }
+
+protected:
+    int metric(PaintDeviceMetric metric) const override {
+        switch (metric) {
+            case PdmWidth: return m_size.width();
+            case PdmHeight: return m_size.height();
+            case PdmDepth: return 32;
+            case PdmDevicePixelRatio: return 1;
+            case PdmDevicePixelRatioScaled: return static_cast<int>(devicePixelRatioFScale());
+            default: return 96;
+        }
+    }
+
+private:
+    QSize m_size;
+    ShapeRecorder& m_recorder;
+};
+
+bool Compile(const QString& source, const QString& target) {
+    QSvgRenderer renderer;
+    PictureShapes picture;
+    if (!renderer.load(source))
+        return false;
+    picture.size = renderer.defaultSize();
+    ShapeRecorder recorder(picture.shapes);
+    ShapeDevice device(picture.size, recorder);
+    QPainter painter(&device);
+    renderer.render(&painter, QRectF(QPointF(), picture.size));
+    painter.end();
+    if (!recorder.isWhole() || picture.shapes.isEmpty())
+        return false;
+    QSaveFile file(target);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    QDataStream stream(&file);
+    stream << picture;
+    return file.commit();
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    for (int i = 2; i < argc; ++i) {
+        const QString source = QString::fromLocal8Bit(argv[i]);
+        const QString target = QString::fromLocal8Bit(argv[1]) + u'/' +
+                               QFileInfo(source).completeBaseName() + QStringLiteral(".picture");
+        if (!Compile(source, target)) {
+            std::fprintf(stderr, "%s: not a drawing of plain shapes, or %s cannot be written\n",
+                         argv[i], qPrintable(target));
+            return 1;
+        }
+    }
+    return 0;
+}
