@@ -9,8 +9,10 @@
 
 #include <qcustomplot.h>
 
+#include <QCoreApplication>
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QTimer>
 
 #include <algorithm>
 #include <cmath>
@@ -21,7 +23,6 @@ namespace {
 
 // Pixels.
 constexpr int kAxisTextHeight = 11;
-constexpr int kAxisTitleHeight = 12;
 constexpr int kSmallestTitleHeight = 9;
 constexpr int kTickLength = 4;
 constexpr int kSubTickLength = 2;
@@ -88,9 +89,6 @@ protected:
     }
 
     void draw(QCPPainter* painter) override {
-        // The plot draws itself once after it was made, before the axes know the items.
-        if (!m_view.IsDrawn())
-            return;
         // The plot's painter shifts its origin while it smooths; that would blur the markers.
         painter->setAntialiasing(false);
         PlotScale scale = m_view.Scale();
@@ -148,6 +146,10 @@ CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget*
     m_plot->setFocusPolicy(Qt::NoFocus);
     m_plot->setContextMenuPolicy(Qt::NoContextMenu);
     m_plot->xAxis->grid()->setLayer(u"grid"_s);
+    // Nothing is ever shown in the topmost layer: it needs no picture of its own.
+    m_plot->layer(u"overlay"_s)->setMode(QCPLayer::lmLogical);
+    // The plot asks to be drawn as soon as it is made; there is nothing to draw before `Draw`.
+    QCoreApplication::removePostedEvents(m_plot, QEvent::MetaCall);
     new ItemsPlottable(m_plot->xAxis, m_plot->yAxis, *this, m_control->document());
 
     connect(m_control, &CGraphControl::Rebuilt, this, [this] {
@@ -289,7 +291,7 @@ void CGraphView::StyleAxes() {
         title_colour.setAlpha(titles[i]->opacity);
         axis.setLabel(titles[i]->text);
         axis.setLabelFont(
-            FittingFont({titles[i]->text}, kAxisTitleHeight, titles[i]->bold, lengths[i]));
+            FittingFont({titles[i]->text}, kAxisTextHeight, titles[i]->bold, lengths[i]));
         axis.setLabelColor(title_colour);
 
         QCPGrid& grid = *axis.grid();
@@ -319,32 +321,49 @@ void CGraphView::StyleAxes() {
     }
 }
 
-void CGraphView::paintEvent(QPaintEvent*) {
-    if (m_redraw_due) {
-        if (m_style_due)
-            StyleAxes();
-        // The axes stay still under a drag.
-        if (!m_dragged_item)
-            PlanAxes();
-        m_redraw_due = m_style_due = false;
-        m_plot->replot(QCustomPlot::rpQueuedRefresh);
+void CGraphView::PlaceTitle() {
+    const ChartTitle& title = m_control->document().title;
+    m_title_band = PartRect(title.rect).adjusted(kPlotMargin, 0, -kPlotMargin, 0);
+    QStringList lines = ShownText(title.text, kMostOfMessage).split(u'\n');
+    m_title_font = FittingFont(lines, title.text_height, true, m_title_band.width());
+    const QFontMetrics metrics(m_title_font);
+    for (QString& line : lines)
+        line = metrics.elidedText(line, Qt::ElideRight, m_title_band.width());
+    m_title = lines.join(u'\n');
+}
+
+void CGraphView::Draw() {
+    if (!m_redraw_due)
+        return;
+    if (m_style_due) {
+        StyleAxes();
+        PlaceTitle();
     }
+    // The axes stay still under a drag.
+    if (!m_dragged_item)
+        PlanAxes();
+    m_redraw_due = m_style_due = false;
+    m_plot->replot(QCustomPlot::rpQueuedRefresh);
+}
+
+void CGraphView::paintEvent(QPaintEvent*) {
+    Draw();
     QPainter painter(this);
     painter.fillRect(rect(), ChartFrameColour(palette()));
     painter.fillRect(rect().adjusted(kFrameWidth, kFrameWidth, -kFrameWidth, -kFrameWidth),
                      palette().brush(QPalette::Base));
-
-    const ChartTitle& title = m_control->document().title;
-    const QRect band = PartRect(title.rect).adjusted(kPlotMargin, 0, -kPlotMargin, 0);
-    QStringList lines = ShownText(title.text, kMostOfMessage).split(u'\n');
-    painter.setFont(FittingFont(lines, title.text_height, true, band.width()));
+    painter.setFont(m_title_font);
     painter.setPen(palette().color(QPalette::Text));
-    for (QString& line : lines)
-        line = painter.fontMetrics().elidedText(line, Qt::ElideRight, band.width());
     constexpr Qt::Alignment kAlignments[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
-    const Qt::Alignment alignment =
-        kAlignments[std::clamp(title.alignment, 0, 2)] | Qt::AlignVCenter;
-    painter.drawText(band, static_cast<int>(alignment), lines.join(u'\n'));
+    const int alignment = std::clamp(m_control->document().title.alignment, 0, 2);
+    painter.drawText(m_title_band, static_cast<int>(kAlignments[alignment] | Qt::AlignVCenter),
+                     m_title);
+}
+
+// The plot is drawn while the window manager places the window.
+void CGraphView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    QTimer::singleShot(0, this, &CGraphView::Draw);
 }
 
 void CGraphView::resizeEvent(QResizeEvent*) {

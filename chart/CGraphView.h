@@ -3,6 +3,7 @@
 #include "chart/AxisPlan.h"
 #include "chart/PlotScale.h"
 
+#include <QFont>
 #include <QWidget>
 
 #include <optional>
@@ -35,9 +36,6 @@ public:
     /// The mapping between axis units and the pixels of this widget, as drawn last.
     PlotScale Scale() const;
 
-    /// False while a change waits for the next painting; `Scale` is not that of the items then.
-    bool IsDrawn() const { return !m_redraw_due; }
-
 signals:
     /// A press on the chart begins; an open cell editor is to be closed.
     void PressBegins();
@@ -54,11 +52,14 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     void Redraw();
+    void Draw();
     void PlanAxes();
     void StyleAxes();
+    void PlaceTitle();
     void PlaceIndexLabels(int width);
     void Hover(QPoint position);
     void FinishDrag();
@@ -72,6 +73,9 @@ private:
     QCustomPlot* m_plot;
     AxisPlan m_value_plan;
     AxisPlan m_index_plan;
+    QRect m_title_band;
+    QFont m_title_font;
+    QString m_title;  // as shown
     bool m_redraw_due = true;
     bool m_style_due = true;
 
