@@ -37,12 +37,21 @@ QList<int> Distinct(QList<int> numbers) {
     return numbers;
 }
 
-// Titles the part of a column that is in sight.
-class GridHeader : public QHeaderView {
+// A header that the grid gives its size, so that no title need be measured.
+class FixedHeader : public QHeaderView {
 public:
-    explicit GridHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
+    FixedHeader(Qt::Orientation orientation, QWidget* parent) : QHeaderView(orientation, parent) {
         setSectionsClickable(true);
+        setHighlightSections(true);
     }
+
+    QSize sizeHint() const override { return minimumSize(); }
+};
+
+// Titles the part of a column that is in sight.
+class ColumnHeader : public FixedHeader {
+public:
+    explicit ColumnHeader(QWidget* parent) : FixedHeader(Qt::Horizontal, parent) {}
 
 protected:
     void paintSection(QPainter* painter, const QRect& rect, int section) const override {
@@ -65,7 +74,8 @@ CGridControl::CGridControl(ProfileSession* session, QWidget* parent)
       m_session(session),
       m_delegate(new GridCellDelegate(this)),
       m_clipboard(session) {
-    setHorizontalHeader(new GridHeader(this));
+    setHorizontalHeader(new ColumnHeader(this));
+    setVerticalHeader(new FixedHeader(Qt::Vertical, this));
     setModel(&m_session->table());
     setItemDelegate(m_delegate);
     setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
