@@ -1,4 +1,5 @@
 #include "app/CPlugApp.h"
+#include "app/QuickStart.h"
 
 #ifdef Q_OS_UNIX
 #include <csignal>
@@ -11,7 +12,10 @@ int main(int argc, char* argv[]) {
     // Nor must a limit on the size of files: the write fails with its message.
     std::signal(SIGXFSZ, SIG_IGN);
 #endif
+    GrowHeapInLargeSteps();
+    FontReading fonts;
     CPlugApp app(argc, argv);
+    fonts.Wait();
     app.InitInstance();
     return 0;
 }
