@@ -141,11 +141,12 @@ class Screen:
 
     def is_painted(self, width, height):
         """No pixel on a lattice over the top left part of the screen shows the bare screen."""
-        bare = ROOT_COLOUR.to_bytes(4, "little")[:3]
+        bare = tuple(ROOT_COLOUR.to_bytes(4, "little")[:3])
         for y in [*range(1, height, 16), height - 2]:
             row = self.row(y, 0, width)
-            if any(row[4 * x:4 * x + 3] == bare for x in [*range(1, width, 16), width - 2]):
-                return False
+            for first in (1, width % 16 - 2):
+                if bare in zip(*(row[4 * first + part::64] for part in range(3))):
+                    return False
         return True
 
     def move(self, x, y):
