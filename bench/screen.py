@@ -144,7 +144,7 @@ class Screen:
         bare = tuple(ROOT_COLOUR.to_bytes(4, "little")[:3])
         for y in [*range(1, height, 16), height - 2]:
             row = self.row(y, 0, width)
-            for first in (1, width % 16 - 2):
+            for first in (1, (width - 2) % 16):
                 if bare in zip(*(row[4 * first + part::64] for part in range(3))):
                     return False
         return True
