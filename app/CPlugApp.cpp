@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <tuple>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -53,14 +54,13 @@ bool CPlugApp::InitInstance() {
     m_exchange_file = std::make_unique<CPlugExchangeFile>(ExchangeFileName(arguments()));
     m_parameters.setParameters(m_exchange_file.get());
 
-    QString name = u"Function editor"_s;
-    auto [times, values] = m_parameters.takePoints();
     SessionSetup setup;
     setup.kind = ProfileKind::Function;
     setup.mode = DisplayMode::Edit;
-    setup.name = &name;
-    setup.times = &times;
-    setup.values = &values;
+    setup.name = u"Function editor"_s;
+    std::tie(setup.times, setup.values) = m_parameters.takePoints();
+    QStringList times;
+    QStringList values;
     if (EditPoints(std::move(setup), times, values))
         WriteBack(std::move(times), std::move(values));
     return false;
@@ -69,12 +69,6 @@ bool CPlugApp::InitInstance() {
 // The dialog is gone at the end: a large function is then held once only.
 bool CPlugApp::EditPoints(SessionSetup setup, QStringList& times, QStringList& values) {
     CDlgGridChart dialog(std::move(setup));
-    // Once the rows are filled they live in the table alone; a second reference would turn the
-    // first edit into a copy of the whole column.
-    connect(&dialog.session(), &ProfileSession::StateChanged, this, [&times, &values] {
-        times.clear();
-        values.clear();
-    });
     if (dialog.DoModal() != CDlgGridChart::kAccepted)
         return false;
     dialog.CopyRowsTo(times, values);

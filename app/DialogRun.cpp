@@ -59,12 +59,18 @@ bool CanShowDialog() {
     return application != nullptr && application->thread() == QThread::currentThread();
 }
 
-int RunDialog(SessionSetup setup, const std::function<void(const ProfileTable&)>& accepted) {
+DialogOutcome RunDialog(SessionSetup setup) {
     const UserPrompts prompts;
     CDlgGridChart dialog(std::move(setup));
     dialog.setWindowIcon(WindowIcon());
-    const int result = dialog.DoModal();
-    if (result == CDlgGridChart::kAccepted && accepted)
-        accepted(dialog.session().table());
-    return result;
+    DialogOutcome outcome;
+    outcome.result = dialog.DoModal();
+    outcome.name = dialog.session().nameForCaller();
+    if (outcome.result == CDlgGridChart::kAccepted) {
+        const ProfileTable& table = dialog.session().table();
+        outcome.labels = table.Column(ProfileTable::kLabelColumn);
+        outcome.values = table.Column(ProfileTable::kValueColumn);
+        outcome.names = table.Column(ProfileTable::kNameColumn);
+    }
+    return outcome;
 }

@@ -2,7 +2,8 @@
 
 #include "profiles/ProfileSession.h"
 
-#include <functional>
+#include <QString>
+#include <QStringList>
 
 /// What runs the dialog inside a process that is not the editor's own.
 
@@ -17,6 +18,17 @@ void MakeApplication();
 /// The process can show windows, and this is the thread for it.
 bool CanShowDialog();
 
-/// Shows the dialog, with the process's messages and file dialogs as windows meanwhile: the result
-/// of `CDlgGridChart::DoModal`. After OK `accepted` is given the rows as they stand in the grid.
-int RunDialog(SessionSetup setup, const std::function<void(const ProfileTable&)>& accepted = {});
+/// What a dialog left behind.
+struct DialogOutcome {
+    int result = kNoDialog;  ///< of `CDlgGridChart::DoModal`
+    QString name;            ///< the profile's name for the caller
+    /// The rows as they stand in the grid, after OK only.
+    /// @{
+    QStringList labels;
+    QStringList values;
+    QStringList names;
+    /// @}
+};
+
+/// Shows the dialog, with the process's messages and file dialogs as windows meanwhile.
+DialogOutcome RunDialog(SessionSetup setup);

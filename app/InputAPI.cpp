@@ -4,6 +4,21 @@
 
 #include <utility>
 
+namespace {
+
+template <typename Value>
+Value ValueOf(const Value* from) {
+    return from != nullptr ? *from : Value();
+}
+
+template <typename Value>
+void Store(const Value& value, Value* to) {
+    if (to != nullptr)
+        *to = value;
+}
+
+}  // namespace
+
 int InputAPI::Init() {
     try {
         MakeApplication();
@@ -22,11 +37,13 @@ int InputAPI::Prompt(int profileKind, int displayMode, QString text) {
         setup.kind = static_cast<ProfileKind>(profileKind);
         setup.mode = static_cast<DisplayMode>(displayMode);
         setup.text = std::move(text);
-        setup.name = m_pName;
-        setup.times = m_pTimeList;
-        setup.values = m_pValueList;
-        setup.names = m_pExtraList;
-        return RunDialog(std::move(setup));
+        setup.name = ValueOf(m_pName);
+        setup.times = ValueOf(m_pTimeList);
+        setup.values = ValueOf(m_pValueList);
+        setup.names = ValueOf(m_pExtraList);
+        const DialogOutcome outcome = RunDialog(std::move(setup));
+        Store(outcome.name, m_pName);
+        return outcome.result;
     } catch (...) {
         return kNoDialog;
     }

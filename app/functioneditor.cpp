@@ -92,25 +92,20 @@ int Prompt(functioneditor_request* request) {
     setup.kind = static_cast<ProfileKind>(request->kind);
     setup.mode = static_cast<DisplayMode>(request->mode);
     setup.text = decoded.text;
-    setup.name = &decoded.name;
-    setup.times = &decoded.times;
-    setup.values = &decoded.values;
-    setup.names = &decoded.names;
+    setup.name = std::move(decoded.name);
+    setup.times = std::move(decoded.times);
+    setup.values = std::move(decoded.values);
+    setup.names = std::move(decoded.names);
     if (!decoded.program_folder.isEmpty())
         setup.folders = ProfileFolders(decoded.program_folder);
 
-    QStringList columns[3];
-    const int result = RunDialog(std::move(setup), [&columns](const ProfileTable& table) {
-        columns[0] = table.Column(ProfileTable::kLabelColumn);
-        columns[1] = table.Column(ProfileTable::kValueColumn);
-        columns[2] = table.Column(ProfileTable::kNameColumn);
-    });
-    StoreName(decoded.name, request);
-    for (qsizetype row = 0; request->on_row != nullptr && row < columns[0].size(); ++row)
-        request->on_row(static_cast<size_t>(row), columns[0][row].toUtf8().constData(),
-                        columns[1].value(row).toUtf8().constData(),
-                        columns[2].value(row).toUtf8().constData(), request->user);
-    return result;
+    const DialogOutcome outcome = RunDialog(std::move(setup));
+    StoreName(outcome.name, request);
+    for (qsizetype row = 0; request->on_row != nullptr && row < outcome.labels.size(); ++row)
+        request->on_row(static_cast<size_t>(row), outcome.labels[row].toUtf8().constData(),
+                        outcome.values.value(row).toUtf8().constData(),
+                        outcome.names.value(row).toUtf8().constData(), request->user);
+    return outcome.result;
 }
 
 }  // namespace

@@ -55,8 +55,8 @@ struct FileOnDisk {
 struct FilledSession {
     explicit FilledSession(int count) : points(count) {
         SessionSetup setup;
-        setup.times = &points.times;
-        setup.values = &points.values;
+        setup.times = points.times;
+        setup.values = points.values;
         session = std::make_unique<ProfileSession>(setup);
         session->InitialFill();
     }
@@ -127,8 +127,8 @@ void WriteBytesAndSync(benchmark::State& state) {
 void FillSession(benchmark::State& state) {
     BenchPoints points(PointsOf(state));
     SessionSetup setup;
-    setup.times = &points.times;
-    setup.values = &points.values;
+    setup.times = points.times;
+    setup.values = points.values;
     for (auto _ : state) {
         ProfileSession session(setup);
         benchmark::DoNotOptimize(session.InitialFill());

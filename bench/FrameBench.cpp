@@ -27,9 +27,9 @@ public:
         if (!ordered)
             m_points.times = Shuffled(m_points.times);
         SessionSetup setup;
-        setup.name = &m_name;
-        setup.times = &m_points.times;
-        setup.values = &m_points.values;
+        setup.name = m_name;
+        setup.times = m_points.times;
+        setup.values = m_points.values;
         m_dialog = std::make_unique<CDlgGridChart>(std::move(setup));
         // The modal run sets the dialog up and ends at once; shown again it leaves the control
         // here.

@@ -90,8 +90,14 @@ void WriteScratch(const QString& path, QByteArrayView bytes) {
 }
 
 Editing::Editing(ProfileKind kind, QByteArrayView line, DisplayMode mode)
-    : m_values(NumbersIn(line)),
-      m_session({kind, mode, {}, &m_name, &m_values, &m_values, &m_values, ScratchFolders()}) {
+    : m_session({kind,
+                 mode,
+                 {},
+                 {},
+                 NumbersIn(line),
+                 NumbersIn(line),
+                 NumbersIn(line),
+                 ScratchFolders()}) {
     m_session.InitialFill();
     kind == ProfileKind::Function ? m_chart.BuildFunctionChart() : m_chart.BuildProfileChart(kind);
     m_chart.Attach(&m_session.table(), kind);

@@ -72,8 +72,6 @@ public:
 private:
     bool TimesAreSorted() const;
 
-    QString m_name;
-    QStringList m_values;
     ProfileSession m_session;
     CGraphControl m_chart;
     bool m_sorted = false;

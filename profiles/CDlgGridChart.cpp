@@ -355,13 +355,11 @@ void CDlgGridChart::OnProfileCommand(int row, const QString& choice) {
 }
 
 void CDlgGridChart::AddDailyProfile(int row) {
-    QString name = u"Nouveau Profil"_s;
-    QStringList values(Describe(ProfileKind::Daily).rows, u"1"_s);
     SessionSetup setup;
     setup.kind = ProfileKind::Daily;
     setup.mode = DisplayMode::Edit;
-    setup.name = &name;
-    setup.values = &values;
+    setup.name = u"Nouveau Profil"_s;
+    setup.values = QStringList(Describe(ProfileKind::Daily).rows, u"1"_s);
     setup.folders = m_session.folders();
     CDlgGridChart dialog(std::move(setup), this);
     if (dialog.DoModal() != kAccepted || dialog.session().savedName().isEmpty())
@@ -373,12 +371,11 @@ void CDlgGridChart::AddDailyProfile(int row) {
 void CDlgGridChart::ViewDailyProfile(const QString& name) {
     if (name.isEmpty())
         return;
-    QString shown = name;
     SessionSetup setup;
     setup.kind = ProfileKind::Daily;
     setup.mode = DisplayMode::View;
     setup.text = m_session.folders().DailyProfilePath(name);
-    setup.name = &shown;
+    setup.name = name;
     setup.folders = m_session.folders();
     CDlgGridChart(std::move(setup), this).DoModal();
 }

@@ -32,16 +32,12 @@ bool IsReadOnlyFile(const QString& path) {
     return file.exists() && (!file.isWritable() || (file.permissions() & writable) == 0);
 }
 
-QStringList ListOf(const QStringList* list) {
-    return list != nullptr ? *list : QStringList();
-}
-
 }  // namespace
 
 ProfileSession::ProfileSession(SessionSetup setup, QObject* parent)
     : QObject(parent),
       m_setup(std::move(setup)),
-      m_name(m_setup.name != nullptr ? *m_setup.name : QString()),
+      m_name(m_setup.name),
       m_table(m_setup.kind),
       m_history(m_setup.kind) {
     // The working folder changes with the first fill; the path means a file as seen from here.
@@ -102,15 +98,15 @@ bool ProfileSession::InitialFill() {
 }
 
 void ProfileSession::FillFromLists() {
-    const QStringList values = ListOf(m_setup.values);
+    QStringList times = std::exchange(m_setup.times, {});
+    const QStringList values = std::exchange(m_setup.values, {});
+    const QStringList names = std::exchange(m_setup.names, {});
     switch (kind()) {
-        case ProfileKind::Function: {
-            QStringList times = ListOf(m_setup.times);
+        case ProfileKind::Function:
             if (times.size() > values.size())
                 times.resize(values.size());
             m_table.ResetRows(times, values);
             break;
-        }
         case ProfileKind::Annual:
         case ProfileKind::Daily:
             m_table.SetColumn(kValue, values);
@@ -118,7 +114,7 @@ void ProfileSession::FillFromLists() {
             break;
         case ProfileKind::Monthly:
             m_table.SetColumn(kValue, values);
-            m_table.SetColumn(kName, ListOf(m_setup.names));
+            m_table.SetColumn(kName, names);
             break;
         case ProfileKind::Weekly: break;  // starts from its defaults whatever was handed over
     }
@@ -208,8 +204,7 @@ bool ProfileSession::WriteFile(const QString& path, bool in_default_folder) {
     const QString title = FileTitle(path);
     m_saved_name = in_default_folder ? title : QString();
     if (facts().save_renames && !title.isEmpty()) {
-        if (m_setup.name != nullptr)
-            *m_setup.name = NameAfterSave(kind(), path, *m_setup.name, in_default_folder);
+        m_setup.name = NameAfterSave(kind(), path, m_setup.name, in_default_folder);
         m_name = title;
     }
     emit StateChanged();

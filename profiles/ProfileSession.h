@@ -14,15 +14,16 @@
 /// How the dialog was asked to start. Any other number fills nothing.
 enum class DisplayMode : int { OpenFile = 1, View = 2, Edit = 3 };
 
-/// What a caller hands to a session. The pointers may be null; they are not owned.
+/// What a caller hands to a session. The lists are taken over: once the rows are filled, each text
+/// is held by the table alone.
 struct SessionSetup {
     ProfileKind kind = ProfileKind::Function;
     DisplayMode mode = DisplayMode::Edit;
-    QString text;             ///< modes 1 and 2: the path of the file to open, "" to ask for one
-    QString* name = nullptr;  ///< the profile's name; saves may change it
-    QStringList* times = nullptr;
-    QStringList* values = nullptr;
-    QStringList* names = nullptr;
+    QString text;  ///< modes 1 and 2: the path of the file to open, "" to ask for one
+    QString name;
+    QStringList times;
+    QStringList values;
+    QStringList names;
     ProfileFolders folders = ProfileFolders(ProfileFolders::ProgramFolder());
 };
 
@@ -41,7 +42,11 @@ public:
     const ProfileTable& table() const { return m_table; }
     const EditHistory& history() const { return m_history; }
 
-    const QString& name() const { return m_name; }
+    const QString& name() const { return m_name; }  ///< as shown
+
+    /// The name that was handed over, or the one that the last save gave it instead.
+    const QString& nameForCaller() const { return m_setup.name; }
+
     QString caption() const;     ///< of the window, one line
     QString chartTitle() const;  ///< prefix and name; may hold a line break
 
@@ -147,7 +152,7 @@ private:
     void Changed();
 
     SessionSetup m_setup;
-    QString m_name;  // as shown; the caller's own changes with saves only
+    QString m_name;  // as shown
     ProfileTable m_table;
     EditHistory m_history;
     QString m_path;

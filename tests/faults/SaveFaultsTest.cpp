@@ -90,8 +90,8 @@ public:
             times.append(QString::number(i));
         QStringList values(points, u"0"_s);
         SessionSetup setup;
-        setup.times = &times;
-        setup.values = &values;
+        setup.times = times;
+        setup.values = values;
         m_session = std::make_unique<ProfileSession>(std::move(setup));
         m_session->InitialFill();
         FileDialogScript dialogs;

@@ -33,10 +33,10 @@ struct KindDialog {
         SessionSetup setup;
         setup.kind = kind;
         setup.mode = mode;
-        setup.name = &name;
-        setup.times = &times;
-        setup.values = &values;
-        setup.names = &names;
+        setup.name = name;
+        setup.times = times;
+        setup.values = values;
+        setup.names = names;
         if (mode != DisplayMode::Edit)
             setup.text = WriteFile(facts);
         dialog = std::make_unique<CDlgGridChart>(std::move(setup));

@@ -25,10 +25,10 @@ struct SessionBench {
 
     SessionSetup Setup(ProfileKind kind, DisplayMode mode = DisplayMode::Edit,
                        const QString& path = {}) {
-        return {kind, mode, path, &name, &times, &values, &names, ProfileFolders(folder.path())};
+        return {kind, mode, path, name, times, values, names, ProfileFolders(folder.path())};
     }
-    bool Start(const SessionSetup& setup) {
-        session = std::make_unique<ProfileSession>(setup);
+    bool Start(SessionSetup setup) {
+        session = std::make_unique<ProfileSession>(std::move(setup));
         return session->InitialFill();
     }
     bool Open(const QString& path) {

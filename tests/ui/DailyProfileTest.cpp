@@ -29,9 +29,9 @@ class DailyProfileTest : public QObject {
     void Run(ProfileKind kind, const std::function<void()>& steps) {
         SessionSetup setup;
         setup.kind = kind;
-        setup.name = &m_name;
-        setup.values = &m_values;
-        setup.names = &m_names;
+        setup.name = m_name;
+        setup.values = m_values;
+        setup.names = m_names;
         setup.folders = ProfileFolders(m_folder.path());
         m_dialog = std::make_unique<CDlgGridChart>(std::move(setup));
         RunDialog(*m_dialog, steps);

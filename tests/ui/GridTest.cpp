@@ -30,8 +30,8 @@ struct ShownGrid {
         : times(std::move(time_texts)), values(std::move(value_texts)) {
         SessionSetup setup;
         setup.kind = kind;
-        setup.times = &times;
-        setup.values = &values;
+        setup.times = times;
+        setup.values = values;
         session = std::make_unique<ProfileSession>(std::move(setup));
         session->InitialFill();
         grid = std::make_unique<CGridControl>(session.get());

@@ -517,9 +517,9 @@ private slots:
         SessionSetup setup;
         setup.kind = kind;
         setup.folders = ProfileFolders(folder.path());
-        setup.times = &times;
+        setup.times = times;
         if (kind == ProfileKind::Function)
-            setup.values = &values;
+            setup.values = values;
         CDlgGridChart dialog(std::move(setup));
         bool is_set = false;
         const int set = qEnvironmentVariableIntValue("RANDOM_STEPS", &is_set);
