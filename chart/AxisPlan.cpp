@@ -18,6 +18,11 @@ constexpr double kLongestWhole = 1e9;
 // Part of the extent that limits close to the data leave free, so that a marker clears the axis.
 constexpr double kCloseMargin = 0.025;
 
+// Part of a single value that the axis shows on each of its sides.
+constexpr double kSingleValueRoom = 0.1;
+
+constexpr double kRoundingNoise = 1e-12;
+
 constexpr double kNiceFactors[] = {1.0, 2.0, 5.0, 10.0};
 
 // The smallest of 1, 2 and 5 times a power of ten that is not below `least`.
@@ -30,13 +35,15 @@ double NiceStep(double least) {
     return 10.0 * power;
 }
 
-// Rounding noise does not widen a limit that stands on a step already.
+// Rounding noise does not widen a limit that stands on a step already. The noise of a division is
+// a part of its result: a value far below one step is no noise.
 double StepsBelow(double value, double step) {
-    return std::floor(value / step + 1e-6);
+    const double steps = value / step;
+    return std::floor(steps + std::abs(steps) * kRoundingNoise);
 }
 
 double StepsAbove(double value, double step) {
-    return std::ceil(value / step - 1e-6);
+    return -StepsBelow(-value, step);
 }
 
 int LabelCount(double low, double high, double step) {
@@ -65,17 +72,17 @@ AxisPlan PlanAxis(const ChartScale& scale, double low, double high, double headr
     const double least_extent = std::max(size * kNarrowest, kSmallestExtent);
     if (high - low < least_extent) {
         // One value only: it stands in the middle of a range that fits its size.
-        const double half = scale.interval > 0.0     ? scale.interval
-                            : size > kSmallestExtent ? size * 0.1
-                                                     : 1.0;
+        const double half =
+            std::max(scale.interval, size > kSmallestExtent ? size * kSingleValueRoom : 1.0);
         low -= half;
         high += half;
     }
     if (scale.headroom != 0) {
-        // Data on one side of zero need no room on its other side.
+        // Data above zero need no room below it. Above the largest value there always is room to
+        // drag it into.
         const double room = (high - low) * headroom / 100.0;
         low = low >= 0.0 ? std::max(low - room, 0.0) : low - room;
-        high = high <= 0.0 ? std::min(high + room, 0.0) : high + room;
+        high += room;
     }
     if (scale.limits != 0) {
         const double margin = (high - low) * kCloseMargin;

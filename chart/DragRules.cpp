@@ -12,13 +12,18 @@ namespace {
 
 constexpr double kHundredthsSlack = 0.0005;
 
-// Axis units. The press may lie further right of and above a point than left of and below it by the
-// closed ends, and never at the open ones.
+// How far a press may lie from the point it picks, in axis units: less than the open ends to its
+// left and below it, up to the closed ends to its right and above it.
 constexpr double kLeftOpen = -3.6;
 constexpr double kRightClosed = 3.0;
 constexpr double kBelowOpen = -2.6;
 constexpr double kAboveClosed = 2.1;
 constexpr double kPickSlack = 1e-6;
+
+// Single precision would lose the hundredths of numbers above 131,072.
+DragValue Printed(double value, int decimals) {
+    return {value, QString::number(value, 'f', decimals)};
+}
 
 bool IsBetween(double distance, double open, double closed) {
     return distance > open + kPickSlack && distance <= closed + kPickSlack;
@@ -42,8 +47,8 @@ std::optional<DragValue> AcceptDrag(ProfileKind kind, double value) {
     if (facts.coefficients && cut > double{facts.typed_bound})
         return {};
     if (facts.hasNames())
-        return DragValue{std::trunc(cut) + 0.0, FormatValue(static_cast<float>(cut), 0)};
-    return DragValue{cut, FormatValue(static_cast<float>(cut), 2)};
+        return Printed(std::trunc(cut) + 0.0, 0);
+    return Printed(cut, 2);
 }
 
 std::optional<qsizetype> PickPoint(const QList<QPointF>& points, QPointF press) {

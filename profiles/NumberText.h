@@ -5,9 +5,7 @@
 /// Number texts never depend on the process locale. "nan" is written without a sign.
 
 /// `value` with `decimals` (1 to 4) decimals as "%.*f" prints it; with 0 decimals cut toward zero
-/// to a whole number; any other count gives "". With 0 decimals a value that is not finite is
-/// printed as
-/// "%.*f" prints it.
+/// to a whole number, or as "%.0f" prints it when it is not finite; any other count gives "".
 QString FormatValue(float value, int decimals);
 
 /// Whole part of `value`, plus 1 when the dropped fraction is at least 0.5. Float in, float out:
