@@ -10,7 +10,6 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QScrollBar>
-#include <QStyleOptionHeader>
 
 #include <algorithm>
 #include <utility>
@@ -48,25 +47,6 @@ public:
     QSize sizeHint() const override { return minimumSize(); }
 };
 
-// Titles the part of a column that is in sight.
-class ColumnHeader : public FixedHeader {
-public:
-    explicit ColumnHeader(QWidget* parent) : FixedHeader(Qt::Horizontal, parent) {}
-
-protected:
-    void paintSection(QPainter* painter, const QRect& rect, int section) const override {
-        QHeaderView::paintSection(painter, rect & viewport()->rect(), section);
-    }
-
-    void initStyleOptionForIndex(QStyleOptionHeader* option, int section) const override {
-        QHeaderView::initStyleOptionForIndex(option, section);
-        const QRect whole(sectionViewportPosition(section), 0, sectionSize(section), height());
-        const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, option, this);
-        option->text = option->fontMetrics.elidedText(
-            option->text, textElideMode(), (whole & viewport()->rect()).width() - 2 * margin);
-    }
-};
-
 }  // namespace
 
 CGridControl::CGridControl(ProfileSession* session, QWidget* parent)
@@ -74,26 +54,22 @@ CGridControl::CGridControl(ProfileSession* session, QWidget* parent)
       m_session(session),
       m_delegate(new GridCellDelegate(this)),
       m_clipboard(session) {
-    setHorizontalHeader(new ColumnHeader(this));
+    setHorizontalHeader(new FixedHeader(Qt::Horizontal, this));
     setVerticalHeader(new FixedHeader(Qt::Vertical, this));
     setModel(&m_session->table());
     setItemDelegate(m_delegate);
     setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
     setSelectionMode(ExtendedSelection);
-    setHorizontalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWordWrap(false);
     setTextElideMode(Qt::ElideRight);
     setCornerButtonEnabled(false);
-    connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, &CGridControl::SettleColumns);
     setFrameShape(NoFrame);  // header and rows alone make up the height the dialog gives the grid
     connect(m_delegate, &GridCellDelegate::EndKeyPressed, this, &CGridControl::EndEditing);
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { m_header_selection = false; });
-    connect(horizontalHeader(), &QHeaderView::sectionPressed, this, [this](int section) {
-        m_header_selection = true;
-        if (section + 1 == ProfileTable::kNameColumn)
-            horizontalScrollBar()->setValue(horizontalScrollBar()->maximum());
-    });
+    connect(horizontalHeader(), &QHeaderView::sectionPressed, this,
+            [this] { m_header_selection = true; });
     m_session->table().SetEntryHook([this](int row, int column, const QString& text) {
         return ValidateEntry(row, column, text);
     });
@@ -123,14 +99,7 @@ void CGridControl::LayoutProfileGrid() {
     horizontalHeader()->setFont(small);
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter |
                                             Qt::Alignment(Qt::TextWordWrap));
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    if (m_session->facts().hasNames()) {
-        horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-        horizontalHeader()->setTextElideMode(Qt::ElideRight);
-        QScrollBar* const bar = horizontalScrollBar();
-        connect(bar, &QScrollBar::rangeChanged, this,
-                [this, bar] { bar->setValue(m_names_in_sight ? bar->maximum() : 0); });
-    }
+    horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     const auto& widths = m_session->facts().column_widths;
     for (int column = 0; column < m_session->facts().columns; ++column) {
         if (const int width = widths[static_cast<size_t>(column)]; width > 0)
@@ -140,50 +109,8 @@ void CGridControl::LayoutProfileGrid() {
     }
 }
 
-// The columns stand at their left or at their right end. Without names only blank space is out of
-// sight: a current cell need not be brought into view by its width.
-void CGridControl::SettleColumns() {
-    QScrollBar* const bar = horizontalScrollBar();
-    const int position = bar->value();
-    const int end = m_session->facts().hasNames() ? bar->maximum() : 0;
-    if (position == 0 || position == end)
-        m_names_in_sight = position > 0;
-    else
-        bar->setValue(m_names_in_sight ? 0 : end);
-}
-
-QScrollBar* CGridControl::CreateColumnBar(QWidget* parent) {
-    auto* const bar = new QScrollBar(Qt::Horizontal, parent);
-    bar->setRange(0, 1);
-    bar->setPageStep(2);  // about two thirds of the columns are in sight
-    QScrollBar* const own = horizontalScrollBar();
-    connect(bar, &QScrollBar::valueChanged, own,
-            [own](int value) { own->setValue(value * own->maximum()); });
-    connect(own, &QScrollBar::valueChanged, bar,
-            [this, bar] { bar->setValue(m_names_in_sight ? 1 : 0); });
-    return bar;
-}
-
-void CGridControl::scrollTo(const QModelIndex& index, ScrollHint hint) {
-    const int position = horizontalScrollBar()->value();
-    QTableView::scrollTo(index, hint);
-    // Enough of a value is in sight at either end.
-    if (index.column() + 1 == ProfileTable::kValueColumn)
-        horizontalScrollBar()->setValue(position);
-}
-
-// Cells in sight in part are drawn otherwise than whole ones, so that none can be shifted as it is.
-void CGridControl::scrollContentsBy(int dx, int dy) {
-    QTableView::scrollContentsBy(dx, dy);
-    if (dx != 0) {
-        viewport()->update();
-        horizontalHeader()->viewport()->update();
-    }
-}
-
 void CGridControl::LayoutPointGrid() {
     horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     ProfileTable* const table = &m_session->table();
     for (auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
         connect(table, signal, this, &CGridControl::FitRowHeader);
@@ -311,10 +238,7 @@ void CGridControl::OnLeaveRow(int row, int column) {
 
 void CGridControl::mousePressEvent(QMouseEvent* event) {
     m_header_selection = false;
-    const QModelIndex pressed = indexAt(event->pos());
     QTableView::mousePressEvent(event);
-    if (pressed.column() + 1 == ProfileTable::kNameColumn)
-        scrollTo(pressed);
 }
 
 void CGridControl::keyPressEvent(QKeyEvent* event) {

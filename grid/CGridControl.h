@@ -7,7 +7,6 @@
 
 class GridCellDelegate;
 class ProfileSession;
-class QScrollBar;
 
 /// The grid of rows beside the chart: shows the session's table, takes what the user types, and
 /// tells which row is current. Rows and columns are grid numbers: 0 is a header, data counts
@@ -20,12 +19,6 @@ public:
 
     /// Gives the grid the layout of the session's kind.
     void InitGrid();
-
-    /// Makes the scroll bar of a grid whose columns do not all fit. It stands outside the grid,
-    /// where it takes no height from the rows.
-    QScrollBar* CreateColumnBar(QWidget* parent);
-
-    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
     /// Ends an open cell editor and stores its entry. False when the entry was refused.
     bool CommitOpenEditor();
@@ -60,13 +53,11 @@ protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
-    void scrollContentsBy(int dx, int dy) override;
 
 private:
     void LayoutProfileGrid();
     void LayoutPointGrid();
     void FitRowHeader();
-    void SettleColumns();
     void OnEnterRow(int row, int column);
     void OnLeaveRow(int row, int column);
     bool OnGridKeyDown(int key, Qt::KeyboardModifiers modifiers);
@@ -80,7 +71,6 @@ private:
     GridCellDelegate* m_delegate;
     GridClipboard m_clipboard;
     bool m_header_selection = false;  // the selection was made by a press on a column's header
-    bool m_names_in_sight = false;    // of the two ends of the columns, the right one
     bool m_validating = false;
     bool m_entry_accepted = true;
 };

@@ -11,8 +11,6 @@
 #include <QRegularExpressionValidator>
 #include <QToolTip>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 // Always shows its choices: a closed list would take an arrow key for a choice, and two of the
@@ -45,16 +43,6 @@ QStringList ChoicesOf(const QModelIndex& index) {
 const QRegularExpression& NumberCharacters() {
     static const QRegularExpression characters(u"\\A[-+0-9.,eE]*\\z"_s);
     return characters;
-}
-
-// The part of a cell between the left and the right edge of its view.
-QRect SeenPart(const QStyleOptionViewItem& option) {
-    QRect seen = option.rect;
-    if (const auto* const view = qobject_cast<const QAbstractItemView*>(option.widget)) {
-        seen.setLeft(std::max(seen.left(), 0));
-        seen.setRight(std::min(seen.right(), view->viewport()->width() - 1));
-    }
-    return seen;
 }
 
 }  // namespace
@@ -129,24 +117,16 @@ void GridCellDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
 
 void GridCellDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                             const QModelIndex& /*index*/) const {
-    editor->setGeometry(SeenPart(option));
-}
-
-void GridCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
-                             const QModelIndex& index) const {
-    QStyleOptionViewItem seen = option;
-    seen.rect = SeenPart(option);
-    QStyledItemDelegate::paint(painter, seen, index);
+    editor->setGeometry(option.rect);
 }
 
 bool GridCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
                                  const QStyleOptionViewItem& option, const QModelIndex& index) {
     if (event->type() != QEvent::ToolTip)
         return QStyledItemDelegate::helpEvent(event, view, option, index);
-    const QRect seen = SeenPart(option);
     const QString text = index.data().toString();
     QToolTip::showText(event->globalPos(),
-                       sizeHint(option, index).width() > seen.width()
+                       sizeHint(option, index).width() > option.rect.width()
                            ? ShownText(text, kMostOfMessage)
                            : QString(),
                        view);

@@ -17,7 +17,6 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPushButton>
-#include <QScrollBar>
 
 #include <algorithm>
 
@@ -27,16 +26,19 @@ namespace {
 
 constexpr int kPictureSize = 16;
 
-// The line between the grid and the controls below it: a mean, or the scroll bar of the columns.
+// Between the grid and the controls that had to move below it: the line of the mean, or a gap.
 constexpr int kMeanHeight = 13;
-constexpr int kColumnBarHeight = 12;
-
-// Between the grid and the controls that had to move below it.
 constexpr int kGapBelowGrid = 6;
 
 // Controls from here on keep their distance to the right or the bottom edge of the dialog.
 constexpr int kRightPart = 247;
 constexpr int kBottomPart = 190;
+
+// What the grid of a kind has more than that of the template.
+QSize GridBeyondTemplate(const KindDescriptor& facts) {
+    return ProfileGridSize(facts.columnsWidth(), facts.rows, facts.header_height) -
+           ProfileGridSize(0, 0, 0);
+}
 
 }  // namespace
 
@@ -95,7 +97,8 @@ bool CDlgGridChart::OnInitDialog() {
     if (!m_session.isViewOnly())
         CreateChart();
     Connect();
-    setMinimumSize(PixelSize(kMainDialogSize));
+    const int wider = GridBeyondTemplate(m_session.facts()).width();
+    setMinimumSize(PixelSize(kMainDialogSize) + QSize(wider, 0));
     resize(minimumSize());
     PlaceControls();
     UpdateState();
@@ -112,9 +115,6 @@ void CDlgGridChart::CreateControls() {
     }
     m_mean = new MeanLabel(&m_session, this);
     m_mean->setVisible(m_session.facts().coefficients);
-    m_column_bar = m_grid->CreateColumnBar(this);
-    m_column_bar->setAccessibleName(u"Colonnes"_s);
-    m_column_bar->setVisible(m_session.facts().hasNames());
     m_controls[kHelp]->setVisible(m_session.facts().rows > 0);
     for (const Command& command : kCommands) {
         if (auto* const button = qobject_cast<QAbstractButton*>(m_controls.value(command.id)))
@@ -241,33 +241,39 @@ void CDlgGridChart::UpdateState() {
 }
 
 void CDlgGridChart::PlaceControls() {
-    const QSize extra = size() - PixelSize(kMainDialogSize);
+    const QSize more_grid = GridBeyondTemplate(m_session.facts());
+    const int wider = more_grid.width();
+    const QSize extra = size() - minimumSize();
     const int more_rows = extra.height() / kGridRowHeight * kGridRowHeight;  // none of them cut
     for (const ControlTemplate& control : kMainDialog) {
         QRect place = PixelRect(control.place);
         const auto [x, y, width, height] = control.place;
         if (x >= kRightPart)
             place.translate(extra.width(), 0);
+        if (control.id == kRemove || control.id == kAdjust)
+            place.translate(wider, 0);  // at the grid's right edge
+        if (control.id == kOk || control.id == kCancel)
+            place.translate((wider + 1) / 2, 0);  // about its middle
         if (y >= kBottomPart)
             place.translate(0, extra.height());
         if (control.id == kChartFrame)
             place.setSize(place.size() + extra);
         if (control.id == kGrid)
-            place.setHeight(place.height() + more_rows);
+            place.setSize(place.size() + more_grid + QSize(0, more_rows));
         m_controls[control.id]->setGeometry(place);
     }
     if (m_session.kind() == ProfileKind::Function) {
         const QRect grid = PointGridRect(m_session.table().RowCount(), more_rows);
         m_grid->setGeometry(grid.translated(extra.width(), 0));
-        QWidget* const below[] = {m_controls[kEdition], m_controls[kAdjust]};
-        const int top = std::min(below[0]->y(), below[1]->y());
-        const int shift = std::max(0, m_grid->geometry().bottom() + 1 + kGapBelowGrid - top);
-        for (QWidget* const control : below)
-            control->move(control->x(), control->y() + shift);
     }
     const QRect grid = m_grid->geometry();
-    m_mean->setGeometry(grid.x(), grid.bottom() + 1, grid.width(), kMeanHeight);
-    m_column_bar->setGeometry(grid.x(), grid.bottom() + 1, grid.width(), kColumnBarHeight);
+    const int end = grid.bottom() + 1;
+    m_mean->setGeometry(grid.x(), end, grid.width(), kMeanHeight);
+    QWidget* const below[] = {m_controls[kEdition], m_controls[kAdjust]};
+    const int free_from = end + (m_session.facts().coefficients ? kMeanHeight : kGapBelowGrid);
+    const int shift = std::max(0, free_from - std::min(below[0]->y(), below[1]->y()));
+    for (QWidget* const control : below)
+        control->move(control->x(), control->y() + shift);
     if (m_view != nullptr)
         m_view->setGeometry(m_controls[kChartFrame]->geometry());
 }

@@ -13,7 +13,6 @@ class CGridControl;
 class MeanLabel;
 class QAction;
 class QMenu;
-class QScrollBar;
 
 /// The main dialog: the grid and the chart of a session side by side with the commands on it. Wires
 /// the parts together; what the commands do is the session's.
@@ -88,7 +87,6 @@ private:
     QMenu* m_menu = nullptr;
     CGridControl* m_grid = nullptr;
     MeanLabel* m_mean = nullptr;
-    QScrollBar* m_column_bar = nullptr;
     CGraphControl* m_chart = nullptr;
     CGraphView* m_view = nullptr;  // none in the view-only mode
     int m_result = kCancelled;

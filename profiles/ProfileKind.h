@@ -5,6 +5,7 @@
 #include <QStringView>
 
 #include <array>
+#include <numeric>
 
 /// The five editing kinds. An outside caller may hand over any other number; such a kind has an
 /// empty grid, no caption and no files.
@@ -46,6 +47,11 @@ struct KindDescriptor {
     QStringView index_axis_title = {};
     double value_step = 0.0;  ///< between labels of the value axis; 0 is automatic
     int title_height = 11;    ///< per cent of the chart
+
+    /// Pixels of all columns together; 0 when the grid shares out its own width.
+    int columnsWidth() const {
+        return std::accumulate(column_widths.begin(), column_widths.end(), 0);
+    }
 
     /// The third column holds names of daily profiles.
     bool hasNames() const { return columns == 3; }

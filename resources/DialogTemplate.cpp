@@ -16,6 +16,8 @@ constexpr int Down(int units) {
     return (units * 13 + 4) / 8;
 }
 
+constexpr int kMostRowsWithoutScrollBar = 12;
+
 }  // namespace
 
 QRect PixelRect(const std::array<int, 4>& place) {
@@ -29,7 +31,6 @@ QSize PixelSize(const std::array<int, 2>& size) {
 
 QRect PointGridRect(int rows, int extra_height) {
     constexpr int kTop = 65;
-    constexpr int kMostRowsWithoutScrollBar = 12;
     constexpr int kLargest = kMostRowsWithoutScrollBar * kGridRowHeight + kGridHeaderHeight;
     const int shown = std::min(rows, kMostRowsWithoutScrollBar + extra_height / kGridRowHeight + 1);
     const int height =
@@ -37,4 +38,11 @@ QRect PointGridRect(int rows, int extra_height) {
     if (rows <= kMostRowsWithoutScrollBar)
         return {456, kTop, 146, height};
     return {448, kTop, 161, height};
+}
+
+QSize ProfileGridSize(int columns_width, int rows, int header_height) {
+    const int shown = std::min(rows, kMostRowsWithoutScrollBar);
+    return PixelRect(kMainDialog[0].place)
+        .size()
+        .expandedTo({columns_width, shown * kGridRowHeight + header_height});
 }

@@ -123,6 +123,10 @@ QSize PixelSize(const std::array<int, 2>& size);
 /// window is higher than the template.
 QRect PointGridRect(int rows, int extra_height = 0);
 
+/// The size of a profile's grid: the template's, more where its columns, that wide together, or its
+/// rows ask for it. More than twelve rows are scrolled.
+QSize ProfileGridSize(int columns_width, int rows, int header_height);
+
 /// The font that the templates' places are made for.
 inline constexpr int kDialogFontPixels = 11;
 

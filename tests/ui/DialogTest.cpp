@@ -3,7 +3,11 @@
 #include "KindDialog.h"
 #include "MessageScript.h"
 #include "VectorFile.h"
+#include "chart/CGraphView.h"
 #include "profiles/MeanLabel.h"
+
+#include <QHeaderView>
+#include <QScrollBar>
 
 using namespace Qt::StringLiterals;
 
@@ -59,6 +63,50 @@ private slots:
             const QJsonArray window = vector[u"expected"][u"window"].toArray();
             QCOMPARE(shown.Place(kGrid), QRect(window[0].toInt(), window[1].toInt(),
                                                window[2].toInt(), window[3].toInt()));
+        });
+    }
+
+    // At the start everything but the controls of wide or high columns stands as in the template;
+    // what the dialog gains in size goes to the chart and the rows.
+    void ProfilePlaces_data() {
+        QTest::addColumn<ProfileKind>("kind");
+        QTest::addColumn<int>("wider");
+        QTest::addColumn<int>("higher");
+        QTest::addRow("annual") << ProfileKind::Annual << 0 << 16;
+        QTest::addRow("monthly") << ProfileKind::Monthly << 81 << 0;
+        QTest::addRow("weekly") << ProfileKind::Weekly << 81 << 0;
+        QTest::addRow("daily") << ProfileKind::Daily << 0 << 0;
+    }
+    void ProfilePlaces() {
+        QFETCH(const ProfileKind, kind);
+        QFETCH(const int, wider);
+        QFETCH(const int, higher);
+        const KindDialog shown(kind);
+        shown.Run([&] {
+            const auto check = [&](QSize by) {
+                const auto place = [&](int id) { return shown.Control(id)->geometry(); };
+                const int x = by.width();
+                const int y = by.height();
+                QCOMPARE(shown.dialog->size(), QSize(626 + wider, 419) + by);
+                QCOMPARE(place(kPaste), QRect(174, 0, 24, 23));
+                QCOMPARE(place(kChartFrame), QRect(11, 33, 435 + x, 375 + y));
+                QCOMPARE(shown.dialog->findChild<CGraphView*>()->geometry(), place(kChartFrame));
+                QCOMPARE(place(kHelp), QRect(371 + x, 0, 75, 23));
+                QCOMPARE(place(kAdd), QRect(456 + x, 0, 69, 23));
+                QCOMPARE(place(kRemove), QRect(533 + wider + x, 0, 83, 23));
+                QCOMPARE(place(kGrid), QRect(456 + x, 31, 159 + wider, 276 + higher + y));
+                QCOMPARE(place(kEdition), QRect(456 + x, 323 + higher + y, 56, 16));
+                QCOMPARE(place(kAdjust), QRect(540 + wider + x, 320 + higher + y, 75, 23));
+                QCOMPARE(place(kOk), QRect(464 + (wider + 1) / 2 + x, 385 + y, 60, 23));
+                QCOMPARE(place(kCancel), QRect(542 + (wider + 1) / 2 + x, 385 + y, 60, 23));
+            };
+            check({0, 0});
+            const CGridControl& grid = *shown.Grid();
+            QCOMPARE(grid.horizontalScrollBar()->maximum(), 0);
+            QCOMPARE(grid.verticalScrollBar()->maximum(), kind == ProfileKind::Daily ? 12 : 0);
+            QVERIFY(grid.horizontalHeader()->sectionResizeMode(1) != QHeaderView::Interactive);
+            shown.dialog->resize(shown.dialog->size() + QSize(200, 105));
+            check({200, 105});
         });
     }
 

@@ -11,11 +11,9 @@
 #include <QJsonObject>
 #include <QLineEdit>
 #include <QRegularExpression>
-#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 
-#include <functional>
 #include <memory>
 #include <numeric>
 
@@ -86,8 +84,6 @@ private slots:
     void TextsTooLongForAnEditorStay();
     void CurrentRowIsTold();
     void RowHeaderHoldsTheLargestNumber();
-    void LabelsStayInSight();
-    void NamesComeIntoSight();
 };
 
 void GridTest::TextsTooLongForAnEditorStay() {
@@ -263,50 +259,6 @@ void GridTest::RowHeaderHoldsTheLargestNumber() {
     QVERIFY(header->width() < wide);
     QCOMPARE(shown.grid->rowHeight(0), kGridRowHeight);
     QCOMPARE(shown.grid->horizontalHeader()->height(), kGridHeaderHeight);
-}
-
-// The annual columns are wider than their window; a current value does not push the months out of
-// it.
-void GridTest::LabelsStayInSight() {
-    ShownGrid shown({}, QStringList(12, u"1"_s), ProfileKind::Annual);
-    shown.grid->resize(159, 276);
-    QCoreApplication::processEvents();
-    shown.grid->SelectCell(1, 2);
-    QCOMPARE(shown.grid->columnViewportPosition(0), 0);
-}
-
-// The columns of names and values stand at one of two ends, and all rows are in sight.
-void GridTest::NamesComeIntoSight() {
-    ShownGrid shown({}, QStringList(12, u"1"_s), ProfileKind::Monthly);
-    CGridControl& grid = *shown.grid;
-    const std::unique_ptr<QScrollBar> bar(grid.CreateColumnBar(nullptr));
-    grid.resize(159, 276);
-    QCoreApplication::processEvents();
-    QCOMPARE(grid.viewport()->size(), QSize(159, 252));
-    QCOMPARE(grid.visualRect(grid.model()->index(11, 1)).bottom(), 250);
-    const auto names = [&] { return grid.columnViewportPosition(2); };
-    const int hidden = 140;
-    const int whole = 159 - 100;
-    const auto click = [&](QWidget* part, int x) {
-        QTest::mouseClick(part, Qt::LeftButton, {}, QPoint(x, 10));
-    };
-    const std::pair<const char*, std::pair<std::function<void()>, int>> steps[] = {
-        {"value", {[&] { grid.SelectCell(2, 2); }, hidden}},
-        {"name by Tab", {[&] { shown.Key(Qt::Key_Tab); }, whole}},
-        {"back to the value", {[&] { shown.Key(Qt::Key_Backtab, Qt::ShiftModifier); }, whole}},
-        {"label", {[&] { shown.Key(Qt::Key_Left); }, hidden}},
-        {"name by a click", {[&] { click(grid.viewport(), 150); }, whole}},
-        {"value by a click", {[&] { click(grid.viewport(), 30); }, whole}},
-        {"bar to the left", {[&] { bar->setValue(0); }, hidden}},
-        {"header", {[&] { click(grid.horizontalHeader()->viewport(), 150); }, whole}},
-        {"a little to the left", {[&] { grid.horizontalScrollBar()->setValue(80); }, hidden}},
-        {"a little to the right", {[&] { grid.horizontalScrollBar()->setValue(1); }, whole}},
-    };
-    for (const auto& [name, step] : steps) {
-        step.first();
-        QVERIFY2(names() == step.second, name);
-        QVERIFY2(bar->value() == (step.second == whole ? 1 : 0), name);
-    }
 }
 
 QTEST_MAIN(GridTest)
