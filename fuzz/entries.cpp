@@ -93,7 +93,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const ProfileKind kind = input.Kind();
     Editing editing(kind, input.Line());
     editing.table().SetEntryHook([&editing](int row, int column, const QString& text) {
-        return StoreEntry(editing.session(), row, column, text, EntrySource::Typed).has_value();
+        return StoreEntry(editing.session(), row, column, text).has_value();
     });
     for (int actions = 0; actions < kMostActions && !input.rest.isEmpty(); ++actions)
         Act(editing, input.Line());

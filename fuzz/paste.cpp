@@ -20,8 +20,6 @@ constexpr int kWholeColumn = 2;
 constexpr int kOwnCopy = 4;
 constexpr int kViewOnly = 8;
 
-constexpr qsizetype kMostSteps = 12;
-
 struct Block {
     qsizetype column = 0;
     qsizetype columns = 0;
@@ -124,7 +122,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (session.facts().rows == 0 && block.column == 1 && block.columns == 1 &&
         prompts.messages.isEmpty())
         CheckTimes(editing, before, block, text);
-    if (block.rows * block.columns > kMostSteps)
+    if (block.rows * block.columns > EditHistory::kMostSteps)
         return 0;
     for (qsizetype column = 0; column < before.size(); ++column)
         before[column].first() = editing.cells()[column].first();  // Headers stay rewritten.

@@ -150,7 +150,7 @@ bool CGridControl::ValidateEntry(int row, int column, const QString& text) {
     if (column == ProfileTable::kNameColumn && OnProfileChoice(row, text))
         return true;
     m_validating = true;
-    const std::optional<int> stored = StoreEntry(*m_session, row, column, text, EntrySource::Typed);
+    const std::optional<int> stored = StoreEntry(*m_session, row, column, text);
     m_validating = false;
     m_entry_accepted = stored.has_value();
     if (stored && *stored != row)

@@ -7,17 +7,19 @@
 
 using namespace Qt::StringLiterals;
 
-bool CheckDecimalSeparator(QString& text) {
-    const auto points = text.count(u'.');
-    const auto commas = text.count(u',');
-    if (points + commas > 1) {
-        ShowMessage(
-            u"Le nombre entré comporte plusieurs virgules !\nVeuillez rectifier la saisie."_s,
-            MessageIcon::None);
+bool SettleDecimalSeparator(QString& text) {
+    if (text.count(u'.') + text.count(u',') > 1)
         return false;
-    }
     text.replace(u',', u'.');
     return true;
+}
+
+bool CheckDecimalSeparator(QString& text) {
+    if (SettleDecimalSeparator(text))
+        return true;
+    ShowMessage(u"Le nombre entré comporte plusieurs virgules !\nVeuillez rectifier la saisie."_s,
+                MessageIcon::None);
+    return false;
 }
 
 bool CheckTypedBound(ProfileKind kind, float value) {

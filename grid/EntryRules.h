@@ -5,8 +5,11 @@
 #include <QString>
 #include <QStringList>
 
-/// Turns a single decimal comma into a point, in place. False, after telling the user, when the
-/// text holds more than one point, more than one comma, or both.
+/// Turns a single decimal comma into a point, in place. False when the text holds more than one
+/// point, more than one comma, or both.
+bool SettleDecimalSeparator(QString& text);
+
+/// The same, but tells the user.
 bool CheckDecimalSeparator(QString& text);
 
 /// Whether `value` may stand in a value cell of `kind`; tells the user when it is too large.

@@ -13,27 +13,29 @@ void ShowWrongEntry() {
     ShowMessage(u"La valeur entrée\nn'est pas correcte."_s, MessageIcon::Information);
 }
 
-bool CheckNumber(QString& text, EntrySource source) {
+bool SettleNumber(QString& text) {
     text = text.trimmed();
-    if (!CheckDecimalSeparator(text))
-        return false;
-    if (IsNumber(text) && std::isfinite(EnglishAtof(text)))
+    return SettleDecimalSeparator(text) && IsNumber(text) && std::isfinite(EnglishAtof(text));
+}
+
+bool CheckNumber(QString& text, EntrySource source) {
+    if (SettleNumber(text))
         return true;
-    if (source == EntrySource::Pasted)
+    if (CheckDecimalSeparator(text) && source == EntrySource::Pasted)
         ShowWrongEntry();
     return false;
 }
 
-std::optional<int> StoreEntry(ProfileSession& session, int row, int column, QString text,
-                              EntrySource source) {
+std::optional<int> StoreEntry(ProfileSession& session, int row, int column, QString text) {
     switch (column) {
         case ProfileTable::kValueColumn:
-            if (!CheckNumber(text, source) || !CheckTypedBound(session.kind(), EnglishAtof(text)))
+            if (!CheckNumber(text, EntrySource::Typed) ||
+                !CheckTypedBound(session.kind(), EnglishAtof(text)))
                 return std::nullopt;
             session.EnterValue(row, text);
             break;
         case ProfileTable::kLabelColumn: {
-            if (!CheckNumber(text, source))
+            if (!CheckNumber(text, EntrySource::Typed))
                 return std::nullopt;
             const int target = TargetRow(session.table().Column(ProfileTable::kLabelColumn), row,
                                          EnglishAtof(text));
@@ -41,13 +43,7 @@ std::optional<int> StoreEntry(ProfileSession& session, int row, int column, QStr
             row = target;
             break;
         }
-        default:
-            if (source == EntrySource::Pasted && !session.dailyProfiles().contains(text)) {
-                ShowWrongEntry();
-                return std::nullopt;
-            }
-            session.EnterName(row, text);
-            break;
+        default: session.EnterName(row, text); break;
     }
     session.SetModified();
     return row;

@@ -3,18 +3,35 @@
 #include "app/Message.h"
 #include "grid/EntryStore.h"
 #include "grid/PasteRules.h"
+#include "grid/PasteStore.h"
 #include "profiles/ProfileSession.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 
 #include <algorithm>
-#include <numeric>
-#include <optional>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// The rows and columns of a clipboard text. They are counted before the text is taken apart: a text
+// for which there is no room may be of any size.
+struct TextSize {
+    int rows = 0;
+    int columns = 0;
+};
+
+TextSize SizeOf(const QString& text) {
+    const auto line_ends = static_cast<int>(text.count(u'\n'));
+    int columns = 1;
+    int tabs = 0;
+    for (const QChar c : text) {
+        tabs = c == u'\n' ? 0 : tabs + (c == u'\t' ? 1 : 0);
+        columns = std::max(columns, tabs + 1);
+    }
+    return {text.endsWith(u'\n') ? line_ends : line_ends + 1, columns};
+}
 
 // The cells of a clipboard text. One line end at the end of the text ends its last row.
 QList<QStringList> CellsOf(QString text) {
@@ -39,32 +56,29 @@ bool GridClipboard::Copy(const GridSelection& selection) {
         ShowMessage(refusal, MessageIcon::Information);
         return false;
     }
-    QStringList lines;
-    for (const int row : selection.rows)
-        lines.append(m_session->table().CellText(row, selection.columns.first()));
     m_copied_column = selection.columns.first();
-    m_copied_row_count = static_cast<int>(lines.size());
-    m_copied_text = lines.join(u'\n');
-    QGuiApplication::clipboard()->setText(m_copied_text);
+    m_copied_texts.clear();
+    for (const int row : selection.rows)
+        m_copied_texts.append(m_session->table().CellText(row, m_copied_column));
+    QGuiApplication::clipboard()->setText(m_copied_texts.join(u'\n'));
     return true;
 }
 
 void GridClipboard::Paste(const GridSelection& selection) {
     m_session->ClearSaved();
     const QString text = QGuiApplication::clipboard()->text();
-    if (selection.rows.isEmpty() || selection.columns.isEmpty() || text.isEmpty() ||
+    const bool own = !m_copied_texts.isEmpty() && text == m_copied_texts.join(u'\n');
+    if (selection.rows.isEmpty() || selection.columns.isEmpty() || (text.isEmpty() && !own) ||
         m_session->isViewOnly())
         return;
-    QList<QStringList> cells = CellsOf(text);
-    const bool own = m_copied_row_count > 0 && text == m_copied_text;
 
+    const TextSize size = own ? TextSize{static_cast<int>(m_copied_texts.size()), 1} : SizeOf(text);
     PasteRequest request;
     request.kind = m_session->kind();
     request.foreign = !own;
     request.copied_column = own ? m_copied_column : 0;
-    request.copied_rows = own ? m_copied_row_count : static_cast<int>(cells.size());
-    for (const QStringList& line : std::as_const(cells))
-        request.foreign_columns = std::max(request.foreign_columns, static_cast<int>(line.size()));
+    request.copied_rows = size.rows;
+    request.foreign_columns = size.columns;
     request.rows = selection.rows;
     request.columns = selection.columns;
     request.row_count = m_session->table().RowCount();
@@ -72,9 +86,14 @@ void GridClipboard::Paste(const GridSelection& selection) {
         ShowMessage(refusal, MessageIcon::Information);
         return;
     }
-    cells.resize(std::min<qsizetype>(cells.size(), PastedRowCount(request)));
+    QList<QStringList> cells;
+    if (!own)
+        cells = CellsOf(text);
+    for (int i = 0; own && i < PastedRowCount(request); ++i)
+        cells.append(QStringList(m_copied_texts[i]));
     if (!m_session->facts().coefficients)
-        PasteCells(cells, selection.rows.first(), selection.columns.first());
+        StorePaste(*m_session, cells, selection.rows.first(), selection.columns.first(),
+                   own ? PasteSource::OwnCopy : PasteSource::Foreign);
     else if (!PasteCoefficients(cells, selection.rows.first()))
         return;
     if (selection.whole_column)
@@ -97,31 +116,6 @@ bool GridClipboard::PasteCoefficients(const QList<QStringList>& cells, int first
     m_session->EnterColumn(column, first_row);
     m_session->SetModified();
     return true;
-}
-
-// A pasted time may move its row, and others with it; every text still goes to the row it was
-// pasted on.
-void GridClipboard::PasteCells(const QList<QStringList>& cells, int first_row, int first_column) {
-    QList<int> rows(cells.size());
-    std::iota(rows.begin(), rows.end(), first_row);
-    for (int column = ProfileTable::kNameColumn; column >= first_column; --column) {
-        for (qsizetype i = 0; i < cells.size(); ++i) {
-            if (column - first_column >= cells[i].size())
-                continue;
-            const int from = rows[i];
-            const std::optional<int> to = StoreEntry(
-                *m_session, from, column, cells[i][column - first_column], EntrySource::Pasted);
-            if (!to || *to == from)
-                continue;
-            for (int& row : rows) {
-                if (row > from && row <= *to)
-                    --row;
-                else if (row < from && row >= *to)
-                    ++row;
-            }
-            rows[i] = *to;
-        }
-    }
 }
 
 void GridClipboard::RewriteHeaders() {

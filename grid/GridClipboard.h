@@ -28,11 +28,9 @@ public:
 
 private:
     bool PasteCoefficients(const QList<QStringList>& cells, int first_row);
-    void PasteCells(const QList<QStringList>& cells, int first_row, int first_column);
     void RewriteHeaders();
 
     ProfileSession* m_session;  // not owned
     int m_copied_column = 0;
-    int m_copied_row_count = 0;
-    QString m_copied_text;
+    QStringList m_copied_texts;  // a row each; a text may hold line breaks
 };

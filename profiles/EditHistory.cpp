@@ -7,7 +7,6 @@
 namespace {
 
 constexpr qsizetype kMostSnapshots = EditHistory::kTableRows;
-constexpr qsizetype kMostSteps = 12;
 
 // Rows of the table that hold one bank of steps.
 constexpr size_t kBankRows = 3;

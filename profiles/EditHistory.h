@@ -37,6 +37,9 @@ class EditHistory {
 public:
     explicit EditHistory(ProfileKind kind = ProfileKind::Function);
 
+    /// Older steps are dropped.
+    static constexpr qsizetype kMostSteps = 12;
+
     /// Forgets everything.
     void Reset();
 

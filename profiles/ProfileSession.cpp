@@ -381,6 +381,19 @@ void ProfileSession::EnterColumn(const QStringList& column, int row) {
     RecordChange({}, row, column_before);
 }
 
+void ProfileSession::EnterSeries(int row, const QList<std::pair<int, QStringList>>& columns,
+                                 const QList<HistoryStep>& steps) {
+    EndDrag();
+    m_modified = true;
+    if (steps.isEmpty())
+        return;
+    for (const auto& [column, texts] : columns)
+        m_table.SetColumn(column, texts, row);
+    for (const HistoryStep& step : steps)
+        m_history.PushStep(step);
+    Changed();
+}
+
 void ProfileSession::BeginDrag(int row) {
     EndDrag();
     if (!isViewOnly() && row >= 1 && row <= m_table.RowCount())

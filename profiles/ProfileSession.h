@@ -10,6 +10,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <utility>
 
 /// How the dialog was asked to start. Any other number fills nothing.
 enum class DisplayMode : int { OpenFile = 1, View = 2, Edit = 3 };
@@ -114,6 +115,12 @@ public:
 
     /// Stores a whole value column after a bulk paste, one step, and rebalances around `row`.
     void EnterColumn(const QStringList& column, int row);
+
+    /// Stores what a series of accepted entries has led to, at once: from `row` on the columns
+    /// hold the given texts. `steps` are those of the entries that changed something, as far as
+    /// the history keeps them.
+    void EnterSeries(int row, const QList<std::pair<int, QStringList>>& columns,
+                     const QList<HistoryStep>& steps);
 
     /// A drag of one value: begin, any number of values, end. One step when anything changed.
     void BeginDrag(int row);

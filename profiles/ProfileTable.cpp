@@ -44,15 +44,21 @@ QStringList ProfileTable::Column(int column) const {
     return column >= 1 && column <= ColumnCount() ? m_columns[column - 1] : QStringList();
 }
 
-void ProfileTable::SetColumn(int column, const QStringList& texts) {
-    if (column < 1 || column > ColumnCount())
+void ProfileTable::SetColumn(int column, const QStringList& texts, int row) {
+    if (!IsDataCell(row, column))
         return;
     QStringList& cells = m_columns[column - 1];
-    const qsizetype count = std::min(cells.size(), texts.size());
-    if (count == 0)
+    qsizetype first = 0;
+    qsizetype last = std::min(cells.size() - (row - 1), texts.size()) - 1;
+    while (first <= last && cells.at(row - 1 + first) == texts[first])
+        ++first;
+    while (first <= last && cells.at(row - 1 + last) == texts[last])
+        --last;
+    if (first > last)
         return;
-    std::copy_n(texts.cbegin(), count, cells.begin());
-    emit dataChanged(index(0, column - 1), index(static_cast<int>(count) - 1, column - 1));
+    std::copy(texts.cbegin() + first, texts.cbegin() + last + 1, cells.begin() + row - 1 + first);
+    emit dataChanged(index(static_cast<int>(row - 1 + first), column - 1),
+                     index(static_cast<int>(row - 1 + last), column - 1));
 }
 
 QString ProfileTable::HeaderText(int column) const {

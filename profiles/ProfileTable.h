@@ -44,8 +44,9 @@ public:
     /// All texts of a column, one a data row; empty for a column that is not there.
     QStringList Column(int column) const;
 
-    /// Puts `texts` into the column from row 1 on, as many as both hold.
-    void SetColumn(int column, const QStringList& texts);
+    /// Puts `texts` into the column from row `row` on, as many as there is room for. Tells of the
+    /// rows between the first and the last one that changed.
+    void SetColumn(int column, const QStringList& texts, int row = 1);
 
     QString HeaderText(int column) const;
     void SetHeaderText(int column, const QString& text);

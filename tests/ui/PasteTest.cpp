@@ -2,11 +2,17 @@
 
 #include "SessionBench.h"
 #include "grid/CGridControl.h"
+#include "grid/EntryStore.h"
+#include "grid/PasteStore.h"
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+
+#include <numeric>
 
 using namespace Qt::StringLiterals;
 
@@ -31,6 +37,10 @@ const QString kDailyBound =
 QString WrongColumn(int from, int to) {
     return u"Impossible de copier les données\nde la colonne %1 à la colonne %2."_s.arg(from).arg(
         to);
+}
+
+QString NotPasted(int count, int row) {
+    return u"%1 cellules n'ont pas été collées,\nla première à la ligne %2."_s.arg(count).arg(row);
 }
 
 // 1, 2, 3, ... a line each.
@@ -176,8 +186,9 @@ private slots:
         add("too many separators", Weekly, {1, 2}, u"1\n1,234.5\n3"_s, "1|100|3|100*4",
             {kSeparators});
         add("no number each", Weekly, {1, 2}, u"x\n0x10\n1e39\n1 234\n2\nnan"_s, "100*4|2|100*2",
-            QStringList(5, kWrong));
-        add("an empty line", Weekly, {1, 2}, u"1\n\n3\n\n"_s, "1|100|3|100*4", {kWrong, kWrong});
+            {kWrong, NotPasted(5, 1)});
+        add("an empty line", Weekly, {1, 2}, u"1\n\n3\n\n"_s, "1|100|3|100*4",
+            {kWrong, NotPasted(2, 2)});
         add("nothing", Weekly, {1, 2}, {}, "");
         add("nothing selected", Weekly, {}, u"1"_s, "");
         add("just fits", Weekly, {1, 2}, Numbers(7), "1|2|3|4|5|6|7");
@@ -186,15 +197,16 @@ private slots:
         add("more rows selected", Weekly, {1, 2, 5}, Numbers(3), "1|2|3|100*4");
         add("values and names", Weekly, {1, 2}, u"1\tbas"_s, "", {WrongColumn(2, 3)});
         add("names", Weekly, {2, 3}, u"bas\nhaut"_s, "|bas|haut|*4");
+        add("names with CR LF", Weekly, {2, 3}, u"bas\r\nhaut\r\n"_s, "|bas|haut|*4");
         add("a name that is not there", Weekly, {2, 3}, u"bas\nnone\nVOIR\nhaut"_s,
-            "|bas|||haut|*2", {kWrong, kWrong});
+            "|bas|||haut|*2", {kWrong, NotPasted(2, 3)});
         add("a label", Weekly, {3, 1}, u"1"_s, "", {WrongColumn(1, 1)});
         add("two columns", Function, {2, 1}, u"2,5\t7\r\n3,5\t8\r\n"_s, "1|7|8|4|5");
         add("two columns beside the table", Function, {1, 2}, u"1\t2"_s, "", {WrongColumn(2, 3)});
         add("three columns", Function, {2, 1}, u"1\t2\t3"_s, "", {WrongColumn(3, 3)});
         add("uneven lines", Function, {1, 1}, u"1\t7\n2\n3\t9"_s, "7|2|9|4|5");
-        add("wrong cells of two columns", Function, {1, 1}, u"x\t7\n2\ty"_s, "7|2|3|4|5",
-            {kWrong, kWrong});
+        add("wrong cells of two columns", Function, {1, 1}, u"x\t7\n2\t1,2,3"_s, "7|2|3|4|5",
+            {kSeparators, NotPasted(2, 2)});
         add("annual, the rounding error goes to the pasted value", Annual, {1, 2}, u"5"_s,
             "4.96|0.64*11");
     }
@@ -239,6 +251,14 @@ private slots:
         shown.Paste({5, 3}, kWrong);
         shown.Paste({5, 1}, WrongColumn(1, 1));
         QCOMPARE(shown.Joined(3), u"haut|||haut|||"_s);
+        // An empty cell is copied like any other; among numbers it is wrong.
+        QVERIFY(shown.Copy({2, 3}));
+        shown.Paste({1, 3});
+        QCOMPARE(shown.Joined(3), u"|||haut|||"_s);
+        shown.session->table().SetCellText(3, 2, {});
+        QVERIFY(shown.Copy({2, 2, 3}));
+        shown.Paste({6, 2}, kWrong);
+        QCOMPARE(shown.Joined(2), u"100|7.50||100|100|7.50|100"_s);
     }
 
     void RowsAndClipboardAfterTheCopy() {
@@ -346,6 +366,90 @@ private slots:
             }
             QCOMPARE(shown.AllCells().join(u' '), u"1|2|3|4|5 1|2|3|4|5 "_s);
         }
+    }
+
+    // A paste leaves what the same texts leave that are typed one after the other, whatever the
+    // order of the rows and of the texts.
+    void PastedAsTyped() {
+        const QStringList times = Texts(u"0|1|1.0|2|2.50|3|1e1|7|0.1234567890123456|-4|host"_s);
+        const QStringList entries = Texts(u"0|1|1,0|2|2.5|3|11|7.0|0.1234567890123456|-5|x|"_s);
+        QRandomGenerator random(12);
+        const auto any = [&](const QStringList& texts) {
+            return texts[random.bounded(static_cast<int>(texts.size()))];
+        };
+        for (int round = 0; round < 300; ++round) {
+            SessionBench pasted;
+            SessionBench typed;
+            const int count = 1 + random.bounded(round % 50 == 0 ? 400 : 20);
+            for (int row = 0; row < count; ++row) {
+                pasted.times += round % 2 == 0 ? any(times) : QString::number(row / 2);
+                pasted.values += QString::number(row) + u".50"_s;
+            }
+            typed.times = pasted.times;
+            typed.values = pasted.values;
+            QVERIFY(pasted.Start(pasted.Setup(Function)) && typed.Start(typed.Setup(Function)));
+            const int first = 1 + random.bounded(count);
+            const int first_column = 1 + random.bounded(2);
+            QList<QStringList> cells(1 + random.bounded(count + 1 - first));
+            for (QStringList& line : cells)
+                line = {any(entries), any(entries)};
+            if (first_column == 2 || random.bounded(2) == 0) {
+                for (QStringList& line : cells)
+                    line.removeLast();
+            }
+
+            QList<int> refused;
+            for (int column = 2; column >= first_column; --column) {
+                QList<int> rows(cells.size());
+                std::iota(rows.begin(), rows.end(), first);
+                for (qsizetype i = 0; i < cells.size(); ++i) {
+                    if (column - first_column >= cells[i].size())
+                        continue;
+                    const int from = rows[i];
+                    const auto to =
+                        StoreEntry(*typed.session, from, column, cells[i][column - first_column]);
+                    if (!to) {
+                        refused.append(first + static_cast<int>(i));
+                        continue;
+                    }
+                    for (int& row : rows) {
+                        if (row > from && row <= *to)
+                            --row;
+                        else if (row < from && row >= *to)
+                            ++row;
+                    }
+                    rows[i] = *to;
+                }
+            }
+            MessageScript messages;
+            if (!refused.isEmpty())
+                messages.Expect(kWrong);
+            if (refused.size() > 1)
+                messages.Expect(NotPasted(static_cast<int>(refused.size()), refused.first()));
+            const QSignalSpy changes(&pasted.session->table(), &QAbstractItemModel::dataChanged);
+            StorePaste(*pasted.session, cells, first, first_column, PasteSource::Foreign);
+            QVERIFY2(messages.Done(), qPrintable(messages.Report()));
+            QVERIFY(changes.size() <= 3);
+            QCOMPARE(pasted.session->isModified(), typed.session->isModified());
+            bool undone = true;
+            while (undone) {
+                QCOMPARE(pasted.Column(1), typed.Column(1));
+                QCOMPARE(pasted.Column(2), typed.Column(2));
+                undone = typed.session->Undo();
+                QCOMPARE(pasted.session->Undo(), undone);
+            }
+            while (typed.session->Redo())
+                QVERIFY(pasted.session->Redo());
+            QCOMPARE(pasted.Column(1), typed.Column(1));
+            QCOMPARE(pasted.Column(2), typed.Column(2));
+        }
+    }
+
+    // Rows of the same texts that change places are no step.
+    void PastedTwins() {
+        SessionBench bench(Function, u"5*40"_s);
+        StorePaste(*bench.session, QList<QStringList>(40, {u"5"_s}), 1, 1, PasteSource::Foreign);
+        QVERIFY(!bench.session->canUndo());
     }
 
     void EachCellIsAStep() {

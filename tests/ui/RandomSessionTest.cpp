@@ -329,7 +329,8 @@ private:
         const int row = RandomRow();
         const int column = m_facts.rows == 0 ? m_random.bounded(1, 3) : 2;
         QStringList texts;
-        for (int count = m_random.bounded(1, 5); count > 0; --count)
+        // Of several steps that a paste makes at once the states between would not be seen.
+        for (int count = m_facts.coefficients ? m_random.bounded(1, 5) : 1; count > 0; --count)
             texts.append(m_random.bounded(8) == 0 ? RandomEntry() : RandomNumber());
         m_log = u"pasting \"%1\" on (%2, %3)"_s.arg(texts.join(u'|')).arg(row).arg(column);
         const State before = StateOf(Table());
