@@ -97,4 +97,5 @@ def main():
         sys.exit(module.functioneditor_result_text(result).decode())
 
 
-main()
+if __name__ == "__main__":
+    main()
