@@ -1,4 +1,5 @@
-// The main dialog as drawn: every kind, light and dark, with the fonts of several desktops.
+// The main dialog as drawn: every kind, light and dark, with the fonts of several desktops. And as
+// assistive tools read it.
 
 #include "Contrast.h"
 #include "KindDialog.h"
@@ -9,9 +10,12 @@
 #include "grid/CGridControl.h"
 #include "profiles/MeanLabel.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QHeaderView>
+#include <QMenu>
+#include <QMetaEnum>
 #include <QPushButton>
 #include <QStyleFactory>
 #include <QStyleOptionButton>
@@ -64,6 +68,28 @@ QRect TextRoom(const QAbstractButton& button) {
         check ? QStyle::SE_CheckBoxContents : QStyle::SE_PushButtonContents, &option, &button);
 }
 
+// Role, name and state of all that has a name and is shown in `part`; a table counts as one.
+QString ReadOut(QAccessibleInterface* part) {
+    QStringList found;
+    for (int i = 0; i < part->childCount(); ++i) {
+        QAccessibleInterface* const child = part->child(i);
+        const QString name = child->text(QAccessible::Name);
+        if (child->state().invisible || name.isEmpty())
+            continue;
+        const auto roles = QMetaEnum::fromType<QAccessible::Role>();
+        found.append(QString::fromLatin1(roles.valueToKey(child->role())) + u' ' + name +
+                     (child->state().disabled ? u" off"_s : QString()));
+        if (child->tableInterface() == nullptr && child->childCount() > 0)
+            found.append(ReadOut(child));
+    }
+    found.removeAll(QString());
+    return found.join(u'|');
+}
+
+QString ReadOut(QWidget* widget) {
+    return ReadOut(QAccessible::queryAccessibleInterface(widget));
+}
+
 }  // namespace
 
 class LooksTest : public QObject {
@@ -73,6 +99,7 @@ private slots:
     void initTestCase();
     void Dialog_data();
     void Dialog();
+    void AssistiveTools();
     void cleanup();
 
 private:
@@ -248,6 +275,51 @@ void LooksTest::CheckWarning(const KindDialog& shown) {
     QVERIFY(shown.dialog->findChild<CGridControl*>()->ValidateEntry(1, 2, u"3"_s));
     QVERIFY(mean->text() != u"Moyenne : 1.000"_s);
     QVERIFY(TextPixels(shown.dialog->grab().toImage(), mean->geometry()) > 30);
+}
+
+// What a screen reader finds in the dialog, in its menu and, pressing Add, in the dialog of that.
+void LooksTest::AssistiveTools() {
+    const KindDialog shown(ProfileKind::Function, DisplayMode::Edit, 8);
+    shown.Run([&] {
+        QCOMPARE(ReadOut(shown.dialog.get()),
+                 u"Table 5000|Button Ouvrir|Button Enregistrer off|Button Enregistrer sous|"
+                 "Button Annuler off|Button Refaire off|Button Copier|Button Coller|Button Add|"
+                 "Button Remove|CheckBox Edition off|Button Ajuster off|Button OK|Button Cancel|"
+                 "Client Chart"_s);
+        auto* const menu = shown.dialog->findChild<QMenu*>();
+        menu->popup({});
+        QCOMPARE(ReadOut(menu),
+                 u"MenuItem Ouvrir|MenuItem Enregistrer|MenuItem Enregistrer sous|"
+                 "MenuItem Annuler off|MenuItem Refaire off|MenuItem Copier|"
+                 "MenuItem Coller"_s);
+        menu->close();
+
+        shown.Grid()->SelectCell(2, 2);
+        auto* const grid = QAccessible::queryAccessibleInterface(shown.Grid())->tableInterface();
+        QCOMPARE(QSize(grid->columnCount(), grid->rowCount()), QSize(2, 8));
+        QCOMPARE(grid->columnDescription(0) + u' ' + grid->columnDescription(1), u"Time Value"_s);
+        QCOMPARE(grid->cellAt(1, 0)->text(QAccessible::Name), u"1"_s);
+        QCOMPARE(grid->cellAt(1, 1)->text(QAccessible::Name), u"1050"_s);
+        QVERIFY(grid->cellAt(1, 1)->state().focused && !grid->cellAt(1, 0)->state().focused);
+
+        QString fields;
+        QTimer opened;
+        connect(&opened, &QTimer::timeout, this, [&] {
+            auto* const add = qobject_cast<CDlgAjout*>(QApplication::activeModalWidget());
+            if (add == nullptr)
+                return;
+            fields = ReadOut(add);
+            add->close();
+        });
+        opened.start(0);
+        QAccessible::queryAccessibleInterface(shown.Control(kAdd))
+            ->actionInterface()
+            ->doAction(QAccessibleActionInterface::pressAction());
+        QTRY_VERIFY(!fields.isEmpty());
+        QCOMPARE(fields,
+                 u"EditableText X - Axis|EditableText Y - Axis|StaticText X - Axis|"
+                 "StaticText Y - Axis|Button OK|Button Cancel"_s);
+    });
 }
 
 QTEST_MAIN(LooksTest)
