@@ -1,6 +1,12 @@
 # The program stands beside its profiles, with a link to it on the user's path.
 include(CMakePackageConfigHelpers)
 
+# Debug information stays in the build folder; a debug build is installed as it is.
+install(CODE [[
+    if(NOT CMAKE_INSTALL_CONFIG_NAME STREQUAL "Debug")
+        set(CMAKE_INSTALL_DO_STRIP ON)
+    endif()]])
+
 set(program_folder ${CMAKE_INSTALL_LIBEXECDIR}/function-editor)
 install(TARGETS function-editor RUNTIME DESTINATION ${program_folder})
 install(DIRECTORY resources/Data DESTINATION ${program_folder})
