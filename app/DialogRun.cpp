@@ -66,6 +66,7 @@ DialogOutcome RunDialog(SessionSetup setup) {
     DialogOutcome outcome;
     outcome.result = dialog.DoModal();
     outcome.name = dialog.session().nameForCaller();
+    outcome.last_read = dialog.session().lastRead();
     if (outcome.result == CDlgGridChart::kAccepted) {
         const ProfileTable& table = dialog.session().table();
         outcome.labels = table.Column(ProfileTable::kLabelColumn);

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 /// What runs the dialog inside a process that is not the editor's own.
 
 /// Result of a call that could not show a dialog.
@@ -20,8 +22,9 @@ bool CanShowDialog();
 
 /// What a dialog left behind.
 struct DialogOutcome {
-    int result = kNoDialog;  ///< of `CDlgGridChart::DoModal`
-    QString name;            ///< the profile's name for the caller
+    int result = kNoDialog;                   ///< of `CDlgGridChart::DoModal`
+    QString name;                             ///< the profile's name for the caller
+    std::optional<ProfileContent> last_read;  ///< the texts of the file read last, if any was
     /// The rows as they stand in the grid, after OK only.
     /// @{
     QStringList labels;

@@ -1,5 +1,6 @@
 #include "app/FileReplace.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -89,6 +90,10 @@ bool OverwriteInPlace(const QString& path, QByteArrayView bytes) {
 }
 
 }  // namespace
+
+QString AbsolutePath(const QString& path) {
+    return path.isEmpty() || path.startsWith(u'/') ? path : QDir::currentPath() + u'/' + path;
+}
 
 bool ReplaceFile(const QString& path, QByteArrayView bytes) {
     const QFileInfo old(path);

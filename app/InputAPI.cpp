@@ -43,6 +43,11 @@ int InputAPI::Prompt(int profileKind, int displayMode, QString text) {
         setup.names = ValueOf(m_pExtraList);
         const DialogOutcome outcome = RunDialog(std::move(setup));
         Store(outcome.name, m_pName);
+        if (outcome.last_read) {
+            Store(outcome.last_read->labels, m_pTimeList);
+            Store(outcome.last_read->values, m_pValueList);
+            Store(outcome.last_read->names, m_pExtraList);
+        }
         return outcome.result;
     } catch (...) {
         return kNoDialog;

@@ -20,7 +20,11 @@ public:
     ///
     /// `profileKind`: -1 function, 0 annual, 1 monthly, 2 weekly, 3 daily. `displayMode`: 1 open
     /// the file `text`, 2 view it, 3 edit the lists. An empty `text` asks the user for the file.
-    /// The dialog reads the lists and leaves them as they are; what the user saved is in the files.
+    ///
+    /// When a file was read, at the start or by the user, the lists hold its texts afterwards, as
+    /// they were before any rescaling: the times of a function (empty for the other kinds), the
+    /// values, the daily profiles. Nothing else changes the lists: edits are in the files that the
+    /// user saved.
     FUNCTIONEDITOR_EXPORT int Prompt(int profileKind, int displayMode, QString text);
 
 protected:

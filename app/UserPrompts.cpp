@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 
 #include <utility>
@@ -44,8 +45,31 @@ QMessageBox::StandardButton RunBox(
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 
+/// Opens a file without a dot as it stands: the toolkit would look for one with the default suffix.
+class FileChoice : public QFileDialog {
+public:
+    using QFileDialog::QFileDialog;
+
+protected:
+    void accept() override {
+        if (acceptMode() == AcceptOpen) {
+            const QString suffix = defaultSuffix();
+            setDefaultSuffix({});
+            if (!QFileInfo(selectedFiles().value(0)).isFile())
+                setDefaultSuffix(suffix);
+        }
+        QFileDialog::accept();
+    }
+};
+
 QString RunFileDialog(const FileRequest& request, QFileDialog::AcceptMode mode) {
-    QFileDialog dialog(ActiveWindow(), QString(), request.folder, request.filter);
+    FileChoice dialog(ActiveWindow(), QString(), request.folder);
+    // The toolkit finds the pattern in the last brackets and leaves these out of the caption.
+    QStringList filters;
+    for (const FileRequest::FileType& type : request.types)
+        filters.append(type.caption + u" ("_s + type.pattern + u')');
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    dialog.setNameFilters(filters);
     dialog.setAcceptMode(mode);
     dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
                                                        : QFileDialog::AnyFile);

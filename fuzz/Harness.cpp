@@ -32,11 +32,6 @@ bool IsFiniteNumber(const QString& text) {
     return IsNumber(text) && std::isfinite(EnglishAtof(text));
 }
 
-// Coefficients that sum to 0 are rescaled to such texts, until they are undone or entered anew.
-bool IsNoFiniteCoefficient(const QString& text) {
-    return text == u"nan" || text == u"inf" || text == u"-inf";
-}
-
 QStringList NumbersIn(QByteArrayView line) {
     QStringList words = FromCp1252(line).split(u' ');
     words.removeIf([](const QString& word) { return !IsFiniteNumber(word); });
@@ -140,8 +135,7 @@ void Editing::Check() {
     for (int row = 1; row <= table.RowCount(); ++row) {
         const QString time = table.CellText(row, ProfileTable::kLabelColumn);
         const QString value = table.CellText(row, ProfileTable::kValueColumn);
-        Require(IsFiniteNumber(value) || (facts.coefficients && IsNoFiniteCoefficient(value)),
-                "values are numbers");
+        Require(IsFiniteNumber(value), "values are numbers");
         Require(facts.rows > 0 || IsFiniteNumber(time), "times are numbers");
         const int group = chart.GroupCount() - 1;
         Require(chart.Value(row - 1, group) == ParseNumber(value) &&

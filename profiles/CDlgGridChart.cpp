@@ -304,8 +304,7 @@ void CDlgGridChart::OnAdjust() {
 }
 
 void CDlgGridChart::OnOpen() {
-    if (!m_session.Open())
-        EndDialog(kEndedAtStart);
+    m_session.Open();
 }
 
 void CDlgGridChart::OnSave() {
@@ -381,7 +380,6 @@ void CDlgGridChart::ViewDailyProfile(const QString& name) {
     setup.kind = ProfileKind::Daily;
     setup.mode = DisplayMode::View;
     setup.text = m_session.folders().DailyProfilePath(name);
-    setup.name = name;
     setup.folders = m_session.folders();
     CDlgGridChart(std::move(setup), this).DoModal();
 }

@@ -34,6 +34,12 @@ float RawSum(ProfileKind kind, const QStringList& column) {
     return sum;
 }
 
+bool AreFinite(ProfileKind kind, const QStringList& column) {
+    return std::all_of(
+        column.cbegin(), column.cbegin() + RowsOf(kind, column),
+        [](const QString& text) { return IsNumber(text) && std::isfinite(EnglishAtof(text)); });
+}
+
 // The row that takes the rounding error `residual`.
 qsizetype ResidualRow(ProfileKind kind, const QStringList& column, float residual) {
     qsizetype smallest_row = kNoRow;
@@ -78,6 +84,8 @@ QString AdjustQuestion(ProfileKind kind, float sum) {
 }
 
 QStringList AdjustCoefficients(ProfileKind kind, const QStringList& column, float sum) {
+    if (!std::isfinite(sum))
+        return column;
     QStringList adjusted = column;
     const float factor = Target(kind) / sum;
     float total = 0.0F;
@@ -90,7 +98,7 @@ QStringList AdjustCoefficients(ProfileKind kind, const QStringList& column, floa
     const qsizetype row = ResidualRow(kind, adjusted, residual);
     if (row != kNoRow)
         adjusted[row] = NumberText7(double{WithResidual(adjusted[row], residual)});
-    return adjusted;
+    return AreFinite(kind, adjusted) ? adjusted : column;
 }
 
 QStringList RebalanceCoefficients(ProfileKind kind, const QStringList& column, int index,
@@ -106,14 +114,15 @@ QStringList RebalanceCoefficients(ProfileKind kind, const QStringList& column, i
             others += EnglishAtof(column[i]);
     }
     const float factor = (Target(kind) - value) / others;
-    const float even_share = Round2((Target(kind) - value) / (Target(kind) - 1.0F));
     for (qsizetype i = 0; i < rows; ++i) {
-        if (i == index)
-            continue;
-        const float other =
-            std::isfinite(factor) ? Round2(EnglishAtof(column[i]) * factor) : even_share;
-        balanced[i] = FormatValue(other, 2);
+        if (i != index)
+            balanced[i] = FormatValue(Round2(EnglishAtof(column[i]) * factor), 2);
     }
+    if (AreFinite(kind, balanced))
+        return balanced;
+    const float even_share = Round2((Target(kind) - value) / (Target(kind) - 1.0F));
+    balanced.fill(FormatValue(even_share, 2));
+    balanced[index] = FormatValue(value, 2);
     return balanced;
 }
 
@@ -121,7 +130,8 @@ QStringList SettleRemainder(ProfileKind kind, const QStringList& column) {
     QStringList settled = column;
     const float remainder = Target(kind) - RawSum(kind, column);
     const qsizetype row = ResidualRow(kind, column, remainder);
-    if (row != kNoRow)
-        settled[row] = FormatValue(WithResidual(column[row], remainder), 2);
+    const float value = row != kNoRow ? WithResidual(column[row], remainder) : 0.0F;
+    if (row != kNoRow && std::isfinite(value))
+        settled[row] = FormatValue(value, 2);
     return settled;
 }

@@ -22,15 +22,17 @@ bool SumIsRight(ProfileKind kind, float sum);
 QString AdjustQuestion(ProfileKind kind, float sum);
 
 /// The column rescaled by N / `sum`, each value rounded to two decimals and printed with "%.7g";
-/// the rounding error goes to the smallest row when it is positive, to the largest otherwise.
+/// the rounding error goes to the smallest row when it is positive, to the largest otherwise. A
+/// column that cannot be rescaled to finite numbers, such as one whose sum is 0 or not finite,
+/// stays as it is.
 QStringList AdjustCoefficients(ProfileKind kind, const QStringList& column, float sum);
 
 /// The column with `value` in row `index` (0-based) and the others rescaled so that the mean is 1,
-/// printed with two decimals. When the others sum to 0, or the factor is not finite, each of them
-/// gets (N - value) / (N - 1) rounded to two decimals.
+/// printed with two decimals. When the others sum to 0, or one of them would not stay finite, each
+/// of them gets (N - value) / (N - 1) rounded to two decimals.
 QStringList RebalanceCoefficients(ProfileKind kind, const QStringList& column, int index,
                                   float value);
 
 /// The column with its rounding error N - sum put on its smallest or largest row, by the rule of
-/// `AdjustCoefficients`.
+/// `AdjustCoefficients`; the column as it is when that row would not stay finite.
 QStringList SettleRemainder(ProfileKind kind, const QStringList& column);

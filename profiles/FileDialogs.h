@@ -1,13 +1,20 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 #include <functional>
 
 /// What a file dialog starts from.
 struct FileRequest {
+    /// One line of the dialog's list of file types.
+    struct FileType {
+        QString caption;
+        QString pattern;
+    };
+
     QString folder;
-    QString filter;
+    QList<FileType> types;
     QString default_suffix;
 };
 

@@ -70,6 +70,10 @@ QString NumberText7(double value) {
 }
 
 QString RewrittenNumber(const QString& text) {
-    const bool keeps_all = IsNumber(text) && SignificantDigits(text) <= kPointDigits;
-    return keeps_all ? NumberText13(ParseNumber(text)) : text;
+    if (!IsNumber(text))
+        return text;
+    const qsizetype digits = SignificantDigits(text);
+    const double value = ParseNumber(text);
+    const bool keeps_all = digits == 0 || (digits <= kPointDigits && std::isnormal(value));
+    return keeps_all ? NumberText13(value) : text;
 }

@@ -2,8 +2,10 @@
 
 #include "app/Cp1252.h"
 #include "app/EnglishAtof.h"
+#include "app/FileReplace.h"
 #include "app/Message.h"
 #include "profiles/NumberText.h"
+#include "profiles/ProfileFolders.h"
 
 #include <QDir>
 #include <QFile>
@@ -80,6 +82,11 @@ std::optional<QByteArrayView> AfterEquals(QByteArrayView line) {
     return line.sliced(equals + 1);
 }
 
+// A number in a file stands in single precision.
+bool IsFileNumber(QStringView text) {
+    return IsNumber(text) && std::isfinite(EnglishAtof(text));
+}
+
 // The numbers behind the "=" of `line`: none, or up to `most`. Nothing when one of them cannot be
 // read or does not fit a float.
 std::optional<QList<float>> ReadNumbers(QByteArrayView line, qsizetype most) {
@@ -90,10 +97,9 @@ std::optional<QList<float>> ReadNumbers(QByteArrayView line, qsizetype most) {
     for (QByteArrayView word = TakeWord(*rest); !word.isEmpty(); word = TakeWord(*rest)) {
         const QString text = FromCp1252(word);
         const QStringView number = QStringView(text).trimmed();
-        const float value = EnglishAtof(number);
-        if (numbers.size() == most || !IsNumber(number) || !std::isfinite(value))
+        if (numbers.size() == most || !IsFileNumber(number))
             return std::nullopt;
-        numbers.append(value);
+        numbers.append(EnglishAtof(number));
     }
     return numbers;
 }
@@ -210,7 +216,7 @@ bool HeaderIsValid(ProfileKind kind, QByteArrayView bytes) {
 }
 
 ProfileReading ReadProfile(ProfileKind kind, const QString& path) {
-    const std::optional<QByteArray> bytes = ReadFileBytes(path);
+    const std::optional<QByteArray> bytes = ReadFileBytes(AbsolutePath(path));
     if (!bytes) {
         ShowMessage(u"Le fichier \""_s + path + u"\"n'a pas pu être ouvert!"_s);
         return Failure(ProfileFileStatus::CannotOpen);
@@ -221,6 +227,19 @@ ProfileReading ReadProfile(ProfileKind kind, const QString& path) {
     if (reading.status != ProfileFileStatus::Read)
         ShowMessage(u"Le fichier \""_s + path + u"\" n'est pas valable ici !"_s);
     return reading;
+}
+
+bool CanBeReadBack(ProfileKind kind, const ProfileContent& content) {
+    const auto are_numbers = [](const QStringList& texts) {
+        return std::all_of(texts.cbegin(), texts.cend(), [](const QString& text) {
+            return IsFileNumber(text) && text == text.trimmed();
+        });
+    };
+    // Between quotes a lone CR is a character like any other.
+    const auto is_readable_name = [](QString name) { return IsStorableName(name.remove(u'\r')); };
+    const bool has_times = Describe(kind).labels == RowLabels::None;
+    return are_numbers(content.values) && (!has_times || are_numbers(content.labels)) &&
+           std::all_of(content.names.cbegin(), content.names.cend(), is_readable_name);
 }
 
 QByteArray WriteProfile(ProfileKind kind, const ProfileContent& content, QByteArrayView line_end) {

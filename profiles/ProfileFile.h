@@ -35,9 +35,14 @@ ProfileReading ParseProfile(ProfileKind kind, QByteArrayView bytes);
 /// Whether the first words of lines 1 and 2 are those of `kind`.
 bool HeaderIsValid(ProfileKind kind, QByteArrayView bytes);
 
-/// Reads and parses the file at `path`, which its messages quote as it stands. A failure shows its
-/// message. A file of more than 64 MiB counts as one with a wrong header.
+/// Reads and parses the file at `path`, which may be relative to the working folder; its messages
+/// quote it as it stands. A failure shows its message. A file of more than 64 MiB counts as one
+/// with a wrong header.
 ProfileReading ReadProfile(ProfileKind kind, const QString& path);
+
+/// Whether a file of `content` would give the very same items again: no name that ends the line or
+/// its quotes, no time or value that is more or less than one number.
+bool CanBeReadBack(ProfileKind kind, const ProfileContent& content);
 
 /// The bytes of a profile file of `kind`; nothing for a kind without files. An empty `line_end` is
 /// the platform's own.

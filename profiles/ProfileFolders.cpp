@@ -1,5 +1,6 @@
 #include "profiles/ProfileFolders.h"
 
+#include "app/Cp1252.h"
 #include "profiles/ProfileFile.h"
 
 #include <QCoreApplication>
@@ -10,6 +11,16 @@
 #include <array>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// One text for all spellings of a folder that is there, links followed.
+QString Resolved(const QString& folder) {
+    const QString canonical = QDir(folder).canonicalPath();
+    return canonical.isEmpty() ? QDir::cleanPath(QDir(folder).absolutePath()) : canonical;
+}
+
+}  // namespace
 
 ProfileFolders::ProfileFolders(const QString& program_folder)
     : m_program_folder(QDir(program_folder).absolutePath()) {
@@ -34,7 +45,7 @@ QStringList ProfileFolders::DailyProfileList() const {
     for (const QString& file : files) {
         const QString title = FileTitle(file);
         const bool is_name = !title.isEmpty() && title != u"." && title != u"..";
-        if (file.endsWith(u"dat") && is_name && IsStorableName(title))
+        if (file.endsWith(u"dat") && is_name && IsChoosableName(title))
             titles.append(title);
     }
     std::sort(titles.begin(), titles.end(), [](const QString& left, const QString& right) {
@@ -50,8 +61,9 @@ QString ProfileFolders::DailyProfilePath(const QString& name) const {
 }
 
 bool ProfileFolders::IsInKindFolder(ProfileKind kind, const QString& file) const {
-    const QString folder = QDir::toNativeSeparators(QFileInfo(file).absolutePath());
-    return Describe(kind).hasFiles() && folder.compare(KindFolder(kind), Qt::CaseInsensitive) == 0;
+    return Describe(kind).hasFiles() &&
+           Resolved(QFileInfo(file).path())
+                   .compare(Resolved(KindFolder(kind)), Qt::CaseInsensitive) == 0;
 }
 
 QStringList DailyProfileChoices(const QStringList& names) {
@@ -61,5 +73,10 @@ QStringList DailyProfileChoices(const QStringList& names) {
 bool IsStorableName(const QString& name) {
     constexpr std::array<char16_t, 3> kForbidden = {u'"', u'\n', u'\r'};
     return std::none_of(kForbidden.begin(), kForbidden.end(),
-                        [&name](char16_t c) { return name.contains(c); });
+                        [&name](char16_t c) { return name.contains(c); }) &&
+           FromCp1252(ToCp1252(name)) == name;
+}
+
+bool IsChoosableName(const QString& name) {
+    return IsStorableName(name) && name != kAddProfileChoice && name != kViewProfileChoice;
 }

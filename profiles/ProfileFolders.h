@@ -20,7 +20,7 @@ public:
     QString KindFolder(ProfileKind kind) const;
 
     /// The titles of the files in the folder of daily profiles whose names end in "dat", sorted
-    /// without regard to case. Names that hold a double quote or a line break are left out.
+    /// without regard to case. Names that cannot be stored or chosen are left out.
     QStringList DailyProfileList() const;
 
     /// The path of the daily profile `name`.
@@ -40,5 +40,9 @@ inline constexpr QStringView kViewProfileChoice = u"VOIR";
 /// The choices of a daily-profile cell: the two commands, then the names.
 QStringList DailyProfileChoices(const QStringList& names);
 
-/// `name` can stand in a monthly or weekly file: no double quote, no line break.
+/// `name` can stand in a monthly or weekly file: no double quote, no line break, no character
+/// outside the code page of files.
 bool IsStorableName(const QString& name);
+
+/// The user can choose `name` in a daily-profile cell: it is storable and none of the commands.
+bool IsChoosableName(const QString& name);

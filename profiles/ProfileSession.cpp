@@ -6,7 +6,6 @@
 #include "profiles/Coefficients.h"
 #include "profiles/FileDialogs.h"
 #include "profiles/NumberText.h"
-#include "profiles/ProfileFile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -32,6 +31,12 @@ bool IsReadOnlyFile(const QString& path) {
     return file.exists() && (!file.isWritable() || (file.permissions() & writable) == 0);
 }
 
+FileRequest RequestIn(const QString& folder) {
+    return {folder,
+            {{u"Fichiers Textes (*.dat)"_s, u"*.dat"_s}, {u"All Files (*.*)"_s, u"*"_s}},
+            u"dat"_s};
+}
+
 }  // namespace
 
 ProfileSession::ProfileSession(SessionSetup setup, QObject* parent)
@@ -40,9 +45,6 @@ ProfileSession::ProfileSession(SessionSetup setup, QObject* parent)
       m_name(m_setup.name),
       m_table(m_setup.kind),
       m_history(m_setup.kind) {
-    // The working folder changes with the first fill; the path means a file as seen from here.
-    if (!m_setup.text.isEmpty())
-        m_setup.text = QFileInfo(m_setup.text).absoluteFilePath();
     FillDefaults();
 }
 
@@ -77,21 +79,18 @@ bool ProfileSession::InitialFill() {
     if (facts().hasNames()) {
         m_daily_profiles = folders().DailyProfileList();
         m_table.SetChoices(DailyProfileChoices(m_daily_profiles));
-        QDir::setCurrent(folders().KindFolder(kind()));
     }
     for (int column = 1; isViewOnly() && column <= m_table.ColumnCount(); ++column)
         m_table.SetLocked(column, true);
     bool stays = true;
     switch (m_setup.mode) {
         case DisplayMode::OpenFile:
-        case DisplayMode::View:
-            if (m_setup.text.isEmpty() && !canOpen())
-                break;  // nothing to open and nothing to ask for
-            m_open_at_start = true;
-            stays = m_setup.text.isEmpty() ? Open() : ReadFile(m_setup.text);
-            break;
+        case DisplayMode::View: stays = FillFromFile(); break;
         case DisplayMode::Edit: FillFromLists(); break;
     }
+    // Not before: the path at the start means a file as seen from the caller's working folder.
+    if (facts().hasNames())
+        QDir::setCurrent(folders().KindFolder(kind()));
     m_history.Reset();
     emit StateChanged();
     return stays;
@@ -120,19 +119,33 @@ void ProfileSession::FillFromLists() {
     }
 }
 
-bool ProfileSession::Open() {
-    EndDrag();
-    const QString path = AskOpenPath(
-        {folders().KindFolder(kind()), u"Fichiers Textes (*.dat);;All Files (*.*)"_s, u"dat"_s});
-    return path.isEmpty() ? !m_open_at_start : ReadFile(path);
+// Only here can a file that is refused, or none chosen, end the dialog: nothing has been edited
+// yet.
+bool ProfileSession::FillFromFile() {
+    if (m_setup.text.isEmpty() && !canOpen())
+        return true;  // nothing to open and nothing to ask for
+    if (!m_setup.text.isEmpty())
+        m_name = FileTitle(m_setup.text);
+    const QString path = m_setup.text.isEmpty()
+                             ? AskOpenPath(RequestIn(folders().KindFolder(kind())))
+                             : m_setup.text;
+    if (path.isEmpty())
+        return false;
+    const ProfileFileStatus status = ReadFile(path);
+    return status == ProfileFileStatus::Read || status == ProfileFileStatus::CannotOpen;
 }
 
-bool ProfileSession::ReadFile(const QString& path) {
+void ProfileSession::Open() {
+    EndDrag();
+    const QString path = AskOpenPath(RequestIn(folders().KindFolder(kind())));
+    if (!path.isEmpty())
+        ReadFile(path);
+}
+
+ProfileFileStatus ProfileSession::ReadFile(const QString& path) {
     const ProfileReading reading = ReadProfile(kind(), path);
-    if (reading.status == ProfileFileStatus::CannotOpen)
-        return true;
     if (reading.status != ProfileFileStatus::Read)
-        return !m_open_at_start;
+        return reading.status;
     const ProfileContent& content = reading.content;
     if (kind() == ProfileKind::Function) {
         m_table.ResetRows(content.labels, content.values);
@@ -142,15 +155,15 @@ bool ProfileSession::ReadFile(const QString& path) {
         m_table.SetColumn(kValue, content.values);
         m_table.SetColumn(kName, content.names);
     }
-    m_path = path;
+    m_last_read = content;
+    m_path = AbsolutePath(path);
     m_line_end = reading.line_end;
     m_name = FileTitle(path);
-    m_open_at_start = false;
     m_history.Reset();
     m_modified = false;
     m_saved = true;
     emit StateChanged();
-    return true;
+    return reading.status;
 }
 
 void ProfileSession::Save() {
@@ -162,20 +175,18 @@ void ProfileSession::Save() {
             u"Aucun nom n'a été sélectionné\npour la sauvegarde des données.\nChoisissez Enregistrer Sous"_s);
         return;
     }
-    WriteFile(m_path, m_default_folder);
+    WriteFile(m_path);
 }
 
 void ProfileSession::SaveAs() {
     EndDrag();
     if (!CheckCoefficients())
         return;
-    const QString chosen = AskSavePath(
-        {folders().KindFolder(kind()), u"Fichiers Textes (*.dat);;All Files (*.*)"_s, u"dat"_s});
+    const QString chosen = AskSavePath(RequestIn(folders().KindFolder(kind())));
     if (chosen.isEmpty())
         return;
     const QString path = WithExtension(chosen);
-    const bool in_default_folder = !facts().coefficients || folders().IsInKindFolder(kind(), path);
-    if (!in_default_folder)
+    if (facts().coefficients && !folders().IsInKindFolder(kind(), path))
         ShowMessage(
             u"Ce profil n'est pas enregistré dans le répertoire par défaut\nil ne sera pas enregistré dans les paramètres de la simulation."_s,
             MessageIcon::Warning, u"Attention !"_s);
@@ -187,28 +198,28 @@ void ProfileSession::SaveAs() {
         ShowMessage(u"Ecriture impossible !"_s);
         return;
     }
-    WriteFile(path, in_default_folder);
+    WriteFile(path);
 }
 
-bool ProfileSession::WriteFile(const QString& path, bool in_default_folder) {
+void ProfileSession::WriteFile(const QString& path) {
     const ProfileContent content = {m_table.Column(kLabel), m_table.Column(kValue),
                                     m_table.Column(kName)};
-    if (!ReplaceFile(path, WriteProfile(kind(), content, m_line_end))) {
+    if (!CanBeReadBack(kind(), content) ||
+        !ReplaceFile(path, WriteProfile(kind(), content, m_line_end))) {
         ShowMessage(u"Ecriture impossible !"_s);
-        return false;
+        return;
     }
     m_path = path;
-    m_default_folder = in_default_folder;
     m_saved = true;
     m_modified = false;
     const QString title = FileTitle(path);
-    m_saved_name = in_default_folder ? title : QString();
+    const bool in_kind_folder = folders().IsInKindFolder(kind(), path);
+    m_saved_name = in_kind_folder ? title : QString();
     if (facts().save_renames && !title.isEmpty()) {
-        m_setup.name = NameAfterSave(kind(), path, m_setup.name, in_default_folder);
+        m_setup.name = NameAfterSave(kind(), path, m_setup.name, in_kind_folder);
         m_name = title;
     }
     emit StateChanged();
-    return true;
 }
 
 bool ProfileSession::CheckCoefficients() {
@@ -358,9 +369,23 @@ void ProfileSession::EnterValue(int row, const QString& text) {
     RecordChange(before, row, column_before);
 }
 
+// With `text` as its time row `row` would show the same as all rows up to `target`: moved there it
+// stands as it did.
+bool ProfileSession::PassesTwinsOnly(int row, int target, const QString& text) const {
+    const QString value = m_table.CellText(row, kValue);
+    const int step = target < row ? -1 : 1;
+    int passed = row;
+    while (passed != target && m_table.CellText(passed + step, kLabel) == text &&
+           m_table.CellText(passed + step, kValue) == value)
+        passed += step;
+    return passed == target;
+}
+
 void ProfileSession::EnterTime(int row, int target, const QString& text) {
     EndDrag();
     const RowState before = RowStateOf(row);
+    if (PassesTwinsOnly(row, target, text))
+        target = row;
     m_table.MoveRow(row, target, RewrittenNumber);
     m_table.SetCellText(target, kLabel, text);
     RecordChange(before, target, {});
@@ -417,7 +442,7 @@ void ProfileSession::EndDrag() {
 }
 
 void ProfileSession::AddDailyProfile(const QString& name) {
-    if (!m_daily_profiles.contains(name))
+    if (IsChoosableName(name) && !m_daily_profiles.contains(name))
         m_daily_profiles.append(name);
     m_table.SetChoices(DailyProfileChoices(m_daily_profiles));
 }

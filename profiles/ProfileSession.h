@@ -1,6 +1,7 @@
 #pragma once
 
 #include "profiles/EditHistory.h"
+#include "profiles/ProfileFile.h"
 #include "profiles/ProfileFolders.h"
 #include "profiles/ProfileKind.h"
 #include "profiles/ProfileTable.h"
@@ -56,7 +57,7 @@ public:
     bool isSaved() const { return m_saved; }
     void ClearSaved() { m_saved = false; }
     bool isEdition() const { return m_edition; }
-    const QString& path() const { return m_path; }
+    const QString& path() const { return m_path; }  ///< absolute; "" before a file was used
 
     /// The name under which the last successful save can be found again; "" before one, and after
     /// one that cannot be found by name.
@@ -76,12 +77,15 @@ public:
     /// Fills the table as the mode asks. False when the dialog is to end with 0 at once.
     bool InitialFill();
 
-    /// Asks for a file and reads it. False when the dialog is to end with 0.
-    bool Open();
+    /// Asks for a file and reads it.
+    void Open();
 
     /// Reads the file at `path` into the table. A refused file shows its message and changes
-    /// nothing; false when the dialog is to end with 0 over it.
-    bool ReadFile(const QString& path);
+    /// nothing.
+    ProfileFileStatus ReadFile(const QString& path);
+
+    /// The texts of the file that was read last, before any rescaling; nothing before one.
+    const std::optional<ProfileContent>& lastRead() const { return m_last_read; }
 
     void Save();
     void SaveAs();
@@ -107,7 +111,8 @@ public:
     /// Stores an accepted value, one step; the other coefficients follow while edition mode is off.
     void EnterValue(int row, const QString& text);
 
-    /// Stores an accepted time and moves the row to `target`, one step.
+    /// Stores an accepted time and moves the row to `target`, one step. A row that would only pass
+    /// rows with its own texts stays.
     void EnterTime(int row, int target, const QString& text);
 
     /// Stores the chosen daily profile, one step.
@@ -128,7 +133,7 @@ public:
     void EndDrag();
     bool isDragging() const { return m_drag.has_value(); }
 
-    /// Adds a daily profile's name to the list; a name already listed is not added twice.
+    /// Adds a daily profile's name to the list, unless it is listed already or cannot be chosen.
     void AddDailyProfile(const QString& name);
     const QStringList& dailyProfiles() const { return m_daily_profiles; }
     const ProfileFolders& folders() const { return m_setup.folders; }
@@ -150,12 +155,14 @@ private:
     void RestoreRow(const RowState& from, const RowState& to);
     void FillDefaults();
     void FillFromLists();
+    bool FillFromFile();
     void Rebalance(int row);
     void Rescale(float sum);
     bool CheckCoefficients();
+    bool PassesTwinsOnly(int row, int target, const QString& text) const;
     QStringList SnapshotColumn() const;
     void RecordChange(const RowState& before, int row_after, const QStringList& column_before);
-    bool WriteFile(const QString& path, bool in_default_folder);
+    void WriteFile(const QString& path);
     void Changed();
 
     SessionSetup m_setup;
@@ -165,11 +172,10 @@ private:
     QString m_path;
     QString m_saved_name;
     QByteArray m_line_end;  // of the file read last; empty for the platform's own
+    std::optional<ProfileContent> m_last_read;
     QStringList m_daily_profiles;
     std::optional<Drag> m_drag;
     bool m_modified = false;
     bool m_saved = false;
     bool m_edition = false;
-    bool m_open_at_start = false;
-    bool m_default_folder = true;
 };

@@ -72,12 +72,12 @@ int main(int argc, char* argv[]) {
     editor.m_pName = &name;
     const int result = editor.Prompt(kind, mode, file);
 
-    // The dialog reads the lists only. What the user saved is in the profile's file, under the name
-    // that came back.
+    // The lists are as they were, or hold the texts of the file that was read last. What the user
+    // saved is in the profile's file, under the name that came back.
     std::printf("result: %d\nname: %s\n", result, name.toUtf8().constData());
-    for (qsizetype i = 0; i < times.size(); ++i)
+    for (qsizetype i = 0; i < values.size(); ++i)
         std::printf("row %d: %s | %s | %s\n", static_cast<int>(i) + 1,
-                    times[i].toUtf8().constData(), values[i].toUtf8().constData(),
-                    extras[i].toUtf8().constData());
+                    times.value(i).toUtf8().constData(), values[i].toUtf8().constData(),
+                    extras.value(i).toUtf8().constData());
     return result < 0 ? 1 : 0;
 }

@@ -69,6 +69,11 @@ private slots:
             {NumberText13(1.0 / 3.0), "0.3333333333333"},
             {NumberText13(1500.50), "1500.5"},
             {NumberText13(-1e300), "-1e+300"},
+            {NumberText13(ParseNumber(QString(400, u'1'))), "inf"},
+            {NumberText13(ParseNumber(QString(400, u'0') + QStringLiteral("1.5"))), "1.5"},
+            {RewrittenNumber(QStringLiteral("1e-400")), "1e-400"},
+            {RewrittenNumber(QStringLiteral("2.50e-320")), "2.50e-320"},
+            {RewrittenNumber(QStringLiteral("0.00e-400")), "0"},
             {NumberText7(double{0.1F}), "0.1"},
             {NumberText7(123456789.0), "1.234568e+08"},
             {NumberText7(0.00001), "1e-05"},
@@ -91,10 +96,8 @@ private slots:
             return;
         QCOMPARE(AdjustQuestion(kind, sum), expected[u"question"].toString());
         const QStringList adjusted = AdjustCoefficients(kind, column, sum);
-        if (expected[u"adjusted"].isNull())  // a sum of 0 leaves no number
-            QCOMPARE(adjusted, QStringList(column.size(), QStringLiteral("nan")));
-        else
-            QCOMPARE(adjusted, VectorStrings(expected[u"adjusted"]));
+        QCOMPARE(adjusted,
+                 expected[u"adjusted"].isNull() ? column : VectorStrings(expected[u"adjusted"]));
     }
 
     void rebalance_data() { AddVectorRows("rebalance"); }
@@ -107,6 +110,19 @@ private slots:
                                   EnglishAtof(input[u"value"].toString()));
         QCOMPARE(rebalanced, VectorStrings(vector[u"expected"][u"rebalanced"]));
         QCOMPARE(SettleRemainder(kind, rebalanced), VectorStrings(vector[u"expected"][u"settled"]));
+    }
+
+    // Sums that are not finite, and one that is so small that a value would not stay finite.
+    void adjustWithoutFiniteValues() {
+        for (const char* const text : {"1e38", "3e38", "-3e38", "1e-43"}) {
+            const QStringList column(24, QLatin1StringView(text));
+            const float sum = RoundedSum(ProfileKind::Daily, column);
+            QCOMPARE(AdjustCoefficients(ProfileKind::Daily, column, sum), column);
+        }
+        const QStringList column = {QStringLiteral("1e30"), QStringLiteral("-1e30")};
+        QCOMPARE(AdjustCoefficients(ProfileKind::Daily, column, 1e-20F), column);
+        const QStringList large(12, QStringLiteral("3e38"));
+        QCOMPARE(SettleRemainder(ProfileKind::Annual, large), large);
     }
 
     void rebalanceWithoutFiniteFactor() {

@@ -220,8 +220,9 @@ private slots:
 
         const QDir daily(program.filePath(u"Data/Profils/Journalier"_s));
         QVERIFY(daily.mkpath(u"a folder.dat"_s));
-        for (const QString& name : {u"zone"_s, u"Bureau"_s, u"été 1"_s, u"a.b"_s, u"a"_s, u"."_s,
-                                    u""_s, u"quo\"te"_s, u"two\nlines"_s}) {
+        for (const QString& name :
+             {u"zone"_s, u"Bureau"_s, u"été 1"_s, u"a.b"_s, u"a"_s, u"."_s, u""_s, u"quo\"te"_s,
+              u"two\nlines"_s, u"Ω"_s, u"AJOUTER"_s, u"VOIR"_s}) {
             QVERIFY(WriteAll(daily.filePath(name + u".dat"_s), {}));
         }
         for (const QString& name : {u"other.txt"_s, u"OTHER.DAT"_s})

@@ -76,6 +76,7 @@ struct SaveRow {
     QString mean;  // in the question; "" when none is due
     bool yes;
     bool has_path;
+    QString adjusted = u"1"_s;  // what all cells hold after a yes
 };
 
 const QByteArray kWeeklyFile =
@@ -167,9 +168,14 @@ private slots:
             kind, input[u"view_only"].toBool() ? DisplayMode::View : DisplayMode::OpenFile, path));
         QCOMPARE(stays, !refused || input[u"file"].isNull());
         QCOMPARE(bench.session->isSaved(), !refused);
+        QCOMPARE(bench.session->lastRead().has_value(), !refused);
         QVERIFY(!bench.session->isModified());
         if (refused)
             return;
+        const ProfileContent& read = *bench.session->lastRead();
+        QCOMPARE(read.labels, VectorStrings(expected[u"times"]));
+        QCOMPARE(read.values, VectorStrings(expected[u"values"]));
+        QCOMPARE(read.names, VectorStrings(expected[u"names"]));
         QStringList values = VectorStrings(expected[u"cells"]);
         if (kind == Function)
             values = VectorStrings(expected[u"values"]);
@@ -188,15 +194,25 @@ private slots:
         QVERIFY(!bench.session->canUndo());
     }
 
-    // The path means a file as seen from the working folder of the start.
+    // The path means what the system means by it, as seen from the working folder of the start.
     void relativePathAtStart() {
         Bench bench;
-        QDir::setCurrent(bench.folder.path());
-        QVERIFY(WriteAll(bench.Path(u"w.dat"_s), kWeeklyFile));
+        QVERIFY(WriteAll(bench.Path(u"sub/w.dat"_s), kWeeklyFile));
         QVERIFY(QDir(bench.folder.path()).mkpath(u"Data/Profils/Semaines"_s));
-        QVERIFY(bench.Start(bench.Setup(Weekly, DisplayMode::OpenFile, u"w.dat"_s)));
-        QCOMPARE(bench.Values(), Texts(u"1|2|3|4|5|6|7"_s));
-        QCOMPARE(QDir::current(), QDir(bench.Path(u"Data/Profils/Semaines"_s)));
+        QVERIFY(QDir(bench.folder.path()).mkpath(u"sub/below"_s));
+        QVERIFY(QFile::link(bench.Path(u"sub/below"_s), bench.Path(u"link"_s)));
+        const std::pair<QString, bool> cases[] = {
+            {u"sub/w.dat"_s, true}, {u"link/../w.dat"_s, true}, {u"none/w.x.dat"_s, false}};
+        for (const auto& [path, is_there] : cases) {
+            QDir::setCurrent(bench.folder.path());
+            if (!is_there)
+                bench.messages.Expect(NotOpened(path));
+            QVERIFY(bench.Start(bench.Setup(Weekly, DisplayMode::OpenFile, path)));
+            QCOMPARE(bench.Values(), Texts(is_there ? u"1|2|3|4|5|6|7"_s : u"100*7"_s));
+            QCOMPARE(bench.session->path(), is_there ? bench.Path(path) : QString());
+            QCOMPARE(bench.session->name(), is_there ? u"w"_s : u"w.x"_s);
+            QCOMPARE(QDir::current(), QDir(bench.Path(u"Data/Profils/Semaines"_s)));
+        }
     }
 
     void askedAtStart() {
@@ -208,29 +224,12 @@ private slots:
         QCOMPARE(bench.session->caption(), u"Profil Journalier : jour.été"_s);
         const FileRequest& request = bench.dialogs.LastRequest();
         QCOMPARE(QDir(request.folder), QDir(bench.Path(u"Data/Profils/Journalier"_s)));
-        QCOMPARE(request.filter, u"Fichiers Textes (*.dat);;All Files (*.*)"_s);
+        QCOMPARE(request.types.size(), 2);
+        QCOMPARE(request.types[0].caption, u"Fichiers Textes (*.dat)"_s);
+        QCOMPARE(request.types[1].caption, u"All Files (*.*)"_s);
         QCOMPARE(request.default_suffix, u"dat"_s);
-        QVERIFY(bench.Open({}));
         bench.dialogs.ExpectOpen({});
         QVERIFY(!bench.Start(bench.Setup(Daily, DisplayMode::View)));
-    }
-
-    // Only before the first file was read can a refusal end the dialog.
-    void refusedAtStart() {
-        Bench bench;
-        const QString bad = bench.Path(u"bad.dat"_s);
-        const QString missing = bench.Path(u"missing.dat"_s);
-        const QString good = bench.Path(u"good.dat"_s);
-        QVERIFY(WriteAll(bad, "MOIS = 1\nCOEFFICIENT = 1\n") && WriteAll(good, kDailyFile));
-        bench.messages.Expect(NotOpened(missing));
-        QVERIFY(bench.Start(bench.Setup(Daily, DisplayMode::OpenFile, missing)));
-        QCOMPARE(bench.Values(), Texts(u"1*24"_s));
-        bench.messages.Expect(NotValid(bad));
-        QVERIFY(!bench.Open(bad));
-        QVERIFY(!bench.Open({}));
-        QVERIFY(bench.Open(good));
-        bench.messages.Expect(NotValid(bad));
-        QVERIFY(bench.Open(bad));
     }
 
     void refusedFileChangesNothing() {
@@ -253,7 +252,8 @@ private slots:
             const QString path = bench.Path(u"refused.dat"_s);
             QVERIFY(bytes.isEmpty() || WriteAll(path, bytes));
             bench.messages.Expect(bytes.isEmpty() ? NotOpened(path) : NotValid(path));
-            QVERIFY(bench.Open(path));
+            bench.Open(path);
+            bench.Open({});
             QCOMPARE(Everything(*bench.session), before);
             QVERIFY(bench.session->Redo());
             QCOMPARE(bench.Values()[1], u"5.5"_s);
@@ -269,7 +269,7 @@ private slots:
         const QStringList entered = bench.Values();
         const QString path = bench.Path(u"a.dat"_s);
         QVERIFY(WriteAll(path, "MOIS = 1\nCOEFFICIENT =\n") && bench.session->canUndo());
-        QVERIFY(bench.session->ReadFile(path));
+        QCOMPARE(bench.session->ReadFile(path), ProfileFileStatus::Read);
         QCOMPARE(bench.Values(), entered);
         QVERIFY(!bench.session->canUndo() && !bench.session->canRedo());
         QVERIFY(!bench.session->isModified() && bench.session->isSaved());
@@ -280,7 +280,7 @@ private slots:
             Bench bench(Weekly);
             const QString path = bench.Path(u"w.dat"_s);
             QVERIFY(WriteAll(path, QByteArray(kWeeklyFile).replace("\n", line_end)));
-            QVERIFY(bench.session->ReadFile(path));
+            QCOMPARE(bench.session->ReadFile(path), ProfileFileStatus::Read);
             bench.session->EnterValue(1, u"10"_s);
             bench.session->Save();
             const QByteArray written =
@@ -294,15 +294,18 @@ private slots:
     }
 
     void save_data() {
-        AddRows<SaveRow>({{"right", {Annual, u"1"_s, {}, false, true}},
-                          {"wrong, yes", {Annual, u"1.1"_s, u"1.1000"_s, true, true}},
-                          {"wrong, no", {Annual, u"1.1"_s, u"1.1000"_s, false, true}},
-                          {"wrong, yes, no path", {Annual, u"1.1"_s, u"1.1000"_s, true, false}},
-                          {"wrong, no, no path", {Annual, u"1.1"_s, u"1.1000"_s, false, false}},
-                          {"rounds to the right sum", {Daily, u"0.99999"_s, {}, false, true}},
-                          {"daily, yes", {Daily, u"0.5"_s, u"0.5000"_s, true, true}},
-                          {"weekly", {Weekly, u"3"_s, {}, false, true}},
-                          {"weekly, no path", {Weekly, u"3"_s, {}, false, false}}});
+        AddRows<SaveRow>(
+            {{"right", {Annual, u"1"_s, {}, false, true}},
+             {"wrong, yes", {Annual, u"1.1"_s, u"1.1000"_s, true, true}},
+             {"wrong, no", {Annual, u"1.1"_s, u"1.1000"_s, false, true}},
+             {"wrong, yes, no path", {Annual, u"1.1"_s, u"1.1000"_s, true, false}},
+             {"wrong, no, no path", {Annual, u"1.1"_s, u"1.1000"_s, false, false}},
+             {"rounds to the right sum", {Daily, u"0.99999"_s, {}, false, true}},
+             {"daily, yes", {Daily, u"0.5"_s, u"0.5000"_s, true, true}},
+             {"nothing to scale", {Daily, u"0"_s, u"0.0000"_s, true, true, u"0"_s}},
+             {"too much to scale", {Annual, u"1e38"_s, u"inf"_s, true, true, u"1e38"_s}},
+             {"weekly", {Weekly, u"3"_s, {}, false, true}},
+             {"weekly, no path", {Weekly, u"3"_s, {}, false, false}}});
     }
     void save() {
         QFETCH(SaveRow, row);
@@ -325,7 +328,8 @@ private slots:
         bench.session->Save();
 
         const bool written = goes_on && row.has_path;
-        const QStringList after = goes_on && asked ? QStringList(column.size(), u"1"_s) : column;
+        const QStringList after =
+            goes_on && asked ? QStringList(column.size(), row.adjusted) : column;
         QCOMPARE(bench.Values(), after);
         QCOMPARE(bench.session->isModified(), !written);
         QCOMPARE(bench.session->isSaved(), row.has_path);
@@ -364,11 +368,11 @@ private slots:
         };
         const QString daily = u"Data/Profils/Journalier/"_s;
         add("function", Function, u"Data/Masques/a"_s, ".dat", "été|été|a");
-        add("function elsewhere", Function, u"a.txt"_s, "", "été|été|a");
+        add("function elsewhere", Function, u"a.txt"_s, "", "été|été|");
         add("annual", Annual, u"Data/Profils/Annuel/a.b"_s, "", "été|été|a");
         add("annual elsewhere", Annual, u"d.e/a"_s, ".dat", "été|été|", true);
-        add("monthly elsewhere", Monthly, u"a.dat"_s, "", "été|été|a");
-        add("weekly elsewhere", Weekly, u"a b"_s, ".dat", "a b|a b|a b");
+        add("monthly elsewhere", Monthly, u"a.dat"_s, "", "été|été|");
+        add("weekly elsewhere", Weekly, u"a b"_s, ".dat", "a b|a b|");
         add("daily", Daily, daily + u"été 2"_s, ".dat", "été 2|été 2|été 2");
         add("daily elsewhere", Daily, u"Data/Profils/Annuel/a"_s, ".dat", "BAD_PATH|a|", true);
         add("daily below its folder", Daily, daily + u"b/a"_s, ".dat", "BAD_PATH|a|", true);
@@ -409,6 +413,52 @@ private slots:
         }
     }
 
+    // A plain save goes to the opened file, inside or outside the folder of the kind.
+    void saveAfterOpen() {
+        Bench bench(Daily);
+        const QString in = bench.KindPath(u"in.dat"_s);
+        const QString out = bench.Path(u"out.dat"_s);
+        QVERIFY(WriteAll(in, kDailyFile) && WriteAll(out, kDailyFile));
+        QVERIFY(QFile::link(QFileInfo(in).path(), bench.Path(u"link"_s)));
+        const std::pair<QString, QString> cases[] = {{out, u"BAD_PATH"_s},
+                                                     {in, u"in"_s},
+                                                     {out, u"BAD_PATH"_s},
+                                                     {bench.Path(u"link/in.dat"_s), u"in"_s}};
+        for (const auto& [path, name] : cases) {
+            bench.Open(path);
+            bench.session->Save();
+            QCOMPARE(bench.session->nameForCaller(), name);
+            QCOMPARE(bench.session->savedName(), name == u"in" ? name : QString());
+        }
+    }
+
+    void unreadableCells_data() {
+        QTest::addColumn<ProfileKind>("kind");
+        QTest::addColumn<QStringList>("texts");  // a time, a value, a name
+        QTest::newRow("quote") << Monthly << QStringList{u""_s, u"1"_s, u"a\"b"_s};
+        QTest::newRow("line break") << Monthly << QStringList{u""_s, u"1"_s, u"a\r\nb"_s};
+        QTest::newRow("code page") << Monthly << QStringList{u""_s, u"1"_s, u"Ω"_s};
+        QTest::newRow("blank in a time") << Function << QStringList{u"1 2"_s, u"1"_s, u""_s};
+        QTest::newRow("blank before a value") << Function << QStringList{u"1"_s, u" 1"_s, u""_s};
+        QTest::newRow("no value") << Function << QStringList{u"1"_s, u""_s, u""_s};
+        QTest::newRow("no number") << Monthly << QStringList{u""_s, u"1e39"_s, u""_s};
+    }
+    // What could not be read back is not written.
+    void unreadableCells() {
+        QFETCH(ProfileKind, kind);
+        QFETCH(QStringList, texts);
+        Bench bench;
+        bench.times = {texts[0]};
+        bench.values = {texts[1]};
+        bench.names = {texts[2]};
+        QVERIFY(bench.Start(bench.Setup(kind)));
+        const QStringList before = Everything(*bench.session);
+        bench.messages.Expect(kWriteFailed);
+        bench.SaveAs(bench.KindPath(u"x.dat"_s));
+        QCOMPARE(Everything(*bench.session), before);
+        QVERIFY(!QFile::exists(bench.KindPath(u"x.dat"_s)));
+    }
+
     // What cannot be saved leaves path, flags and name, and the place of the next save.
     void refusedSaveAs_data() {
         QTest::addColumn<QString>("chosen");  // below the program folder
@@ -419,6 +469,7 @@ private slots:
         QTest::newRow("read-only with its extension") << folder + u"fixed"_s << kReadOnly;
         QTest::newRow("read-only elsewhere") << u"fixed"_s << kReadOnly;
         QTest::newRow("a double quote") << folder + u"a\"b"_s << kWriteFailed;
+        QTest::newRow("not in the code page") << folder + u"Ω"_s << kWriteFailed;
         QTest::newRow("a line break") << folder + u"a\nb"_s << kWriteFailed;
         QTest::newRow("no such folder") << u"none/x"_s << kWriteFailed;
         QTest::newRow("a folder of that name") << folder + u"sub.d"_s << kWriteFailed;
@@ -485,14 +536,17 @@ private slots:
         bench.session->SetEdition(false);
         bench.session->Adjust();
         QVERIFY(bench.session->canRedo());
-        // A sum of zero cannot be scaled.
+        // A sum of zero cannot be scaled, whoever asks.
         bench.session->SetEdition(true);
         bench.session->EnterColumn(Texts(u"0*12"_s), 1);
-        QVERIFY(!bench.session->canRedo());
-        bench.session->Adjust();
-        QCOMPARE(bench.Values(), Texts(u"nan*12"_s));
-        QVERIFY(bench.session->Undo());
+        bench.session->SetEdition(false);
         QCOMPARE(bench.Values(), Texts(u"0*12"_s));
+        QVERIFY(bench.session->Undo());
+        QCOMPARE(bench.Values(), balanced);
+        const QString path = bench.Path(u"zeros.dat"_s);
+        QVERIFY(WriteAll(path, "MOIS =\nCOEFFICIENT =" + QByteArray(" 0").repeated(12)));
+        bench.Open(path);
+        QCOMPARE(bench.Values(), Texts(u"0.00*12"_s));
     }
 
     void viewOnly_data() { AddKinds(); }
@@ -537,11 +591,13 @@ private slots:
         QCOMPARE(session.dailyProfiles(), Texts(u"A|b"_s));
         session.AddDailyProfile(u"n"_s);
         session.AddDailyProfile(u"A"_s);
+        session.AddDailyProfile(u"VOIR"_s);
         QCOMPARE(session.table().Choices(), Texts(u"AJOUTER|VOIR|A|b|n"_s));
 
         // The file names a profile that is in no folder.
         const QString path = bench.Path(u"w.dat"_s);
-        QVERIFY(WriteAll(path, kWeeklyFile) && session.ReadFile(path));
+        QVERIFY(WriteAll(path, kWeeklyFile));
+        QCOMPARE(session.ReadFile(path), ProfileFileStatus::Read);
         session.EnterName(3, u"n"_s);
         session.EnterName(3, u"n"_s);
         QVERIFY(session.Undo() && !session.canUndo());
@@ -596,6 +652,21 @@ private slots:
         QCOMPARE(bench.Values(), start);
         QVERIFY(session.Redo());
         QCOMPARE(bench.Values(), dragged);
+    }
+
+    // A point that only passes its twins changes nothing.
+    void timesOfTwins() {
+        Bench bench(Function, u"1.50|1.50|1.50|2"_s);
+        bench.session->EnterValue(4, u"9"_s);
+        QVERIFY(bench.session->Undo());
+        const QStringList before = Everything(*bench.session);
+        bench.session->EnterTime(1, 3, u"1.50"_s);
+        bench.session->EnterTime(3, 1, u"1.50"_s);
+        QCOMPARE(Everything(*bench.session), before);
+        bench.session->EnterTime(4, 1, u"1.50"_s);
+        QCOMPARE(bench.Values(), Texts(u"2|1.5*3"_s));
+        QVERIFY(bench.session->Undo());
+        QCOMPARE(bench.Values(), Texts(u"1.5*3|2"_s));
     }
 
     void removeRows() {

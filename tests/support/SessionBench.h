@@ -31,9 +31,9 @@ struct SessionBench {
         session = std::make_unique<ProfileSession>(std::move(setup));
         return session->InitialFill();
     }
-    bool Open(const QString& path) {
+    void Open(const QString& path) {
         dialogs.ExpectOpen(path);
-        return session->Open();
+        session->Open();
     }
     void SaveAs(const QString& path) {
         dialogs.ExpectSave(path);

@@ -4,6 +4,9 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QListView>
 #include <QPointer>
 #include <QTemporaryDir>
 #include <QTest>
@@ -62,6 +65,33 @@ Step Enter(int row, const QString& value, const Step& then) {
     };
 }
 
+QString Cell(const QWidget* window, int row) {
+    const auto* const model = window->findChild<QAbstractItemView*>()->model();
+    return model->index(row - 1, 1).data().toString();
+}
+
+// Chooses the file at `path` from the list of all files, where one without a dot must stand too.
+Step ChooseFile(const QString& path) {
+    return [path](QWidget* window) {
+        auto* const types = window->findChild<QComboBox*>(u"fileTypeCombo"_s);
+        QCOMPARE(types->currentText(), u"Fichiers Textes (*.dat)"_s);
+        QTest::keyClick(types, Qt::Key_Down);
+        QCOMPARE(types->currentText(), u"All Files (*.*)"_s);
+        auto* const dialog = qobject_cast<QFileDialog*>(window);
+        dialog->setDirectory(QFileInfo(path).path());
+        auto* const list = window->findChild<QListView*>(u"listView"_s);
+        const auto shown = [&] {
+            return list->model()->rowCount(list->rootIndex()) == 1 &&
+                   list->rootIndex().model()->index(0, 0, list->rootIndex()).data() ==
+                       QFileInfo(path).fileName();
+        };
+        QTRY_VERIFY(shown());
+        auto* const edit = window->findChild<QWidget*>(u"fileNameEdit"_s);
+        edit->setProperty("text", QFileInfo(path).fileName());
+        QTest::keyClick(edit, Qt::Key_Return);
+    };
+}
+
 using Rows = QList<QStringList>;
 
 void KeepRow(size_t row, const char* label, const char* value, const char* name, void* user) {
@@ -93,6 +123,7 @@ int Prompt(const QList<Step>& steps, functioneditor_request& request) {
 const Step kOk = Press(u"OK"_s);
 const Step kCancel = Press(u"Cancel"_s);
 const Step kYes = Press(u"Yes"_s);
+const Step kEscape = [](QWidget* window) { QTest::keyClick(window, Qt::Key_Escape); };
 
 }  // namespace
 
@@ -144,9 +175,42 @@ private slots:
         request.text = path.constData();
         QCOMPARE(Prompt({kOk}, request), FUNCTIONEDITOR_REFUSED);
 
-        // A file that cannot be opened is no reason to end the dialog.
+        // A file that cannot be opened is no reason to end the dialog, nor is a later Open.
         QVERIFY(file.remove());
-        QCOMPARE(With({kOk, kCancel, kYes}, prompt), 2);
+        const Step edit_and_open = Enter(1, u"2"_s, Press(u"Ouvrir"_s));
+        const Step accept_edit = [](QWidget* window) {
+            QCOMPARE(Cell(window, 1), u"1.99"_s);
+            kOk(window);
+        };
+        QCOMPARE(With({kOk, edit_and_open, kEscape, accept_edit}, prompt), 1);
+    }
+
+    // A file that is read, at the start or later, replaces what the caller handed over.
+    void ListsHoldTheFileReadLast() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"sans-point"_s);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.write("AZIMUT = 0 1\nHAUTEUR = 5 7.5\n") > 0);
+        file.close();
+        for (const int mode : {1, 3}) {
+            QStringList times = {u"9"_s};
+            QStringList values = {u"9"_s, u"8"_s};
+            QStringList extras = {u"x"_s};
+            InputAPI editor;
+            editor.m_pTimeList = &times;
+            editor.m_pValueList = &values;
+            editor.m_pExtraList = &extras;
+            const QList<Step> steps =
+                mode == 1 ? QList<Step>{Enter(1, u"2"_s, kOk)}
+                          : QList<Step>{Press(u"Ouvrir"_s), ChooseFile(path), kCancel, kYes};
+            QCOMPARE(
+                With(steps, [&] { return editor.Prompt(-1, mode, mode == 1 ? path : QString()); }),
+                mode == 1 ? 1 : 2);
+            QCOMPARE(times, QStringList({u"0.00"_s, u"1.00"_s}));
+            QCOMPARE(values, QStringList({u"5.00"_s, u"7.50"_s}));
+            QVERIFY(extras.isEmpty());
+        }
     }
 
     void OtherThreadsShowNothing() {
