@@ -4,14 +4,20 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+// The step that makes the value `from` the next number, and the column with one value.
+HistoryStep Step(int from) {
+    return {{0, u"0"_s, QString::number(from), {}}, {0, u"0"_s, QString::number(from + 1), {}}};
+}
+QStringList Column(int value) {
+    return {QString::number(value)};
+}
+
+}  // namespace
+
 class EditHistoryTest : public QObject {
     Q_OBJECT
-
-    // The step that makes the value `from` the next number, and the column with one value.
-    static HistoryStep Step(int from) {
-        return {{0, u"0"_s, QString::number(from), {}}, {0, u"0"_s, QString::number(from + 1), {}}};
-    }
-    static QStringList Column(int value) { return {QString::number(value)}; }
 
 private slots:
     void steps() {
@@ -32,10 +38,8 @@ private slots:
         for (int value = 13; value >= 10; --value)
             QVERIFY(history.UndoStep());
         history.PushStep(Step(50));
-        QVERIFY(!history.CanRedo());
-        QVERIFY(history.UndoStep() == Step(50));
-        QVERIFY(history.UndoStep() == Step(9));
-        QVERIFY(history.RedoStep() && history.CanRedo());
+        QVERIFY(!history.CanRedo() && history.UndoStep() == Step(50));
+        QVERIFY(history.UndoStep() == Step(9) && history.RedoStep() && history.CanRedo());
         QVERIFY(history.RedoStep() == Step(50));
     }
 
@@ -54,43 +58,30 @@ private slots:
         for (int value = 7; value >= 5; --value)
             QVERIFY(history.UndoSnapshot(Column(value + 1)));
         history.PushSnapshot(Column(5));
-        QVERIFY(!history.CanRedo());
-        QVERIFY(history.UndoSnapshot(Column(50)) == Column(5));
+        QVERIFY(!history.CanRedo() && history.UndoSnapshot(Column(50)) == Column(5));
         QVERIFY(history.UndoSnapshot(Column(5)) == Column(4));
-        QVERIFY(history.RedoSnapshot() == Column(5));
-        QVERIFY(history.RedoSnapshot() == Column(50));
-    }
-
-    void reset() {
-        EditHistory history(ProfileKind::Annual);
-        history.PushSnapshot({u"1"_s});
-        history.PushSnapshot({u"2"_s});
-        history.UndoSnapshot({u"3"_s});
+        QVERIFY(history.RedoSnapshot() == Column(5) && history.RedoSnapshot() == Column(50));
         history.Reset();
         QVERIFY(!history.CanUndo() && !history.CanRedo());
-        QCOMPARE(history.Table(), EditHistory(ProfileKind::Annual).Table());
+        QCOMPARE(history.Table(), EditHistory(ProfileKind::Daily).Table());
     }
 
-    void tableOfSnapshots() {
-        EditHistory history(ProfileKind::Daily);
+    // The floats of both kinds of history: a row each for six snapshots, a slot each for steps.
+    void tables() {
+        EditHistory daily(ProfileKind::Daily);
         for (int i = 0; i < 7; ++i)
-            history.PushSnapshot(QStringList(24, QString::number(i)));
-        const EditHistory::FloatTable table = history.Table();
-        for (size_t row = 0; row < table.size(); ++row) {
-            QCOMPARE(table[row].front(), static_cast<float>(row) + 1.0F);
-            QCOMPARE(table[row].back(), static_cast<float>(row) + 1.0F);
-        }
-    }
-
-    void tableOfSteps() {
-        EditHistory history(ProfileKind::Weekly);
-        history.PushStep(
+            daily.PushSnapshot(QStringList(24, QString::number(i)));
+        EditHistory weekly(ProfileKind::Weekly);
+        weekly.PushStep(
             {{2, u"Mercredi"_s, u"100"_s, u"b"_s}, {2, u"Mercredi"_s, u"90"_s, u"x"_s}});
-        const EditHistory::FloatTable table = history.Table({u"a"_s, u"b"_s});
-        const QList<float> expected = {2.0F, 1.0F, 100.0F, 2.0F, -1.0F, 90.0F};
-        for (size_t row = 0; row < table.size(); ++row) {
-            QCOMPARE(table[row][0], expected[static_cast<qsizetype>(row)]);
-            QCOMPARE(table[row][1], EditHistory::kEmptySlot);
+        const EditHistory::FloatTable columns = daily.Table();
+        const EditHistory::FloatTable steps = weekly.Table({u"a"_s, u"b"_s});
+        const float before_and_after[] = {2.0F, 1.0F, 100.0F, 2.0F, -1.0F, 90.0F};
+        for (size_t row = 0; row < steps.size(); ++row) {
+            QCOMPARE(columns[row].front(), static_cast<float>(row) + 1.0F);
+            QCOMPARE(columns[row].back(), static_cast<float>(row) + 1.0F);
+            QCOMPARE(steps[row][0], before_and_after[row]);
+            QCOMPARE(steps[row][1], EditHistory::kEmptySlot);
         }
     }
 };

@@ -42,6 +42,8 @@ struct KindDialog {
         dialog = std::make_unique<CDlgGridChart>(std::move(setup));
     }
 
+    explicit KindDialog(std::unique_ptr<CDlgGridChart> any) : dialog(std::move(any)) {}
+
     /// The control of that id; null when there is none.
     QWidget* Control(int id) const {
         const QString start = QString::number(id) + u'_';
