@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QTableView>
+#include <QTest>
 
 #include <array>
 #include <memory>
@@ -73,7 +74,9 @@ public:
     void Mouse(QEvent::Type type, QPoint at, Qt::MouseButton button, bool down) const {
         QMouseEvent event(type, at, m_view->mapToGlobal(at), button,
                           down ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
-        QApplication::sendEvent(m_view, &event);
+        // The application knows the buttons from events that come from outside.
+        QSpontaneKeyEvent::setSpontaneous(&event);
+        qApp->notify(m_view, &event);
     }
 
     bool IsDragging() const { return m_dialog->session().isDragging(); }

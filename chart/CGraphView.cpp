@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 using namespace Qt::StringLiterals;
 
@@ -28,6 +29,7 @@ constexpr int kTickLength = 4;
 constexpr int kSubTickLength = 2;
 constexpr int kFrameWidth = 1;
 constexpr int kPlotMargin = 6;
+constexpr int kLabelMargin = 4;
 constexpr int kMarkerRoom = 5;
 constexpr double kLabelGap = 6.0;
 constexpr double kValueLabelDistance = 36.0;
@@ -145,12 +147,14 @@ CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget*
     m_plot->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_plot->setFocusPolicy(Qt::NoFocus);
     m_plot->setContextMenuPolicy(Qt::NoContextMenu);
-    m_plot->xAxis->grid()->setLayer(u"grid"_s);
     // Nothing is ever shown in the topmost layer: it needs no picture of its own.
     m_plot->layer(u"overlay"_s)->setMode(QCPLayer::lmLogical);
     // The plot asks to be drawn as soon as it is made; there is nothing to draw before `Draw`.
     QCoreApplication::removePostedEvents(m_plot, QEvent::MetaCall);
-    new ItemsPlottable(m_plot->xAxis, m_plot->yAxis, *this, m_control->document());
+    auto* const items =
+        new ItemsPlottable(m_plot->xAxis, m_plot->yAxis, *this, m_control->document());
+    // Points on an axis are drawn over it, and over its ticks.
+    items->setLayer(m_plot->xAxis->layer());
 
     connect(m_control, &CGraphControl::Rebuilt, this, [this] {
         // The item in the user's hand may be another one now, or gone.
@@ -190,18 +194,6 @@ QFont CGraphView::ChartFont(int pixels, bool bold) const {
     chart_font.setPixelSize(pixels);
     chart_font.setBold(bold);
     return chart_font;
-}
-
-// The largest font up to `pixels` in which every line fits `width`; the smallest one when none
-// does.
-QFont CGraphView::FittingFont(const QStringList& lines, int pixels, bool bold, double width) const {
-    QFont font = ChartFont(pixels, bold);
-    const auto fits = [&font, width](const QString& line) {
-        return QFontMetricsF(font).horizontalAdvance(line) <= width;
-    };
-    while (pixels > kSmallestTitleHeight && !std::all_of(lines.cbegin(), lines.cend(), fits))
-        font = ChartFont(--pixels, bold);
-    return font;
 }
 
 void CGraphView::PlanAxes() {
@@ -256,13 +248,18 @@ void CGraphView::PlaceIndexLabels(int width) {
             angle = -45.0;
     }
     m_plot->xAxis->setTickLabelRotation(angle);
-    // The plot leaves no room for the half of the last label that stands beyond the axis.
-    const int right =
-        angle == 0.0 && !labels.isEmpty()
-            ? static_cast<int>(std::ceil(metrics.horizontalAdvance(labels.last()) / 2.0))
-            : 0;
+    // The plot leaves no room for what stands beyond the axis of its first and its last label, and
+    // shows no label that would be cut. Labels turned to the left end at their marks.
+    const auto length = [&](const QString& label) { return metrics.horizontalAdvance(label); };
+    const double turn = std::abs(angle) * std::numbers::pi / 180.0;
+    const double before = labels.isEmpty() ? 0.0
+                          : angle == 0.0   ? length(labels.first()) / 2.0
+                                           : length(labels.first()) * std::cos(turn) +
+                                               metrics.height() / 2.0 * std::sin(turn);
+    const double after = labels.isEmpty() || angle != 0.0 ? 0.0 : length(labels.last()) / 2.0;
     m_plot->axisRect()->setMinimumMargins(
-        {0, kPlotMargin + 4, std::max(right, kPlotMargin) + 4, 0});
+        {static_cast<int>(std::ceil(before)) + kLabelMargin, kPlotMargin + kLabelMargin,
+         std::max(static_cast<int>(std::ceil(after)), kPlotMargin) + kLabelMargin, 0});
 }
 
 void CGraphView::StyleAxes() {
@@ -289,9 +286,12 @@ void CGraphView::StyleAxes() {
         axis.setSubTickPen(Qt::NoPen);
         QColor title_colour = text;
         title_colour.setAlpha(titles[i]->opacity);
-        axis.setLabel(titles[i]->text);
-        axis.setLabelFont(
-            FittingFont({titles[i]->text}, kAxisTextHeight, titles[i]->bold, lengths[i]));
+        const QFont title_font = ChartFont(kAxisTextHeight, titles[i]->bold);
+        const FittedText title =
+            FitText(titles[i]->text, title_font, kAxisTextHeight, kSmallestTitleHeight,
+                    {lengths[i], QFontMetrics(title_font).lineSpacing()});
+        axis.setLabel(title.text);
+        axis.setLabelFont(title.font);
         axis.setLabelColor(title_colour);
 
         QCPGrid& grid = *axis.grid();
@@ -324,12 +324,8 @@ void CGraphView::StyleAxes() {
 void CGraphView::PlaceTitle() {
     const ChartTitle& title = m_control->document().title;
     m_title_band = PartRect(title.rect).adjusted(kPlotMargin, 0, -kPlotMargin, 0);
-    QStringList lines = ShownText(title.text, kMostOfMessage).split(u'\n');
-    m_title_font = FittingFont(lines, title.text_height, true, m_title_band.width());
-    const QFontMetrics metrics(m_title_font);
-    for (QString& line : lines)
-        line = metrics.elidedText(line, Qt::ElideRight, m_title_band.width());
-    m_title = lines.join(u'\n');
+    m_title = FitText(ShownText(title.text, kMostOfMessage), ChartFont(title.text_height, true),
+                      title.text_height, kSmallestTitleHeight, m_title_band.size());
 }
 
 void CGraphView::Draw() {
@@ -352,12 +348,12 @@ void CGraphView::paintEvent(QPaintEvent*) {
     painter.fillRect(rect(), ChartFrameColour(palette()));
     painter.fillRect(rect().adjusted(kFrameWidth, kFrameWidth, -kFrameWidth, -kFrameWidth),
                      palette().brush(QPalette::Base));
-    painter.setFont(m_title_font);
+    painter.setFont(m_title.font);
     painter.setPen(palette().color(QPalette::Text));
     constexpr Qt::Alignment kAlignments[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
     const int alignment = std::clamp(m_control->document().title.alignment, 0, 2);
     painter.drawText(m_title_band, static_cast<int>(kAlignments[alignment] | Qt::AlignVCenter),
-                     m_title);
+                     m_title.text);
 }
 
 // The plot is drawn while the window manager places the window.

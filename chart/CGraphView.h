@@ -1,6 +1,7 @@
 #pragma once
 
 #include "chart/AxisPlan.h"
+#include "chart/FittedText.h"
 #include "chart/PlotScale.h"
 
 #include <QFont>
@@ -65,7 +66,6 @@ private:
     void FinishDrag();
     QString TipText(int index) const;
     QFont ChartFont(int pixels, bool bold = false) const;
-    QFont FittingFont(const QStringList& lines, int pixels, bool bold, double width) const;
     QRect PartRect(const PercentRect& part) const;
 
     ProfileSession* m_session;
@@ -74,8 +74,7 @@ private:
     AxisPlan m_value_plan;
     AxisPlan m_index_plan;
     QRect m_title_band;
-    QFont m_title_font;
-    QString m_title;  // as shown
+    FittedText m_title;
     bool m_redraw_due = true;
     bool m_style_due = true;
 

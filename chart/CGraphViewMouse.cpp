@@ -8,6 +8,7 @@
 #include "profiles/ProfileSession.h"
 
 #include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QTextDocument>
 #include <QToolTip>
@@ -84,7 +85,9 @@ void CGraphView::mousePressEvent(QMouseEvent* event) {
     const CDocControl& chart = m_control->document();
     const PlotScale scale = Scale();
     if (const std::optional<int> hit = HitItem(chart, scale, event->position())) {
-        m_dragged_item = hit;
+        // The release has gone to the box that refused an entry.
+        if (QGuiApplication::mouseButtons().testFlag(Qt::LeftButton))
+            m_dragged_item = hit;
         m_drag_began = false;
         emit CellPicked(*hit + 1);
     } else if (m_session->kind() == ProfileKind::Function) {

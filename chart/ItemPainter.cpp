@@ -10,14 +10,75 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <numeric>
 
 namespace {
 
-// Pixels. Points closer together than the first get smaller markers, closer than the second none.
+// Pixels. Points closer together than the first get smaller markers.
 constexpr double kRoomyDistance = 12.0;
-constexpr double kMarkerDistance = 6.0;
 constexpr double kLargeMarker = 7.0;
 constexpr double kSmallMarker = 5.0;
+
+constexpr double kLeastBarHeight = 2.0;
+constexpr double kZeroLineWidth = 1.0;
+
+// Markers of one colour. Those on the same pixels are drawn once, those that touch in a row
+// together, so that a million cost no more than the pixels they cover.
+class MarkerCells {
+public:
+    MarkerCells(const PlotScale& scale, double size, double device_pixels)
+        : m_size(size),
+          m_device_pixels(device_pixels),
+          m_left(Device(std::min(scale.x.from, scale.x.to) - size)),
+          m_top(Device(std::min(scale.y.from, scale.y.to) - size)),
+          m_width(Device(std::max(scale.x.from, scale.x.to) + size) - m_left),
+          m_height(Device(std::max(scale.y.from, scale.y.to) + size) - m_top),
+          m_used(static_cast<size_t>(m_width) * static_cast<size_t>(m_height)) {}
+
+    void Add(QPointF centre) {
+        const int x = Device(centre.x() + 0.5 - m_size / 2.0) - m_left;
+        const int y = Device(centre.y() + 0.5 - m_size / 2.0) - m_top;
+        if (x >= 0 && x < m_width && y >= 0 && y < m_height)
+            m_used[static_cast<size_t>(y) * static_cast<size_t>(m_width) + static_cast<size_t>(x)] =
+                1;
+    }
+
+    void Paint(QPainter& painter, const QColor& colour) const {
+        for (int y = 0; y < m_height; ++y) {
+            const auto row = m_used.begin() + std::ptrdiff_t{y} * m_width;
+            const auto end = row + m_width;
+            for (auto from = std::find(row, end, 1); from != end;) {
+                auto last = from;
+                auto next = std::find(from + 1, end, 1);
+                for (; next != end && Logical(next - last) <= m_size;
+                     next = std::find(next + 1, end, 1))
+                    last = next;
+                painter.fillRect(QRectF(Logical(m_left + (from - row)), Logical(m_top + y),
+                                        Logical(last - from) + m_size, m_size),
+                                 colour);
+                from = next;
+            }
+        }
+    }
+
+private:
+    int Device(double value) const {
+        return static_cast<int>(std::lround(value * m_device_pixels));
+    }
+    double Logical(std::ptrdiff_t value) const {
+        return static_cast<double>(value) / m_device_pixels;
+    }
+
+    double m_size;
+    double m_device_pixels;
+    // Device pixels.
+    int m_left;
+    int m_top;
+    int m_width;
+    int m_height;
+    std::vector<unsigned char> m_used;  // row by row, where a marker begins
+};
 
 class ItemPainter {
 public:
@@ -37,21 +98,16 @@ public:
     }
 
     void PaintPoints() {
-        const int count = std::max(m_chart.ItemCount(), 1);
-        const double distance = std::abs(m_scale.x.to - m_scale.x.from) / count;
-        const bool dense = distance < kMarkerDistance;
+        const std::span<const double> ys = m_chart.Group(m_chart.GroupCount() - 1);
+        std::vector<double> indices(m_chart.GroupCount() == 1 ? ys.size() : 0);
+        std::iota(indices.begin(), indices.end(), 0.0);
+        const std::span<const double> xs = indices.empty() ? m_chart.Group(0) : indices;
+        const PointDensity density(xs, m_scale.x, m_device_pixels);
         const ItemStyle& style = m_chart.item_style;
         if ((style.flags & ItemStyle::kLine) != 0)
-            PaintLine(dense ? 1.0 / m_device_pixels : style.width);
-        if ((style.flags & ItemStyle::kMarkers) == 0)
-            return;
-        const double size = distance < kRoomyDistance ? kSmallMarker : kLargeMarker;
-        for (int i = 0; !dense && i < m_chart.ItemCount(); ++i) {
-            if (!m_chart.IsHighlighted(i))
-                PaintMarker(i, size);
-        }
-        for (int i : m_chart.Highlighted())
-            PaintMarker(i, dense ? kLargeMarker : size);
+            PaintLine(xs, ys, density);
+        if ((style.flags & ItemStyle::kMarkers) != 0)
+            PaintMarkers(xs, ys, density);
     }
 
 private:
@@ -67,47 +123,58 @@ private:
         const double axis = OnDevicePixel(m_scale.y.ToPixel(0.0));
         const double top = OnDevicePixel(end.y());
         const double outline = style.width;
-        // Even a bar without height shows its outline. The axis line itself stays free.
-        const QRectF bar(left, std::min(axis, top), width, std::max(std::abs(axis - top), outline));
+        // The zero line itself stays free.
+        const double height = std::max(std::abs(axis - top), kLeastBarHeight);
+        const QRectF bar(left, top > axis ? axis + kZeroLineWidth : axis - height, width, height);
         m_painter.fillRect(bar, ToQColor(style.second_colour));
         const QRectF face = bar.adjusted(outline, outline, -outline, -outline);
         if (face.isValid())
             m_painter.fillRect(face, ToQColor(style.FaceColour()));
     }
 
-    void PaintLine(double width) {
-        const std::span<const double> values = m_chart.Group(m_chart.GroupCount() - 1);
-        std::vector<double> indices;
-        if (m_chart.GroupCount() == 1) {
-            indices.resize(values.size());
-            for (size_t i = 0; i < indices.size(); ++i)
-                indices[i] = static_cast<double>(i);
-        }
-        const std::vector<QPointF> line =
-            ThinLine(indices.empty() ? m_chart.Group(0) : std::span<const double>(indices), values,
-                     m_scale, m_device_pixels);
-        if (line.size() < 2)
-            return;
-        QPen pen(ToQColor(LegibleOn(m_background, m_chart.item_style.second_colour)), width);
+    void PaintLine(std::span<const double> xs, std::span<const double> ys,
+                   const PointDensity& density) {
+        const std::vector<QPointF> line = ThinLine(xs, ys, m_scale, m_device_pixels);
+        QPen pen(ToQColor(LegibleOn(m_background, m_chart.item_style.second_colour)));
         pen.setJoinStyle(Qt::RoundJoin);
         pen.setCapStyle(Qt::RoundCap);
+        // Wider dense lines would hide their shape, and take seconds on finely resolved screens.
+        const auto is_thin = [&](size_t index) {
+            return density.IsDense(line[index].x()) && density.IsDense(line[index + 1].x());
+        };
         m_painter.save();
         m_painter.setRenderHint(QPainter::Antialiasing);
         // Pixel centres lie at halves.
         m_painter.translate(0.5, 0.5);
-        m_painter.setPen(pen);
-        m_painter.drawPolyline(line.data(), static_cast<int>(line.size()));
+        for (size_t from = 0, to = 0; from + 1 < line.size(); from = to) {
+            const bool thin = is_thin(from);
+            for (to = from + 1; to + 1 < line.size() && is_thin(to) == thin;)
+                ++to;
+            pen.setWidthF(thin ? 1.0 / m_device_pixels : m_chart.item_style.width);
+            m_painter.setPen(pen);
+            m_painter.drawPolyline(line.data() + from, static_cast<int>(to - from + 1));
+        }
         m_painter.restore();
     }
 
-    void PaintMarker(int index, double size) {
-        if (!m_chart.IsDrawn(index))
-            return;
-        const QPointF centre = m_scale.ToPixels(m_chart.Place(index));
-        const double left = OnDevicePixel(centre.x() + 0.5 - size / 2.0);
-        const double top = OnDevicePixel(centre.y() + 0.5 - size / 2.0);
-        m_painter.fillRect(QRectF(left, top, size, size),
-                           ToQColor(m_chart.StyleOf(index).FaceColour()));
+    void PaintMarkers(std::span<const double> xs, std::span<const double> ys,
+                      const PointDensity& density) {
+        const double distance =
+            std::abs(m_scale.x.to - m_scale.x.from) / static_cast<double>(xs.size());
+        MarkerCells cells(m_scale, distance < kRoomyDistance ? kSmallMarker : kLargeMarker,
+                          m_device_pixels);
+        ForEachMarker(xs, ys, m_scale, density, m_chart.Highlighted(),
+                      [&](QPointF place) { cells.Add(place); });
+        cells.Paint(m_painter, ToQColor(m_chart.item_style.FaceColour()));
+        for (int i : m_chart.Highlighted()) {
+            if (!m_chart.IsDrawn(i))
+                continue;
+            const QPointF centre = m_scale.ToPixels(m_chart.Place(i));
+            const double left = OnDevicePixel(centre.x() + 0.5 - kLargeMarker / 2.0);
+            const double top = OnDevicePixel(centre.y() + 0.5 - kLargeMarker / 2.0);
+            m_painter.fillRect(QRectF(left, top, kLargeMarker, kLargeMarker),
+                               ToQColor(m_chart.highlighted_style.FaceColour()));
+        }
     }
 
     QPainter& m_painter;

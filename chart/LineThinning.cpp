@@ -2,11 +2,18 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace {
 
 // So many points of a line per pixel column are worth drawing one by one.
 constexpr size_t kMostPerColumn = 8;
+
+// Pixel columns on each side of a place whose points count for its density.
+constexpr double kDensityReach = 4.0;
+
+// More than any screen has.
+constexpr double kMostColumns = 1e6;
 
 // One run of neighbouring points in the same column; the indices are in the order of the points.
 struct Run {
@@ -80,7 +87,7 @@ std::vector<QPointF> ThinLine(std::span<const double> xs, std::span<const double
                               const PlotScale& scale, double columns) {
     const size_t count = std::min(xs.size(), ys.size());
     const double width = std::ceil(std::abs(scale.x.to - scale.x.from) * columns) + 1.0;
-    const size_t most = kMostPerColumn * static_cast<size_t>(std::clamp(width, 1.0, 1e6));
+    const size_t most = kMostPerColumn * static_cast<size_t>(std::clamp(width, 1.0, kMostColumns));
     const double factor = scale.x.PixelsPerUnit() * columns;
     const double offset = (scale.x.from * columns) - scale.x.low * factor;
 
@@ -125,4 +132,30 @@ std::vector<QPointF> ThinLine(std::span<const double> xs, std::span<const double
     if (in_run)
         line.Append(run);
     return std::move(line.Points());
+}
+
+PointDensity::PointDensity(std::span<const double> xs, const AxisScale& axis, double columns)
+    : m_left(std::min(axis.from, axis.to)),
+      m_columns(columns),
+      m_before(static_cast<size_t>(
+                   std::clamp(std::abs(axis.to - axis.from) * columns, 0.0, kMostColumns)) +
+               2) {
+    const double factor = axis.PixelsPerUnit() * columns;
+    const double offset = (axis.from - m_left) * columns - axis.low * factor;
+    const auto width = static_cast<double>(m_before.size() - 1);
+    for (const double x : xs) {
+        const double column = offset + x * factor;
+        // Written so that a place that is not finite is passed over.
+        if (column >= 0.0 && column < width)
+            ++m_before[static_cast<size_t>(column) + 1];
+    }
+    std::partial_sum(m_before.begin(), m_before.end(), m_before.begin());
+}
+
+bool PointDensity::IsDense(double pixel) const {
+    const auto width = static_cast<double>(m_before.size() - 1);
+    const double column = (pixel - m_left) * m_columns;
+    const auto from = static_cast<size_t>(std::clamp(column - kDensityReach, 0.0, width));
+    const auto to = static_cast<size_t>(std::clamp(column + kDensityReach + 1.0, 0.0, width));
+    return m_before[to] - m_before[from] > to - from;
 }

@@ -206,6 +206,43 @@ private slots:
         QCOMPARE(few[1].x(), 40.0);
     }
 
+    // Of a cluster only the first point and the current one get a marker, of free ones each.
+    void crowdedPoints() {
+        std::vector<double> xs;
+        for (int i = 0; i < 60; ++i)
+            xs.push_back(i * 0.01);
+        for (int i = 1; i <= 10; ++i)
+            xs.push_back(i * 10.0);
+        std::vector<double> ys(xs.size(), 50.0);
+        ys[20] = kNaN;
+        xs.insert(xs.end(), {100.0, 100.0});
+        ys.insert(ys.end(), {52.0, 48.1});  // 6 and 5.7 pixels away
+        std::vector<QPointF> marked;
+        ForEachMarker(xs, ys, ScaleFor(100.0), PointDensity(xs, ScaleFor(100.0).x), {20, 30},
+                      [&marked](QPointF place) { marked.push_back(place); });
+        QCOMPARE(marked.size(), size_t{14});
+        QCOMPARE(marked[1].x(), 0.3 * 4.0);
+        QCOMPARE(marked[2].x(), 40.0);
+        QCOMPARE(marked.back(), ScaleFor(100.0).ToPixels({100.0, 48.1}));
+
+        // Of a dense zigzag those get one that stand some way along the axis.
+        xs.clear();
+        ys.clear();
+        for (int i = 0; i < 2000; ++i) {
+            xs.push_back(i * 0.02);
+            ys.push_back(i % 2 * 50.0);
+        }
+        xs.insert(xs.end(), {60.0, 60.0, 100.0});
+        ys.insert(ys.end(), {50.0, 0.0, 0.0});
+        const PointDensity density(xs, ScaleFor(100.0).x);
+        for (const auto& [pixel, dense] : {std::pair(0, true), std::pair(80, true),
+                                           std::pair(240, false), std::pair(400, false)})
+            QCOMPARE(density.IsDense(pixel), dense);
+        int count = 0;
+        ForEachMarker(xs, ys, ScaleFor(100.0), density, {}, [&count](QPointF) { ++count; });
+        QCOMPARE(count, 160 / 6 + 1 + 3);
+    }
+
     void hits() {
         const std::pair<QPointF, int> on_points[] = {
             // Points at pixels (40, 150), (44, 150), (44, 150) and (200, 0).

@@ -3,6 +3,7 @@
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
 #include "chart/DragRules.h"
+#include "chart/FittedText.h"
 
 #include <QDialog>
 #include <QSignalSpy>
@@ -93,8 +94,12 @@ class GraphViewTest : public QObject {
 
 private slots:
     void markersHaveExactColours() {
-        ChartWindow window(Function, u"0|10|5"_s, u"1|4|-2"_s);
         const QColor red(255, 0, 0);
+        // Neither axes nor ticks nor grid lines cut them.
+        const ChartWindow on_axes(Function, u"0|10|5|10"_s, u"0|4|0|0"_s);
+        for (int i = 0; i < 4; ++i)
+            QVERIFY(IsSquare(on_axes.Picture(), on_axes.At(i), red));
+        ChartWindow window(Function, u"0|10|5"_s, u"1|4|-2"_s);
         const QColor orange(255, 207, 54);
         for (int i = 0; i < 3; ++i)
             QVERIFY(IsSquare(window.Picture(), window.At(i), red));
@@ -126,18 +131,77 @@ private slots:
         QCOMPARE(colours(5), normal);
     }
 
-    void densePointsShowHighlightOnly() {
+    // Bars of height 0, or of less than a pixel, stand on the zero line.
+    void flatBarsAreSeen() {
+        const ChartWindow window(Monthly);
+        for (const QString& values : {u"0.0002*12"_s, u"0*12"_s, u"-0.0002*12"_s}) {
+            window.session->table().SetColumn(2, Texts(values));
+            const QImage picture = window.Picture();
+            for (int i = 0; i < 12; ++i)
+                QCOMPARE(picture.pixelColor(window.At(i, 0.0) - QPoint(0, 1)),
+                         QColor(56, 102, 224));
+        }
+    }
+
+    void zeroLineHasNoGaps() {
+        const ChartWindow window(Function, u"0|10"_s, u"-5|5"_s);
+        const QImage picture = window.Picture();
+        const QPoint middle = window.view->Scale().ToPixels({5.0, 0.0}).toPoint();
+        for (int x = window.At(0).x() + 1; x < window.At(1).x(); ++x) {
+            if (std::abs(x - middle.x()) > 5)
+                QCOMPARE(picture.pixelColor(x, middle.y()), QColor(Qt::black));
+        }
+    }
+
+    void turnedLabelsAreAllThere() {
+        const ChartWindow window(Function, u"1000000000|1000000050"_s);
+        const QImage picture = window.Picture();
+        const QColor ground = window.view->palette().color(QPalette::Base);
+        const PlotScale scale = window.view->Scale();
+        for (double time = 1e9; time <= 1e9 + 50.0; time += 10.0) {
+            const int mark = static_cast<int>(scale.x.ToPixel(time));
+            const QRect label(mark - 30, static_cast<int>(scale.y.from) + 10, 20, 22);
+            int ink = 0;
+            for (int i = 0; i < label.width() * label.height(); ++i)
+                ink += picture.pixelColor(label.left() + i % label.width(),
+                                          label.top() + i / label.width()) != ground;
+            QVERIFY2(ink > 20, qPrintable(QString::number(time)));
+        }
+    }
+
+    // Long names are wrapped before they shrink, and cut last.
+    void titlesFit() {
+        const QFont font = QGuiApplication::font();
+        const QSize band(300, 45);
+        const QString name = u"Crèche du hameau près de l'église à Noël"_s;
+        const FittedText two = FitText(u"Profil Annuel : "_s + name, font, 14, 9, band);
+        QCOMPARE(two.font.pixelSize(), 14);
+        QCOMPARE(two.text.count(u'\n'), 1);
+        QCOMPARE(QString(two.text).remove(u'\n'), u"Profil Annuel : "_s + name);
+        const FittedText cut = FitText(name.repeated(9), font, 14, 9, band);
+        QCOMPARE(cut.font.pixelSize(), 9);
+        QVERIFY(cut.text.endsWith(u'…'));
+        QVERIFY(QFontMetrics(cut.font).size(0, cut.text).height() <= band.height());
+    }
+
+    void freePointsAreSeenAmongMany() {
         QStringList times;
         QStringList values;
         for (int i = 0; i < 8760; ++i) {
-            times.append(QString::number(i));
-            values.append(i == 4321 ? u"900"_s : QString::number(i % 24));
+            times.append(QString::number(i < 8758 ? i : 15000 + i));
+            values.append(i == 4321 ? u"900"_s : u"100"_s);
         }
         ChartWindow window(Function, times.join(u'|'), values.join(u'|'));
         window.control->SetHighlighted(4321, true);
         const QImage picture = window.Picture();
         QVERIFY(IsSquare(picture, window.At(4321), QColor(255, 207, 54)));
-        QVERIFY(!IsSquare(picture, window.At(100), QColor(255, 0, 0)));
+        for (const int free : {8758, 8759})
+            QVERIFY(IsSquare(picture, window.At(free), QColor(255, 0, 0)));
+        // The line shows between the markers of those that stand close together.
+        const QRect close(window.At(0), window.At(4000));
+        const QImage part = picture.copy(close);
+        const qsizetype red = CountColour(part, QColor(255, 0, 0));
+        QVERIFY(red > part.width() / 2 && red < part.width());
         // Every point is in reach all the same.
         QSignalSpy picked(window.view.get(), &CGraphView::CellPicked);
         QTest::mouseClick(window.view.get(), Qt::LeftButton, {}, window.At(4321));
@@ -193,6 +257,18 @@ private slots:
         QVERIFY(window.view->Scale().y.high > ParseNumber(window.Cell(1)));
         QVERIFY(window.session->Undo() && !window.session->canUndo());
         QCOMPARE(window.Cell(1), u"1"_s);
+    }
+
+    // A box that refuses the open entry takes the release.
+    void releaseBeforeDrag() {
+        const ChartWindow window(Function);
+        QWidget box;
+        connect(window.view.get(), &CGraphView::PressBegins, &box,
+                [&box] { QTest::mouseRelease(&box, Qt::LeftButton); });
+        window.Press(window.At(0));
+        window.session->table().SetCellText(1, 2, u"500"_s);
+        window.Picture();
+        QVERIFY(window.view->Scale().y.high > 500.0);
     }
 
     // A modal dialog, an undo and the removal of a row each end a drag.
