@@ -262,16 +262,19 @@ void CDlgGridChart::PlaceControls() {
             place.setSize(place.size() + more_grid + QSize(0, more_rows));
         m_controls[control.id]->setGeometry(place);
     }
+    // The grid's lower end at the dialog's starting size: from there on all below it moves along.
+    int start_end = m_grid->geometry().bottom() + 1 - more_rows;
     if (m_session.kind() == ProfileKind::Function) {
-        const QRect grid = PointGridRect(m_session.table().RowCount(), more_rows);
-        m_grid->setGeometry(grid.translated(extra.width(), 0));
+        const int rows = m_session.table().RowCount();
+        m_grid->setGeometry(PointGridRect(rows, more_rows).translated(extra.width(), 0));
+        start_end = PointGridRect(rows).bottom() + 1;
     }
     const QRect grid = m_grid->geometry();
-    const int end = grid.bottom() + 1;
-    m_mean->setGeometry(grid.x(), end, grid.width(), kMeanHeight);
+    m_mean->setGeometry(grid.x(), grid.bottom() + 1, grid.width(), kMeanHeight);
     QWidget* const below[] = {m_controls[kEdition], m_controls[kAdjust]};
-    const int free_from = end + (m_session.facts().coefficients ? kMeanHeight : kGapBelowGrid);
-    const int shift = std::max(0, free_from - std::min(below[0]->y(), below[1]->y()));
+    const int top = std::min(below[0]->y(), below[1]->y()) - extra.height();
+    const int gap = m_session.facts().coefficients ? kMeanHeight : kGapBelowGrid;
+    const int shift = std::max(0, start_end + gap - top);
     for (QWidget* const control : below)
         control->move(control->x(), control->y() + shift);
     if (m_view != nullptr)

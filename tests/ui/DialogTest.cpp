@@ -83,7 +83,7 @@ private slots:
         QFETCH(const int, higher);
         const KindDialog shown(kind);
         shown.Run([&] {
-            const auto check = [&](QSize by) {
+            const auto check = [&](QSize by, int more_rows) {
                 const auto place = [&](int id) { return shown.Control(id)->geometry(); };
                 const int x = by.width();
                 const int y = by.height();
@@ -94,19 +94,20 @@ private slots:
                 QCOMPARE(place(kHelp), QRect(371 + x, 0, 75, 23));
                 QCOMPARE(place(kAdd), QRect(456 + x, 0, 69, 23));
                 QCOMPARE(place(kRemove), QRect(533 + wider + x, 0, 83, 23));
-                QCOMPARE(place(kGrid), QRect(456 + x, 31, 159 + wider, 276 + higher + y));
+                QCOMPARE(place(kGrid),
+                         QRect(456 + x, 31, 159 + wider, 276 + higher + more_rows * 21));
                 QCOMPARE(place(kEdition), QRect(456 + x, 323 + higher + y, 56, 16));
                 QCOMPARE(place(kAdjust), QRect(540 + wider + x, 320 + higher + y, 75, 23));
                 QCOMPARE(place(kOk), QRect(464 + (wider + 1) / 2 + x, 385 + y, 60, 23));
                 QCOMPARE(place(kCancel), QRect(542 + (wider + 1) / 2 + x, 385 + y, 60, 23));
             };
-            check({0, 0});
+            check({0, 0}, 0);
             const CGridControl& grid = *shown.Grid();
             QCOMPARE(grid.horizontalScrollBar()->maximum(), 0);
             QCOMPARE(grid.verticalScrollBar()->maximum(), kind == ProfileKind::Daily ? 12 : 0);
             QVERIFY(grid.horizontalHeader()->sectionResizeMode(1) != QHeaderView::Interactive);
-            shown.dialog->resize(shown.dialog->size() + QSize(200, 105));
-            check({200, 105});
+            shown.dialog->resize(shown.dialog->size() + QSize(200, 115));
+            check({200, 115}, 5);
         });
     }
 
@@ -116,11 +117,11 @@ private slots:
             QHash<int, QRect> former;
             for (const ControlTemplate& control : kMainDialog)
                 former[control.id] = shown.Place(control.id);
-            shown.dialog->resize(shown.dialog->size() + QSize(200, 105));
-            QCOMPARE(shown.Place(kChartFrame).size(), former[kChartFrame].size() + QSize(200, 105));
+            shown.dialog->resize(shown.dialog->size() + QSize(200, 115));
+            QCOMPARE(shown.Place(kChartFrame).size(), former[kChartFrame].size() + QSize(200, 115));
             QCOMPARE(shown.Place(kGrid), former[kGrid].adjusted(200, 0, 200, 105));
             for (const int id : {kOk, kCancel, kEdition, kAdjust})
-                QCOMPARE(shown.Place(id), former[id].translated(200, 105));
+                QCOMPARE(shown.Place(id), former[id].translated(200, 115));
             QCOMPARE(shown.Place(kAdd), former[kAdd].translated(200, 0));
             QCOMPARE(shown.Place(kOpen), former[kOpen]);
             // Not below the size of the template.
