@@ -134,7 +134,9 @@ const char* functioneditor_result_text(int result) {
         case FUNCTIONEDITOR_ERROR_ROWS: return "There are too many rows.";
         case FUNCTIONEDITOR_ERROR_NAME: return "The name does not end within its buffer.";
         case FUNCTIONEDITOR_ERROR_ENCODING: return "A text is not valid UTF-8.";
-        case FUNCTIONEDITOR_ERROR_INTERNAL: return "The editor ran out of memory or failed.";
+        case FUNCTIONEDITOR_ERROR_INTERNAL:
+            return "The editor ran out of memory or failed, or the row callback threw. The dialog "
+                   "may have been shown.";
         default: return "This is no result of the editor.";
     }
 }

@@ -39,7 +39,7 @@ enum functioneditor_result {
     FUNCTIONEDITOR_ERROR_ROWS = -5,     /* more rows than FUNCTIONEDITOR_MAX_ROWS */
     FUNCTIONEDITOR_ERROR_NAME = -6,     /* the name does not end within its buffer */
     FUNCTIONEDITOR_ERROR_ENCODING = -7, /* a text is not valid UTF-8 */
-    FUNCTIONEDITOR_ERROR_INTERNAL = -8  /* out of memory, or a fault of the editor */
+    FUNCTIONEDITOR_ERROR_INTERNAL = -8  /* out of memory, a fault of the editor, or on_row threw */
 };
 
 #define FUNCTIONEDITOR_MAX_ROWS 10000000
@@ -83,7 +83,9 @@ typedef struct functioneditor_request {
 
 /* Shows the dialog and returns once the user has closed it: a functioneditor_result. The first call
  * makes its thread the one for windows, unless the process has one already; call from that thread
- * only. With an error nothing was shown and nothing changed. */
+ * only. With an error nothing was shown and nothing changed, except with
+ * FUNCTIONEDITOR_ERROR_INTERNAL: the user may have seen the dialog and saved files, and `name` and
+ * `name_length` may be set. No exception leaves it; one that on_row throws ends the calls of it. */
 FUNCTIONEDITOR_EXPORT int functioneditor_prompt(functioneditor_request* request);
 
 /* An English sentence about a functioneditor_result, for logs. Never NULL; not to be freed. */

@@ -13,6 +13,7 @@
 #include <QTimer>
 
 #include <functional>
+#include <stdexcept>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -132,6 +133,29 @@ class ModuleTest : public QObject {
     Q_OBJECT
 
 private slots:
+    // As in a host that has none, the module makes the application object.
+    void initTestCase() {
+        struct Host : InputAPI {
+            using InputAPI::Init;
+        };
+        Host().Init();
+        QVERIFY(qApp != nullptr);
+    }
+
+    // A dialog that was the only window does not end the host's own event loop.
+    void TheLoopOfTheHostGoesOn() {
+        constexpr int kHostEnds = 7;
+        int results[] = {0, 0};
+        QTimer::singleShot(0, [&results] {
+            for (int& result : results)
+                result = With({kOk}, [] { return InputAPI().Prompt(-1, 3, {}); });
+            QTimer::singleShot(1, [] { QCoreApplication::exit(kHostEnds); });
+        });
+        QCOMPARE(QCoreApplication::exec(), kHostEnds);
+        QCOMPARE(results[0], 1);
+        QCOMPARE(results[1], 1);
+    }
+
     void InputApiLeavesListsAlone() {
         QStringList times = {u"0"_s, u"1"_s, u"2"_s};
         QStringList values = {u"1.50"_s, u"2"_s, u"3"_s};
@@ -242,6 +266,22 @@ private slots:
                  Rows({{u"0"_s, u"1.50"_s, {}}, {u"1e0"_s, {}, {}}, {u"2"_s, u"4.25"_s, {}}}));
     }
 
+    // It is the host's code: what it throws is no reason to say that nothing was shown.
+    void ACallbackMayThrow() {
+        functioneditor_request request = EmptyRequest();
+        request.kind = FUNCTIONEDITOR_DAILY;
+        int calls = 0;
+        request.user = &calls;
+        request.on_row = [](size_t, const char*, const char*, const char*, void* user) {
+            ++*static_cast<int*>(user);
+            throw std::runtime_error("the host's");
+        };
+        const int result = Prompt({kOk}, request);
+        QCOMPARE(result, FUNCTIONEDITOR_ERROR_INTERNAL);
+        QCOMPARE(calls, 1);
+        QVERIFY(QByteArray(functioneditor_result_text(result)).contains("may have been shown"));
+    }
+
     // A daily profile is saved into a folder with a long title; the name that comes back is cut to
     // the caller's buffer between characters.
     void NamesAreCutBetweenCharacters() {
@@ -308,5 +348,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(ModuleTest)
+QTEST_APPLESS_MAIN(ModuleTest)
 #include "ModuleTest.moc"
