@@ -22,7 +22,16 @@ if [[ -n ${DISPLAY-}${WAYLAND_DISPLAY-} ]]; then
         cp "$root/samples/pump-start.txt" "$file"
         echo "Editing $file"
     fi
-    exec "$editor" "$file"
+    before=$(mktemp)
+    trap 'rm -f "$before"' EXIT
+    cp "$file" "$before"
+    "$editor" "$file" || fail "No dialog could be shown."
+    if diff -u --text --label before --label after "$before" "$file"; then
+        echo "The file did not change: $file"
+    else
+        echo "The file changed: $file"
+    fi
+    exit
 fi
 
 # Line 13 holds twice the number of points; the value of point k (from 1) is on line 13 + 2k.
