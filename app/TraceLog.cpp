@@ -1,13 +1,13 @@
 #include "app/TraceLog.h"
 
-#include <QtGlobal>
+#include <QElapsedTimer>
 
 #include <algorithm>
 #include <cstdio>
 
 #ifdef Q_OS_UNIX
-#include <limits.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -19,25 +19,37 @@ constexpr qsizetype kFlushSize = 64 * 1024;
 constexpr QByteArrayView kStart = "Resulting token: ";
 
 #ifdef Q_OS_UNIX
-constexpr int kPatienceMs = 200;
+bool IsWanted() {
+    struct stat facts = {};
+    return fstat(STDOUT_FILENO, &facts) == 0 && (S_ISFIFO(facts.st_mode) || S_ISREG(facts.st_mode));
+}
 
-// A write of at most PIPE_BUF bytes to a descriptor that polls as writable does not block.
-bool WriteWithoutBlocking(QByteArrayView bytes) {
-    std::fflush(stdout);
+// Waits for room in a full pipe no longer than `patience`, in ms, which it uses up.
+bool WriteToOutput(QByteArrayView bytes, qint64& patience) {
     while (!bytes.isEmpty()) {
-        pollfd out{STDOUT_FILENO, POLLOUT, 0};
-        if (poll(&out, 1, kPatienceMs) <= 0 || (out.revents & POLLOUT) == 0)
+        const ssize_t written =
+            write(STDOUT_FILENO, bytes.data(), static_cast<size_t>(bytes.size()));
+        if (written >= 0) {
+            bytes = bytes.sliced(written);
+        } else if (errno == EAGAIN && patience > 0) {
+            QElapsedTimer timer;
+            timer.start();
+            pollfd out{STDOUT_FILENO, POLLOUT, 0};
+            if (poll(&out, 1, static_cast<int>(patience)) <= 0)
+                return false;
+            patience -= timer.elapsed();
+        } else if (errno != EINTR) {
             return false;
-        const qsizetype piece = std::min<qsizetype>(bytes.size(), PIPE_BUF);
-        const ssize_t written = write(STDOUT_FILENO, bytes.data(), static_cast<size_t>(piece));
-        if (written < 0 && errno != EINTR)
-            return false;
-        bytes = bytes.sliced(std::max<qsizetype>(written, 0));
+        }
     }
     return true;
 }
 #else
-bool WriteWithoutBlocking(QByteArrayView bytes) {
+bool IsWanted() {
+    return true;
+}
+
+bool WriteToOutput(QByteArrayView bytes, qint64&) {
     return std::fwrite(bytes.data(), 1, static_cast<size_t>(bytes.size()), stdout) ==
            static_cast<size_t>(bytes.size());
 }
@@ -45,12 +57,15 @@ bool WriteWithoutBlocking(QByteArrayView bytes) {
 
 }  // namespace
 
+TraceLog::TraceLog() : m_ended(!IsWanted()) {
+}
+
 TraceLog::~TraceLog() {
     Flush();
 }
 
 void TraceLog::Token(QByteArrayView word) {
-    if (m_stalled)
+    if (m_ended)
         return;
     // One growth a word: a line may hold a hundred million of them.
     const bool is_long = word.size() >= kFlushSize;
@@ -74,6 +89,6 @@ void TraceLog::Flush() {
 }
 
 void TraceLog::Write(QByteArrayView bytes) {
-    if (!m_stalled)
-        m_stalled = !WriteWithoutBlocking(bytes);
+    if (!m_ended)
+        m_ended = !WriteToOutput(bytes, m_patience);
 }

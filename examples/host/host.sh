@@ -30,7 +30,9 @@ points() {
 }
 
 points "$file" >"$folder/before"
-"$editor" "$file" >/dev/null  # it traces what it reads
+# Its standard output traces what it reads. The status is 0 whatever the user did; else no dialog could
+# be shown, and standard error says why.
+"$editor" "$file" >/dev/null || exit 1
 points "$file" >"$folder/after"
 
 if cmp -s "$folder/before" "$folder/after"; then

@@ -1,3 +1,4 @@
+#include "FaultTable.h"
 #include "HostTest.h"
 
 #include <QFileInfo>
@@ -7,13 +8,88 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cstdlib>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
 const Points kPoints = {{"0", "1.50"}, {"10", "4"}, {"20", "-3e0"}};
 
+enum class State { Closed, Pipe, FullPipe, FullTerminal, FullDevice, File };
+
+constexpr std::pair<const char*, State> kStates[] = {
+    {"closed", State::Closed},        {"an unread pipe", State::Pipe},
+    {"a full pipe", State::FullPipe}, {"a full terminal", State::FullTerminal},
+    {"/dev/full", State::FullDevice}, {"a file", State::File},
+};
+
+// A standard stream as a host may hand it over. What is written to it stays unread until the end.
+class HandedOver {
+public:
+    HandedOver(State state, const QString& file) {
+        int ends[] = {-1, -1};
+        switch (state) {
+            case State::Closed: break;
+            case State::Pipe:
+            case State::FullPipe: (void)!pipe2(ends, O_CLOEXEC); break;
+            case State::FullTerminal:
+                ends[0] = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+                if (grantpt(ends[0]) == 0 && unlockpt(ends[0]) == 0)
+                    ends[1] = open(ptsname(ends[0]), O_RDWR | O_NOCTTY | O_CLOEXEC);
+                break;
+            case State::FullDevice: ends[1] = open("/dev/full", O_RDWR | O_CLOEXEC); break;
+            case State::File:
+                ends[1] = open(QFile::encodeName(file).constData(),
+                               O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+                ends[0] = dup(ends[1]);
+                break;
+        }
+        m_ours = ends[0];
+        m_theirs = ends[1];
+        if (state == State::FullPipe || state == State::FullTerminal)
+            Fill();
+    }
+    ~HandedOver() {
+        close(m_ours);
+        close(m_theirs);
+    }
+    HandedOver(const HandedOver&) = delete;
+    HandedOver& operator=(const HandedOver&) = delete;
+
+    // For the child before it becomes the program.
+    void TakePlaceOf(const QList<int>& streams) const {
+        for (const int stream : streams)
+            (void)(m_theirs < 0 ? close(stream) : dup2(m_theirs, stream));
+    }
+
+    // The first of it.
+    QByteArray Written() const {
+        QByteArray bytes(1 << 16, '\0');
+        (void)lseek(m_ours, 0, SEEK_SET);
+        bytes.resize(std::max<qsizetype>(0, read(m_ours, bytes.data(), 1 << 16)));
+        return bytes;
+    }
+
+private:
+    void Fill() const {
+        const int flags = fcntl(m_theirs, F_GETFL);
+        (void)fcntl(m_theirs, F_SETFL, flags | O_NONBLOCK);
+        for (const QByteArray& piece : {QByteArray(4096, 'x'), QByteArray("x")}) {
+            while (write(m_theirs, piece.constData(), static_cast<size_t>(piece.size())) > 0) {
+            }
+        }
+        (void)fcntl(m_theirs, F_SETFL, flags);
+    }
+
+    int m_ours = -1;
+    int m_theirs = -1;
+};
+
 }  // namespace
+
+Q_DECLARE_METATYPE(State)
 
 /// What a run leaves in the exchange file, byte for byte, and how it ends.
 class ExchangeTest : public HostTest {
@@ -123,23 +199,43 @@ private slots:
         QCOMPARE(ReadAll(file), HostFile(kPoints));
     }
 
-    // The trace of 8,760 points is several times what a pipe holds.
-    void DoesNotWaitForAHostThatNeverReadsItsOutput() {
+    void NoStreamStopsOrDelaysARun_data() {
+        QTest::addColumn<State>("state");
+        QTest::addColumn<QList<int>>("streams");
+        const std::pair<const char*, QList<int>> handed_over[] = {
+            {"standard input", {STDIN_FILENO}},
+            {"standard output", {STDOUT_FILENO}},
+            {"standard error", {STDERR_FILENO}},
+            {"all three", {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}}};
+        for (const auto& [state_name, state] : kStates) {
+            for (const auto& [stream_name, streams] : handed_over)
+                QTest::addRow("%s %s", stream_name, state_name) << state << streams;
+        }
+    }
+    // The trace of 8,760 points is several times what a pipe holds, and the toolkit talks too.
+    void NoStreamStopsOrDelaysARun() {
+        QFETCH(const State, state);
+        QFETCH(const QList<int>, streams);
         const QByteArray sample = ReadAll(QStringLiteral(SAMPLES_DIR "year-hourly.txt"));
-        QVERIFY(WriteAll(m_file, sample));
-        const QString pipe = m_folder.filePath(u"pipe"_s);
-        const QByteArray pipe_path = QFile::encodeName(pipe);
-        QCOMPARE(mkfifo(pipe_path.constData(), 0600), 0);
-        const int reader = open(pipe_path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-        QVERIFY(reader >= 0);
-        const auto closed = qScopeGuard([&] { close(reader); });
-
-        EditorRun host(m_screen, {m_file},
-                       [&pipe](QProcess& program) { program.setStandardOutputFile(pipe); });
-        QVERIFY(host.PressOk());
-        QCOMPARE(ReadAll(m_file), sample + '\n');
-        char first = 0;
-        QVERIFY2(read(reader, &first, 1) == 1, "nothing was written to the pipe");
+        const int starts = std::max(1, qEnvironmentVariableIntValue("STREAM_STARTS"));
+        for (int i = 0; i < starts; ++i) {
+            QVERIFY(WriteAll(m_file, sample));
+            const HandedOver stream(state, m_folder.filePath(u"stream"_s));
+            EditorRun host(m_screen, {m_file}, [&](QProcess& program) {
+                QProcessEnvironment environment = program.processEnvironment();
+                environment.insert(u"QT_LOGGING_RULES"_s, u"qt.qpa.*=true"_s);
+                program.setProcessEnvironment(environment);
+                program.setProcessChannelMode(QProcess::SeparateChannels);
+                program.setStandardErrorFile(QProcess::nullDevice());
+                program.setChildProcessModifier([&] { stream.TakePlaceOf(streams); });
+            });
+            QVERIFY(!QTest::currentTestFailed() && host.PressOk());
+            QCOMPARE(ReadAll(m_file), sample + '\n');
+            if (streams.contains(STDOUT_FILENO) && (state == State::Pipe || state == State::File))
+                QVERIFY(stream.Written().contains("Resulting token: "));
+        }
+        AddTableRow("streams", {QString::fromLatin1(QTest::currentDataTag()),
+                                QString::number(starts), u"window, right save"_s});
     }
 };
 

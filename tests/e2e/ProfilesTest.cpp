@@ -208,26 +208,38 @@ private slots:
         }
     }
 
-    // A host without a display goes on; the toolkit would end it.
-    void GoesOnWithoutADisplay() {
+    // A host goes on; the program says in one line why it ends. The toolkit would abort both.
+    void NobodyAbortsWithoutADisplay() {
+        const QByteArray content = HostFile({{"0", "1.50"}, {"10", "4"}});
+        QVERIFY(WriteAll(m_file, content));
         const std::pair<QString, QString> cases[] = {{},
                                                      {u"DISPLAY"_s, u":4095"_s},  // no answer
                                                      {u"QT_QPA_PLATFORM"_s, u"nothing"_s}};
+        const QStringList profile = {u"daily"_s, u"edit"_s};
+        const std::tuple<QString, QStringList, QByteArray> programs[] = {
+            {m_host, profile, "result: -1\nname: \n"},
+            {kCHost, profile, "result: -1\nname: \n"},
+            {HostRun::ProgramPath(), {m_file}, ""}};
         for (const auto& [variable, value] : cases) {
             QProcessEnvironment environment = m_screen.Environment();
             environment.remove(u"DISPLAY"_s);
             environment.remove(u"QT_QPA_PLATFORM"_s);
             if (!variable.isEmpty())
                 environment.insert(variable, value);
-            for (const QString& program : {m_host, kCHost}) {
+            for (const auto& [program, arguments, output] : programs) {
                 QProcess host;
                 host.setProcessEnvironment(environment);
-                host.start(program, {u"daily"_s, u"edit"_s});
+                host.start(program, arguments);
                 QVERIFY(host.waitForFinished());
                 QCOMPARE(host.exitStatus(), QProcess::NormalExit);
-                QCOMPARE(host.readAllStandardOutput(), "result: -1\nname: \n");
+                QCOMPARE(host.exitCode(), 1);
+                QCOMPARE(host.readAllStandardOutput(), output);
+                const QByteArray error = host.readAllStandardError();
+                QVERIFY2(program == m_host || (error.count('\n') == 1 && error.endsWith('\n')),
+                         error.constData());
             }
         }
+        QCOMPARE(ReadAll(m_file), content);
     }
 };
 

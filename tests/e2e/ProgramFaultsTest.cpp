@@ -4,8 +4,10 @@
 #include "HostRun.h"
 #include "VirtualScreen.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QRandomGenerator>
 #include <QScopeGuard>
 #include <QTemporaryDir>
@@ -135,6 +137,29 @@ private slots:
                               fault == Fault::FolderGone ? u"nothing of ours; one message"_s
                                                          : u"nothing; old content, one message"_s,
                               Command()});
+    }
+
+    void SaysThatMemoryDoesNotSuffice() {
+        if (kSanitized)
+            QSKIP("the sanitizers need more room than there is");
+        constexpr rlim_t kRoom = rlim_t{2} << 30;
+        QFile file(m_file);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(2 * qint64{kRoom}));
+        const QDateTime written = QFileInfo(file).lastModified();
+        HostRun host(m_screen);
+        host.Program().setProcessChannelMode(QProcess::SeparateChannels);
+        host.Program().setChildProcessModifier([] {
+            const rlimit limits = {kRoom, kRoom};
+            (void)setrlimit(RLIMIT_AS, &limits);
+        });
+        host.Start({m_file});
+        QVERIFY(host.PassMessage());
+        QVERIFY(!host.HasEnded());
+        QCOMPARE(host.Program().exitStatus(), QProcess::NormalExit);
+        QCOMPARE(host.Program().exitCode(), 1);
+        const QByteArray error = host.Program().readAllStandardError();
+        QVERIFY2(error.contains("not enough memory"), error.constData());
+        QCOMPARE(QFileInfo(file).lastModified(), written);
     }
 };
 
