@@ -369,23 +369,26 @@ void ProfileSession::EnterValue(int row, const QString& text) {
     RecordChange(before, row, column_before);
 }
 
-// With `text` as its time row `row` would show the same as all rows up to `target`: moved there it
-// stands as it did.
+// Whether a move of the row with `text` as its time would leave all texts as they stand.
 bool ProfileSession::PassesTwinsOnly(int row, int target, const QString& text) const {
     const QString value = m_table.CellText(row, kValue);
     const int step = target < row ? -1 : 1;
     int passed = row;
-    while (passed != target && m_table.CellText(passed + step, kLabel) == text &&
-           m_table.CellText(passed + step, kValue) == value)
+    const auto is_twin = [&] {
+        return m_table.CellText(passed, kLabel) == text &&
+               m_table.CellText(passed, kValue) == value;
+    };
+    while (passed != target && is_twin())
         passed += step;
-    return passed == target;
+    return row != target && is_twin() && passed == target && RewrittenNumber(text) == text &&
+           RewrittenNumber(value) == value;
 }
 
 void ProfileSession::EnterTime(int row, int target, const QString& text) {
     EndDrag();
     const RowState before = RowStateOf(row);
     if (PassesTwinsOnly(row, target, text))
-        target = row;
+        return;
     m_table.MoveRow(row, target, RewrittenNumber);
     m_table.SetCellText(target, kLabel, text);
     RecordChange(before, target, {});

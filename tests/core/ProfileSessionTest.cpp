@@ -656,17 +656,17 @@ private slots:
 
     // A point that only passes its twins changes nothing.
     void timesOfTwins() {
-        Bench bench(Function, u"1.50|1.50|1.50|2"_s);
+        Bench bench(Function, u"1|1|1|2"_s);
         bench.session->EnterValue(4, u"9"_s);
         QVERIFY(bench.session->Undo());
         const QStringList before = Everything(*bench.session);
-        bench.session->EnterTime(1, 3, u"1.50"_s);
-        bench.session->EnterTime(3, 1, u"1.50"_s);
+        bench.session->EnterTime(1, 3, u"1"_s);
+        bench.session->EnterTime(3, 1, u"1"_s);
         QCOMPARE(Everything(*bench.session), before);
-        bench.session->EnterTime(4, 1, u"1.50"_s);
-        QCOMPARE(bench.Values(), Texts(u"2|1.5*3"_s));
+        bench.session->EnterTime(4, 1, u"1"_s);
+        QCOMPARE(bench.Values(), Texts(u"2|1*3"_s));
         QVERIFY(bench.session->Undo());
-        QCOMPARE(bench.Values(), Texts(u"1.5*3|2"_s));
+        QCOMPARE(bench.Values(), Texts(u"1*3|2"_s));
     }
 
     void removeRows() {
