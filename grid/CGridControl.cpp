@@ -237,12 +237,17 @@ void CGridControl::OnLeaveRow(int row, int column) {
 }
 
 void CGridControl::mousePressEvent(QMouseEvent* event) {
+    // The right button opens the menu for what is selected.
+    if (event->button() == Qt::RightButton)
+        return;
     m_header_selection = false;
     QTableView::mousePressEvent(event);
 }
 
 void CGridControl::keyPressEvent(QKeyEvent* event) {
-    if (OnGridKeyDown(event->key(), event->modifiers()) || CannotBeginEntry(*event)) {
+    // The view would copy by itself, past the rules, where the dialog's command is disabled.
+    if (event->matches(QKeySequence::Copy) || OnGridKeyDown(event->key(), event->modifiers()) ||
+        CannotBeginEntry(*event)) {
         event->accept();
         return;
     }

@@ -34,6 +34,19 @@ constexpr int kGapBelowGrid = 6;
 constexpr int kRightPart = 247;
 constexpr int kBottomPart = 190;
 
+// The entry's own shortcut and, to copy and to paste, all that the platform has for it.
+QList<QKeySequence> ShortcutsOf(const MenuEntry& entry) {
+    QList<QKeySequence> shortcuts;
+    if (entry.id == kMenuCopy)
+        shortcuts = QKeySequence::keyBindings(QKeySequence::Copy);
+    if (entry.id == kMenuPaste)
+        shortcuts = QKeySequence::keyBindings(QKeySequence::Paste);
+    const QKeySequence own(entry.shortcut.toString());
+    shortcuts.removeAll(own);
+    shortcuts.prepend(own);
+    return shortcuts;
+}
+
 // What the grid of a kind has more than that of the template.
 QSize GridBeyondTemplate(const KindDescriptor& facts) {
     return ProfileGridSize(facts.columnsWidth(), facts.rows, facts.header_height) -
@@ -168,7 +181,7 @@ void CDlgGridChart::CreateMenu() {
             continue;
         }
         QAction* const action = m_menu->addAction(entry.caption.toString());
-        action->setShortcut(QKeySequence(entry.shortcut.toString()));
+        action->setShortcuts(ShortcutsOf(entry));
         m_actions.insert(entry.id, action);
     }
     const std::pair<int, QKeySequence> without_entry[] = {{kAdd, Qt::Key_Insert},

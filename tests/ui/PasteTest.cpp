@@ -1,5 +1,6 @@
 // Copy and paste between the grid and the system clipboard.
 
+#include "KindDialog.h"
 #include "SessionBench.h"
 #include "grid/CGridControl.h"
 #include "grid/EntryStore.h"
@@ -295,6 +296,7 @@ private slots:
             shown.messages.Expect(kNoRoom);
             shown.PasteText(Numbers(rows + 1));
             QCOMPARE(shown.Headers(), headers);
+            QTest::mouseClick(shown.grid->viewport(), Qt::RightButton, {}, QPoint(10, 30));
             shown.PasteText(QStringList(rows, u"1,0"_s).join(u'\n'));
             QCOMPARE(shown.Headers(), renamed);
             const QStringList column = shown.Column(2);
@@ -461,6 +463,31 @@ private slots:
         QVERIFY(shown.session->Undo());
         QCOMPARE(shown.Column(2), Texts(u"1|100*6"_s));
         QVERIFY(shown.session->Undo() && !shown.session->canUndo());
+    }
+
+    // All keys that the platform has for copying and pasting run the commands, or nothing.
+    void Keys() {
+        const MessageScript messages;
+        for (const auto& [mode, copied] :
+             {std::pair(DisplayMode::Edit, u"1100"_s), std::pair(DisplayMode::View, u"old"_s)}) {
+            for (const auto& [copy, paste] :
+                 {std::pair(Qt::Key_C, Qt::Key_V), std::pair(Qt::Key_Insert, Qt::Key_Insert)}) {
+                const KindDialog shown(Function, mode);
+                shown.Run([&, copy = copy, paste = paste, copied = copied] {
+                    QGuiApplication::clipboard()->setText(u"old"_s);
+                    const auto press = [&](Qt::Key key, Qt::KeyboardModifier modifier) {
+                        QTest::keyClick(shown.dialog->windowHandle(), key, modifier);
+                    };
+                    const QString before = shown.Column(2).value(4);
+                    shown.Grid()->SelectCell(3, 2);
+                    press(copy, Qt::ControlModifier);
+                    QCOMPARE(ClipboardText(), copied);
+                    shown.Grid()->SelectCell(5, 2);
+                    press(paste, paste == Qt::Key_V ? Qt::ControlModifier : Qt::ShiftModifier);
+                    QCOMPARE(shown.Column(2).value(4), mode == DisplayMode::View ? before : copied);
+                });
+            }
+        }
     }
 
     void ViewOnly() {
