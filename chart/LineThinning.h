@@ -61,7 +61,7 @@ void ForEachMarker(std::span<const double> xs, std::span<const double> ys, const
         const QPointF place(x_pixels(xs[i]), y_pixels(ys[i]));
         if (former && !due) {
             const QPointF way = place - *former;
-            if (std::hypot(way.x(), way.y()) < kMarkerDistance)
+            if (QPointF::dotProduct(way, way) < kMarkerDistance * kMarkerDistance)
                 continue;
             if (std::abs(way.x()) < kMarkerDistance && density.IsDense(place.x()))
                 continue;
