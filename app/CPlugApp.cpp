@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <new>
 #include <stdexcept>
 #include <tuple>
 #include <utility>
@@ -48,6 +49,18 @@ bool CPlugApp::eventFilter(QObject* object, QEvent* event) {
             this, [] { setWindowIcon(WindowIcon()); }, Qt::QueuedConnection);
     }
     return QApplication::eventFilter(object, event);
+}
+
+bool CPlugApp::notify(QObject* object, QEvent* event) {
+    try {
+        return QApplication::notify(object, event);
+    } catch (const std::bad_alloc&) {
+        // A box over a window that cannot be painted would have it painted again.
+        const QEvent::Type type = event->type();
+        if (type != QEvent::Paint && type != QEvent::UpdateRequest && type != QEvent::Expose)
+            ShowMessage(u"There is not enough memory for this."_s);
+        return true;
+    }
 }
 
 bool CPlugApp::InitInstance() {

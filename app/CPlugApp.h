@@ -16,6 +16,9 @@ class CPlugApp : public QApplication {
 public:
     CPlugApp(int& argc, char** argv);
 
+    /// What a command lacks memory for is told and left out: the dialog stays, with all edits.
+    bool notify(QObject* object, QEvent* event) override;
+
     /// Does the whole run. Always false: there is no message loop to enter afterwards.
     bool InitInstance();
 
