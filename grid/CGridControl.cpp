@@ -12,7 +12,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
-#include <utility>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -36,15 +36,52 @@ QList<int> Distinct(QList<int> numbers) {
     return numbers;
 }
 
+// The selection of the grid and its headers. While a header is pressed only the selection changes:
+// a header cell is no row of the function, so the current cell stays where it is.
+class CellSelection : public QItemSelectionModel {
+public:
+    using QItemSelectionModel::QItemSelectionModel;
+
+    void KeepCurrent(bool keep) { m_keep_current = keep; }
+
+    void setCurrentIndex(const QModelIndex& index, SelectionFlags command) override {
+        if (!m_keep_current)
+            QItemSelectionModel::setCurrentIndex(index, command);
+    }
+
+private:
+    bool m_keep_current = false;
+};
+
 // A header that the grid gives its size, so that no title need be measured.
 class FixedHeader : public QHeaderView {
 public:
-    FixedHeader(Qt::Orientation orientation, QWidget* parent) : QHeaderView(orientation, parent) {
+    FixedHeader(Qt::Orientation orientation, CGridControl* grid)
+        : QHeaderView(orientation, grid), m_grid(grid) {
         setSectionsClickable(true);
         setHighlightSections(true);
     }
 
     QSize sizeHint() const override { return minimumSize(); }
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override {
+        m_grid->CommitOpenEditor();
+        Selection()->KeepCurrent(true);
+        QHeaderView::mousePressEvent(event);
+        Selection()->KeepCurrent(false);
+    }
+
+    void mouseMoveEvent(QMouseEvent* event) override {
+        Selection()->KeepCurrent(true);
+        QHeaderView::mouseMoveEvent(event);
+        Selection()->KeepCurrent(false);
+    }
+
+private:
+    CellSelection* Selection() const { return static_cast<CellSelection*>(selectionModel()); }
+
+    CGridControl* m_grid;
 };
 
 }  // namespace
@@ -57,6 +94,8 @@ CGridControl::CGridControl(ProfileSession* session, QWidget* parent)
     setHorizontalHeader(new FixedHeader(Qt::Horizontal, this));
     setVerticalHeader(new FixedHeader(Qt::Vertical, this));
     setModel(&m_session->table());
+    const std::unique_ptr<QItemSelectionModel> standard(selectionModel());
+    setSelectionModel(new CellSelection(model(), this));
     setItemDelegate(m_delegate);
     setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
     setSelectionMode(ExtendedSelection);
@@ -142,19 +181,40 @@ bool CGridControl::CommitOpenEditor() {
     return m_entry_accepted;
 }
 
+void CGridControl::DropOpenEditor() {
+    if (QWidget* const editor = m_delegate->OpenEditor())
+        closeEditor(editor, QAbstractItemDelegate::RevertModelCache);
+}
+
+// The current cell follows its row once the editor is closed; a new current cell would close it
+// while its entry is being stored. What the user has made current meanwhile stays current.
+void CGridControl::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+    QTableView::closeEditor(editor, hint);
+    const auto moved = std::exchange(m_moved_entry, std::nullopt);
+    if (moved && currentIndex() == moved->first)
+        SelectCell(moved->second, currentIndex().column() + 1);
+}
+
+bool CGridControl::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
+    if ((editTriggers() & trigger) && model()->flags(index).testFlag(Qt::ItemIsEditable) &&
+        GridCellDelegate::IsTooLong(index)) {
+        ShowMessage(u"Ce texte est trop long pour être modifié."_s, MessageIcon::Information);
+        return true;
+    }
+    return QTableView::edit(index, trigger, event);
+}
+
 bool CGridControl::ValidateEntry(int row, int column, const QString& text) {
-    // The message about a refused entry takes the focus from its editor, which then offers the same
-    // entry once more.
-    if (m_validating)
-        return false;
     if (column == ProfileTable::kNameColumn && OnProfileChoice(row, text))
         return true;
-    m_validating = true;
     const std::optional<int> stored = StoreEntry(*m_session, row, column, text);
-    m_validating = false;
     m_entry_accepted = stored.has_value();
-    if (stored && *stored != row)
-        SelectCell(*stored, column);
+    if (stored && *stored != row) {
+        if (m_delegate->OpenEditor() != nullptr)
+            m_moved_entry = {model()->index(row - 1, column - 1), *stored};
+        else
+            SelectCell(*stored, column);
+    }
     return m_entry_accepted;
 }
 
@@ -186,8 +246,9 @@ GridSelection CGridControl::Selection() const {
 
 void CGridControl::SelectCell(int row, int column) {
     // Whatever modifier keys are down: the cell alone is selected.
-    selectionModel()->setCurrentIndex(model()->index(row - 1, column - 1),
-                                      QItemSelectionModel::ClearAndSelect);
+    const QModelIndex cell = model()->index(row - 1, column - 1);
+    selectionModel()->setCurrentIndex(cell, QItemSelectionModel::ClearAndSelect);
+    scrollTo(cell);
 }
 
 QList<int> CGridControl::SelectedRows() const {
@@ -206,15 +267,30 @@ QList<int> CGridControl::SelectedColumns() const {
     return Distinct(std::move(columns));
 }
 
-void CGridControl::AnnounceCurrentRow() {
-    if (currentIndex().isValid())
-        OnEnterRow(currentIndex().row() + 1, currentIndex().column() + 1);
+void CGridControl::SettleCurrentCell() {
+    const QModelIndex cell = currentIndex().isValid() ? currentIndex() : model()->index(0, 0);
+    if (!cell.isValid())
+        return;
+    SelectCell(cell.row() + 1, cell.column() + 1);
+    OnEnterRow(cell.row() + 1, cell.column() + 1);
 }
 
 void CGridControl::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     OnLeaveRow(previous.row() + 1, previous.column() + 1);
     OnEnterRow(current.row() + 1, current.column() + 1);
     QTableView::currentChanged(current, previous);
+}
+
+// The views move on without selecting while Ctrl is down.
+QItemSelectionModel::SelectionFlags CGridControl::selectionCommand(const QModelIndex& index,
+                                                                   const QEvent* event) const {
+    const QItemSelectionModel::SelectionFlags command = QTableView::selectionCommand(index, event);
+    if (command != QItemSelectionModel::NoUpdate || event == nullptr ||
+        event->type() != QEvent::KeyPress)
+        return command;
+    return static_cast<const QKeyEvent*>(event)->modifiers().testFlag(Qt::ShiftModifier)
+               ? QItemSelectionModel::SelectCurrent
+               : QItemSelectionModel::ClearAndSelect;
 }
 
 // A character opens the editor of the current cell; one that no number holds would only open it.
@@ -241,6 +317,8 @@ void CGridControl::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::RightButton)
         return;
     m_header_selection = false;
+    if (!indexAt(event->pos()).isValid())
+        CommitOpenEditor();
     QTableView::mousePressEvent(event);
 }
 
@@ -259,7 +337,7 @@ bool CGridControl::OnGridKeyDown(int key, Qt::KeyboardModifiers modifiers) {
     switch (key) {
         case kHelpKey:
             if (backward) {
-                ShowMessage(u"Help!"_s);
+                ShowMessage(u"Help!"_s, MessageIcon::None);
                 return true;
             }
             [[fallthrough]];
@@ -294,7 +372,7 @@ void CGridControl::EndEditing(int key, Qt::KeyboardModifiers modifiers) {
     switch (key) {
         case Qt::Key_Up:
             if (currentIndex().row() > 0)
-                setCurrentIndex(currentIndex().siblingAtRow(currentIndex().row() - 1));
+                SelectCell(currentIndex().row(), currentIndex().column() + 1);
             break;
         case Qt::Key_Down:
         case Qt::Key_Return:
@@ -306,5 +384,5 @@ void CGridControl::EndEditing(int key, Qt::KeyboardModifiers modifiers) {
 void CGridControl::MoveDown() {
     const QModelIndex current = currentIndex();
     if (current.isValid() && current.row() + 1 < model()->rowCount())
-        setCurrentIndex(current.siblingAtRow(current.row() + 1));
+        SelectCell(current.row() + 2, current.column() + 1);
 }

@@ -5,6 +5,9 @@
 #include <QList>
 #include <QTableView>
 
+#include <optional>
+#include <utility>
+
 class GridCellDelegate;
 class ProfileSession;
 
@@ -23,10 +26,14 @@ public:
     /// Ends an open cell editor and stores its entry. False when the entry was refused.
     bool CommitOpenEditor();
 
+    /// Ends an open cell editor; its entry is given up.
+    void DropOpenEditor();
+
     /// Checks the entry `text` for a cell and, if it is right, stores it through the session. False
     /// when it is refused; the cell then keeps its text.
     bool ValidateEntry(int row, int column, const QString& text);
 
+    /// Makes the cell the current and the only selected one, and brings it into view.
     void SelectCell(int row, int column);
 
     /// The rows and columns that hold a selected cell, in order.
@@ -39,8 +46,9 @@ public:
     /// Pastes the clipboard from the first selected cell on.
     void PasteSelection();
 
-    /// Tells again which row is current, after rows came or went.
-    void AnnounceCurrentRow();
+    /// After rows came or went: selects the current cell, the first one if there is none, and tells
+    /// again which row it is in.
+    void SettleCurrentCell();
 
 signals:
     void RowEntered(int row);
@@ -50,9 +58,13 @@ signals:
     void ProfileCommandChosen(int row, const QString& choice);
 
 protected:
+    void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* event) const override;
 
 private:
     void LayoutProfileGrid();
@@ -71,6 +83,8 @@ private:
     GridCellDelegate* m_delegate;
     GridClipboard m_clipboard;
     bool m_header_selection = false;  // the selection was made by a press on a column's header
-    bool m_validating = false;
     bool m_entry_accepted = true;
+
+    // An entry moved the row of its editor, which is still open: from the cell to the row.
+    std::optional<std::pair<QPersistentModelIndex, int>> m_moved_entry;
 };

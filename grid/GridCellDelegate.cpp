@@ -51,6 +51,10 @@ bool GridCellDelegate::IsNumberText(const QString& text) {
     return NumberCharacters().match(text).hasMatch();
 }
 
+bool GridCellDelegate::IsTooLong(const QModelIndex& index) {
+    return index.data(Qt::EditRole).toString().size() > kLongestEdited;
+}
+
 QWidget* GridCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
                                         const QModelIndex& index) const {
     if (const QStringList choices = ChoicesOf(index); !choices.isEmpty()) {
@@ -71,7 +75,7 @@ QWidget* GridCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
         m_editor = list;
         return list;
     }
-    if (index.data(Qt::EditRole).toString().size() > kLongestEdited)
+    if (IsTooLong(index))
         return nullptr;
     auto* const line = new QLineEdit(parent);
     line->setFrame(false);
@@ -134,6 +138,10 @@ bool GridCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
 }
 
 bool GridCellDelegate::eventFilter(QObject* object, QEvent* event) {
+    // Only the window went to the back; a message box is a window too.
+    if (event->type() == QEvent::FocusOut &&
+        static_cast<QFocusEvent*>(event)->reason() == Qt::ActiveWindowFocusReason)
+        return false;
     if (event->type() == QEvent::KeyPress && object == m_editor) {
         const auto* const press = static_cast<QKeyEvent*>(event);
         const int key = press->key();

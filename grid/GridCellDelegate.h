@@ -4,8 +4,9 @@
 #include <QStyledItemDelegate>
 
 /// Makes the editors of the grid's cells: a line that takes only what a number can hold, or the
-/// list of choices where the cell has one. An editor whose text was not changed stores nothing. A
-/// cell whose text is too long for a line has no editor.
+/// list of choices where the cell has one. An editor whose text was not changed stores nothing, and
+/// one stays open while another window is in front. A cell whose text is too long for a line has no
+/// editor.
 class GridCellDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -14,6 +15,9 @@ public:
 
     /// Whether `text` holds nothing but characters of numbers; also true of parts of one.
     static bool IsNumberText(const QString& text);
+
+    /// Whether the cell's text is too long to be edited.
+    static bool IsTooLong(const QModelIndex& index);
 
     /// The editor that is open now, or nullptr.
     QWidget* OpenEditor() const { return m_editor; }

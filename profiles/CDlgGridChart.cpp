@@ -12,6 +12,7 @@
 #include "profiles/MeanLabel.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -115,6 +116,7 @@ bool CDlgGridChart::OnInitDialog() {
     resize(minimumSize());
     PlaceControls();
     UpdateState();
+    m_grid->SettleCurrentCell();
     m_grid->setFocus();
     return true;
 }
@@ -130,9 +132,17 @@ void CDlgGridChart::CreateControls() {
     m_mean->setVisible(m_session.facts().coefficients);
     m_controls[kHelp]->setVisible(m_session.facts().rows > 0);
     for (const Command& command : kCommands) {
-        if (auto* const button = qobject_cast<QAbstractButton*>(m_controls.value(command.id)))
+        auto* const button = qobject_cast<QAbstractButton*>(m_controls.value(command.id));
+        if (command.id == kEdition) {
+            // Assistive tools switch the box without a click.
+            connect(button, &QAbstractButton::toggled, this, [this, &command](bool on) {
+                if (on != m_session.isEdition())
+                    RunCommand(command);
+            });
+        } else if (button != nullptr) {
             connect(button, &QAbstractButton::clicked, this,
                     [this, &command] { RunCommand(command); });
+        }
     }
 }
 
@@ -170,6 +180,7 @@ QWidget* CDlgGridChart::CreateControl(const ControlTemplate& control) {
     // A click leaves the focus where it is, so that an open cell editor is committed by the command
     // itself, which then does not run if the entry is refused.
     button->setFocusPolicy(Qt::TabFocus);
+    button->installEventFilter(this);
     return button;
 }
 
@@ -221,10 +232,11 @@ void CDlgGridChart::CreateChart() {
 void CDlgGridChart::Connect() {
     connect(m_grid, &CGridControl::ProfileCommandChosen, this, &CDlgGridChart::OnProfileCommand);
     connect(&m_session, &ProfileSession::StateChanged, this, &CDlgGridChart::UpdateState);
+    connect(&m_session, &ProfileSession::CellRestored, m_grid, &CGridControl::SelectCell);
     const ProfileTable* const table = &m_session.table();
     const auto rows_changed = [this] {
         PlaceControls();
-        m_grid->AnnounceCurrentRow();
+        m_grid->SettleCurrentCell();
     };
     connect(table, &QAbstractItemModel::rowsInserted, this, rows_changed);
     connect(table, &QAbstractItemModel::rowsRemoved, this, rows_changed);
@@ -295,6 +307,7 @@ void CDlgGridChart::PlaceControls() {
 }
 
 void CDlgGridChart::EndDialog(int result) {
+    m_grid->DropOpenEditor();
     m_result = result;
     done(result);
 }
@@ -411,6 +424,37 @@ void CDlgGridChart::reject() {
 
 void CDlgGridChart::contextMenuEvent(QContextMenuEvent* event) {
     m_menu->popup(event->globalPos());
+}
+
+// A box or dialog over this window has gone. Window managers give the keyboard to the window below
+// the one that was closed, and when two were closed at once to one that is no longer there.
+bool CDlgGridChart::event(QEvent* event) {
+    if (event->type() == QEvent::WindowUnblocked) {
+        const auto activate = [this] {
+            if (QApplication::activeModalWidget() == this)
+                activateWindow();
+        };
+        QMetaObject::invokeMethod(this, activate, Qt::QueuedConnection);
+    }
+    return QDialog::event(event);
+}
+
+// A button that is disabled keeps the mouse to itself; here it is a part of the dialog like any.
+bool CDlgGridChart::eventFilter(QObject* object, QEvent* event) {
+    const auto* const button = qobject_cast<QAbstractButton*>(object);
+    if (button != nullptr && !button->isEnabled()) {
+        if (event->type() == QEvent::ContextMenu)
+            contextMenuEvent(static_cast<QContextMenuEvent*>(event));
+        else if (event->type() == QEvent::MouseButtonPress)
+            m_grid->CommitOpenEditor();
+    }
+    return QDialog::eventFilter(object, event);
+}
+
+// A click beside all controls ends an entry like any other click.
+void CDlgGridChart::mousePressEvent(QMouseEvent* event) {
+    m_grid->CommitOpenEditor();
+    QDialog::mousePressEvent(event);
 }
 
 // Enter presses the button that has the focus and nothing else: the dialog has no default button.

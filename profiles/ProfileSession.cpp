@@ -11,6 +11,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -275,6 +276,25 @@ void ProfileSession::RestoreRow(const RowState& from, const RowState& to) {
     m_table.SetCellText(row, kLabel, to.label);
     m_table.SetCellText(row, kValue, to.value);
     m_table.SetCellText(row, kName, to.name);
+    const bool is_value = from.label == to.label && from.name == to.name;
+    emit CellRestored(row, is_value ? kValue : from.label != to.label ? kLabel : kName);
+}
+
+// The others followed the row that the user had changed: none of them by more than it.
+void ProfileSession::RestoreColumn(const QStringList& column) {
+    const QStringList former = m_table.Column(kValue);
+    m_table.SetColumn(kValue, column);
+    int row = 0;
+    float largest = -1.0F;
+    for (int i = 0; i < m_table.RowCount(); ++i) {
+        const float change = std::abs(EnglishAtof(column.value(i)) - EnglishAtof(former[i]));
+        if (column.value(i) != former[i] && change > largest) {
+            largest = change;
+            row = i + 1;
+        }
+    }
+    if (row > 0)
+        emit CellRestored(row, kValue);
 }
 
 bool ProfileSession::Undo() {
@@ -283,7 +303,7 @@ bool ProfileSession::Undo() {
         return false;
     if (facts().coefficients) {
         if (const auto column = m_history.UndoSnapshot(m_table.Column(kValue)))
-            m_table.SetColumn(kValue, *column);
+            RestoreColumn(*column);
     } else if (const auto step = m_history.UndoStep()) {
         RestoreRow(step->after, step->before);
     }
@@ -297,7 +317,7 @@ bool ProfileSession::Redo() {
         return false;
     if (facts().coefficients) {
         if (const auto column = m_history.RedoSnapshot())
-            m_table.SetColumn(kValue, *column);
+            RestoreColumn(*column);
     } else if (const auto step = m_history.RedoStep()) {
         RestoreRow(step->before, step->after);
     }
@@ -311,8 +331,12 @@ bool ProfileSession::RemoveRows(const QList<int>& rows) {
     there.removeIf([this](int row) { return row < 1 || row > m_table.RowCount(); });
     std::sort(there.begin(), there.end());
     there.erase(std::unique(there.begin(), there.end()), there.end());
-    if (!canAdd() || there.isEmpty() || m_table.RowCount() - there.size() < kFewestPoints)
+    if (!canAdd() || there.isEmpty())
         return false;
+    if (m_table.RowCount() - there.size() < kFewestPoints) {
+        ShowMessage(u"Deux points au moins doivent rester."_s, MessageIcon::Information);
+        return false;
+    }
     m_history.Reset();
     m_table.RemoveRows(there);
     Changed();

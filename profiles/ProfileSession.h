@@ -96,11 +96,12 @@ public:
     /// Edition mode on: coefficients are edited freely. Off: they are rescaled at once.
     void SetEdition(bool on);
 
-    /// Undo and redo write the table directly. False when there was nothing to do.
+    /// Undo and redo write the table directly and say where. False when there was nothing to do.
     bool Undo();
     bool Redo();
 
-    /// Removes the selected rows of a function; at least two always stay. False when nothing went.
+    /// Removes the selected rows of a function. A selection that would leave fewer than two is
+    /// refused with a message. False when nothing went.
     bool RemoveRows(const QList<int>& rows);
 
     /// Inserts a point at `row`. Records no step; see `ForgetHistory`.
@@ -145,6 +146,10 @@ signals:
     /// Something that captions, buttons or menu entries depend on has changed.
     void StateChanged();
 
+    /// An undo or a redo has changed this cell; where it changed more than one, the one that the
+    /// user had changed.
+    void CellRestored(int row, int column);
+
 private:
     struct Drag {
         RowState before;
@@ -153,6 +158,7 @@ private:
 
     RowState RowStateOf(int row) const;
     void RestoreRow(const RowState& from, const RowState& to);
+    void RestoreColumn(const QStringList& column);
     void FillDefaults();
     void FillFromLists();
     bool FillFromFile();

@@ -682,6 +682,8 @@ private slots:
             bench.session->EnterValue(1, u"1.0"_s);
             bench.session->Undo();
             const QStringList before = Everything(*bench.session);
+            if (left.isEmpty() && rows.contains(1))
+                bench.messages.Expect(u"Deux points au moins doivent rester."_s);
             QCOMPARE(bench.session->RemoveRows(rows), !left.isEmpty());
             if (left.isEmpty()) {
                 QCOMPARE(Everything(*bench.session), before);

@@ -147,6 +147,12 @@ private slots:
         const FunctionDialog shown(4);
         shown.Run([&] {
             const auto marked = [&] { return shown.Document().Highlighted(); };
+            const auto current_is_selected = [&] {
+                return shown.Grid()->selectionModel()->selectedIndexes() ==
+                       QModelIndexList{shown.Grid()->currentIndex()};
+            };
+            QCOMPARE(marked(), std::set{0});
+            QVERIFY(current_is_selected());
             shown.Grid()->SelectCell(3, 1);
             QCOMPARE(marked(), std::set{2});
             shown.Grid()->SelectCell(1, 2);
@@ -158,7 +164,27 @@ private slots:
             shown.Grid()->SelectCell(2, 2);
             shown.Click(kRemove);
             QCOMPARE(marked(), std::set{shown.Grid()->currentIndex().row()});
+            QVERIFY(current_is_selected());
         });
+    }
+
+    void UndoGoesToTheChangedRow() {
+        for (const ProfileKind kind : {ProfileKind::Function, ProfileKind::Daily}) {
+            const KindDialog shown(kind, DisplayMode::Edit, 24);
+            shown.Run([&] {
+                CGridControl& grid = *shown.Grid();
+                QVERIFY(grid.ValidateEntry(21, 2, u"3"_s));
+                for (const int command : {kUndo, kRedo}) {
+                    grid.SelectCell(1, 1);
+                    shown.Click(command);
+                    QCOMPARE(grid.currentIndex(), grid.model()->index(20, 1));
+                    grid.verticalScrollBar()->setValue(0);
+                }
+                // Also where it is current already.
+                shown.Click(kUndo);
+                QVERIFY(grid.viewport()->rect().contains(grid.visualRect(grid.currentIndex())));
+            });
+        }
     }
 
     void CancelAsks() {
@@ -222,11 +248,14 @@ private slots:
 
     void RemovePoints() {
         const FunctionDialog shown(5);
+        MessageScript script;
         shown.Run([&] {
             shown.Grid()->ValidateEntry(1, 2, u"5"_s);
-            // All but one: nothing goes, and what can be undone stays.
+            // All: nothing goes, and what can be undone stays.
             shown.Grid()->selectAll();
+            script.Expect(u"Deux points au moins doivent rester."_s);
             shown.Click(kRemove);
+            QVERIFY2(script.Done(), qPrintable(script.Report()));
             shown.Grid()->clearSelection();
             shown.Click(kRemove);
             QCOMPARE(shown.Column(1).size(), 5);

@@ -3,6 +3,7 @@
 #include "KindDialog.h"
 #include "MessageScript.h"
 
+#include <QAccessible>
 #include <QMenu>
 
 using namespace Qt::StringLiterals;
@@ -102,6 +103,12 @@ private slots:
                     press(annual, kEdition);
                     QCOMPARE(annual.dialog->session().isEdition(), on);
                 }
+                // An assistive tool sends no click.
+                auto* const box = QAccessible::queryAccessibleInterface(annual.Control(kEdition));
+                for (const bool on : {true, false}) {
+                    box->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+                    QCOMPARE(annual.dialog->session().isEdition(), on);
+                }
             });
         }
     }
@@ -122,6 +129,12 @@ private slots:
                 QTest::keyClick(menu, Qt::Key_Escape);
                 QVERIFY(!menu->isVisible() && shown.dialog->isVisible());
             }
+            // The mouse opens it on a control that is disabled too.
+            QVERIFY(!shown.Control(kUndo)->isEnabled());
+            QTest::mouseClick(shown.dialog->windowHandle(), Qt::RightButton, {},
+                              shown.Control(kUndo)->geometry().center());
+            QVERIFY(QApplication::activePopupWidget() != nullptr);
+            QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
             // A command can be chosen from it.
             QVERIFY(shown.Grid()->ValidateEntry(1, 2, u"5"_s));
             QMenu* const menu = open(kGrid);
