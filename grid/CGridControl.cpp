@@ -351,7 +351,6 @@ bool CGridControl::OnGridKeyDown(int key, Qt::KeyboardModifiers modifiers) {
             break;
         case Qt::Key_Return:
         case Qt::Key_Enter: MoveDown(); return true;
-        case Qt::Key_Delete: return true;  // would open an editor only to empty it
         default: return false;
     }
     const ProfileTable& table = m_session->table();
