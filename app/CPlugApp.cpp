@@ -1,5 +1,6 @@
 #include "app/CPlugApp.h"
 
+#include "app/FileReplace.h"
 #include "app/Message.h"
 #include "app/WindowIcon.h"
 #include "profiles/CDlgGridChart.h"
@@ -8,6 +9,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <iterator>
 #include <new>
 #include <stdexcept>
 #include <tuple>
@@ -25,8 +27,15 @@ bool IsSwitch(const QString& argument) {
 #endif
 }
 
-// The first argument that is not a switch; "" when there is none.
-QString ExchangeFileName(const QStringList& arguments) {
+// The first argument that is not a switch; "" when there is none. The toolkit has taken its own
+// options out before. A name that is not UTF-8 is in the bytes only, other systems have texts only.
+QString ExchangeFileName([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
+#ifdef Q_OS_WIN
+    const QStringList arguments = QCoreApplication::arguments();
+#else
+    QStringList arguments;
+    std::transform(argv, argv + argc, std::back_inserter(arguments), PathFromBytes);
+#endif
     const auto found = std::find_if_not(
         arguments.cbegin() + std::min<qsizetype>(1, arguments.size()), arguments.cend(), IsSwitch);
     return found != arguments.cend() ? *found : QString();
@@ -34,7 +43,8 @@ QString ExchangeFileName(const QStringList& arguments) {
 
 }  // namespace
 
-CPlugApp::CPlugApp(int& argc, char** argv) : QApplication(argc, argv) {
+CPlugApp::CPlugApp(int& argc, char** argv)
+    : QApplication(argc, argv), m_exchange_file(ExchangeFileName(argc, argv)) {
     setApplicationName(u"function-editor"_s);
     setApplicationDisplayName(QString());
     setDesktopFileName(u"function-editor"_s);
@@ -64,35 +74,32 @@ bool CPlugApp::notify(QObject* object, QEvent* event) {
 }
 
 bool CPlugApp::InitInstance() {
-    m_exchange_file = std::make_unique<CPlugExchangeFile>(ExchangeFileName(arguments()));
-    m_parameters.setParameters(m_exchange_file.get());
+    m_parameters.setParameters(&m_exchange_file);
 
     SessionSetup setup;
     setup.kind = ProfileKind::Function;
     setup.mode = DisplayMode::Edit;
     setup.name = u"Function editor"_s;
     std::tie(setup.times, setup.values) = m_parameters.takePoints();
-    QStringList times;
-    QStringList values;
-    if (EditPoints(std::move(setup), times, values))
-        WriteBack(std::move(times), std::move(values));
+    CDlgGridChart dialog(std::move(setup));
+    dialog.SetAcceptance([this, &dialog] { return WriteBack(dialog); });
+    dialog.DoModal();
     return false;
 }
 
-// The dialog is gone at the end: a large function is then held once only.
-bool CPlugApp::EditPoints(SessionSetup setup, QStringList& times, QStringList& values) {
-    CDlgGridChart dialog(std::move(setup));
-    if (dialog.DoModal() != CDlgGridChart::kAccepted)
-        return false;
+// False when the dialog is to stay, for a write that can be tried again.
+bool CPlugApp::WriteBack(const CDlgGridChart& dialog) {
+    QStringList times;
+    QStringList values;
     dialog.CopyRowsTo(times, values);
-    return true;
-}
-
-void CPlugApp::WriteBack(QStringList times, QStringList values) {
     m_parameters.setPoints(std::move(times), std::move(values));
+    bool is_done = true;
     try {
-        m_parameters.writeFile();
+        is_done = m_parameters.writeFile();
     } catch (const std::invalid_argument& error) {
         ShowMessage(QString::fromLatin1(error.what()));
     }
+    // A second reference would turn the next edit into a copy of all rows.
+    m_parameters.clearPoints();
+    return is_done;
 }

@@ -3,11 +3,10 @@
 #include "app/CPlugExchangeFile.h"
 #include "app/CPlugParameters.h"
 #include "app/UserPrompts.h"
-#include "profiles/ProfileSession.h"
 
 #include <QApplication>
 
-#include <memory>
+class CDlgGridChart;
 
 /// The program: one pass from the exchange file through the dialog and back.
 class CPlugApp : public QApplication {
@@ -26,10 +25,9 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    bool EditPoints(SessionSetup setup, QStringList& times, QStringList& values);
-    void WriteBack(QStringList times, QStringList values);
+    bool WriteBack(const CDlgGridChart& dialog);
 
     UserPrompts m_prompts;
-    std::unique_ptr<CPlugExchangeFile> m_exchange_file;
+    CPlugExchangeFile m_exchange_file;
     CPlugParameters m_parameters;
 };

@@ -5,8 +5,9 @@
 #include "app/TraceLog.h"
 
 #include <QFile>
-#include <QFileInfo>
+#include <QHashFunctions>
 
+#include <algorithm>
 #include <optional>
 #include <stdexcept>
 #include <utility>
@@ -17,13 +18,40 @@ namespace {
 
 // Only a regular file has an end that can be waited for and a content that can be replaced.
 std::optional<QByteArray> ReadContent(const QString& path) {
-    QFile file(path);
-    if (path.isEmpty() || !QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+    QFile file;
+    if (!OpenRegularFile(file, path, QIODevice::ReadOnly))
         return std::nullopt;
     QByteArray content = file.readAll();
     if (file.error() != QFileDevice::NoError)
         return std::nullopt;
     return content;
+}
+
+// Contents are told apart by a hash that is made piece by piece, so that a file need not be in
+// memory whole.
+constexpr qsizetype kHashedPiece = 1024 * 1024;
+
+size_t HashOf(QByteArrayView content) {
+    size_t hash = 0;
+    while (!content.isEmpty()) {
+        const QByteArrayView piece = content.first(std::min(kHashedPiece, content.size()));
+        hash = qHashBits(piece.data(), static_cast<size_t>(piece.size()), hash);
+        content = content.sliced(piece.size());
+    }
+    return hash;
+}
+
+// Nothing for a file that cannot be read.
+std::optional<size_t> HashOfFile(const QString& path) {
+    QFile file;
+    if (!OpenRegularFile(file, path, QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return std::nullopt;
+    size_t hash = 0;
+    QByteArray piece(kHashedPiece, Qt::Uninitialized);
+    qint64 length = 0;
+    while ((length = file.read(piece.data(), piece.size())) > 0)
+        hash = qHashBits(piece.constData(), static_cast<size_t>(length), hash);
+    return length == 0 ? std::optional(hash) : std::nullopt;
 }
 
 // The line end that a file with this content is written with.
@@ -50,19 +78,19 @@ QByteArray AsArray(QByteArrayView line) {
 }  // namespace
 
 CPlugExchangeFile::CPlugExchangeFile(const QString& file_name)
-    : m_file_name(file_name),
-      m_path(file_name.isEmpty() ? QString() : QFileInfo(file_name).absoluteFilePath()) {
+    : m_shown_name(ShownPath(file_name)), m_path(AbsolutePath(file_name)) {
 }
 
 void CPlugExchangeFile::readFile() {
     m_loaded = false;
     std::optional<QByteArray> content = ReadContent(m_path);
     if (!content) {
-        ShowMessage(u"cplug: unable to open exchange file ! ("_s + m_file_name + u')');
+        ShowMessage(u"cplug: unable to open exchange file ! ("_s + m_shown_name + u')');
         return;
     }
     m_opened.clear();
     m_content = std::move(*content);
+    m_hash = HashOf(m_content);
     m_rebuilt = false;
     findLines();
     m_line_end = LineEndOf(m_content);
@@ -148,18 +176,25 @@ void CPlugExchangeFile::replaceInstructions(qsizetype index, qsizetype count,
     setRebuilt(std::move(content));
 }
 
-void CPlugExchangeFile::writeFile() {
+bool CPlugExchangeFile::writeFile() {
     if (!m_loaded)
-        return;
+        return true;
     if (!m_rebuilt || !m_opened.empty()) {
         QByteArray content;
         content.reserve(LikelySize(m_content));
         appendRebuilt(content, 0, instructionCount());
         setRebuilt(std::move(content));
     }
+    if (HashOfFile(m_path) != m_hash &&
+        !AskYesNo(u"The exchange file was changed by another program.\nReplace it ?"_s,
+                  u"Exchange file"_s))
+        return false;
     m_content.append(m_line_end);
     const bool written = ReplaceFile(m_path, m_content);
+    if (written)
+        m_hash = HashOf(m_content);
     m_content.chop(m_line_end.size());
     if (!written)
-        ShowMessage(u"cplug: unable to open exchange file for writing ! ("_s + m_file_name + u')');
+        ShowMessage(u"cplug: unable to open exchange file for writing ! ("_s + m_shown_name + u')');
+    return written;
 }

@@ -49,21 +49,24 @@ public:
     void requireRange(qsizetype index, qsizetype count) const;
 
     /// Writes all lines to the same path in one step, each rebuilt and with the line end the file
-    /// had. A refused write shows a message and leaves the file as it was. Nothing is written when
-    /// the last reading failed.
-    void writeFile();
+    /// had. Asks first when the file no longer holds the bytes that were read or written last. A
+    /// refused write shows a message and leaves the file as it was. Nothing is written, and nothing
+    /// to be tried again, when the last reading failed.
+    /// False when the write was refused, by the system or by the user: it can be tried again.
+    bool writeFile();
 
 private:
     void findLines();
     void appendRebuilt(QByteArray& out, qsizetype first, qsizetype last) const;
     void setRebuilt(QByteArray content);
 
-    QString m_file_name;
+    QString m_shown_name;
     QString m_path;
     QByteArray m_content;                            // the lines with line ends between them
     std::vector<qsizetype> m_starts;                 // where each line begins in the content
     std::map<qsizetype, CPlugInstruction> m_opened;  // lines that may have been changed
     bool m_rebuilt = false;  // the lines that are not opened stand in the content as written
     QByteArray m_line_end;
+    size_t m_hash = 0;  // of the bytes that were read or written last
     bool m_loaded = false;
 };

@@ -112,8 +112,9 @@ void CPlugParameters::addPoint(const CPlugPoint& point) {
 }
 
 void CPlugParameters::clearPoints() {
-    m_times.clear();
-    m_values.clear();
+    // Lists that are shared are given up; cleared, they would get new room of the same size.
+    m_times = {};
+    m_values = {};
 }
 
 std::pair<QStringList, QStringList> CPlugParameters::takePoints() {
@@ -124,8 +125,10 @@ void CPlugParameters::setPoints(QStringList times, QStringList values) {
     const qsizetype count = std::min(times.size(), values.size());
     m_times = std::move(times);
     m_values = std::move(values);
-    m_times.resize(count);
-    m_values.resize(count);
+    for (QStringList* const list : {&m_times, &m_values}) {
+        if (list->size() > count)  // else a shared list would be copied
+            list->resize(count);
+    }
 }
 
 CPlugPoint CPlugParameters::getPoint(qsizetype i) const {
@@ -134,11 +137,11 @@ CPlugPoint CPlugParameters::getPoint(qsizetype i) const {
     return {m_times[i], m_values[i]};
 }
 
-void CPlugParameters::writeFile() {
+bool CPlugParameters::writeFile() {
     const qsizetype count = getPointCount();
     if (count == 0) {
         ShowMessage(u"CPlugParameters::writeFile() error: first point required"_s);
-        return;
+        return true;
     }
     const qsizetype old_count = qsizetype{m_point_line_count} - 2;
     m_file->requireRange(kSecondPointLine, old_count);
@@ -156,5 +159,5 @@ void CPlugParameters::writeFile() {
                                         AppendPointLine(out, m_values[i], kValueComment, line_end);
                                     }
                                 });
-    m_file->writeFile();
+    return m_file->writeFile();
 }

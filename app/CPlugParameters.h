@@ -37,10 +37,11 @@ public:
 
     /// Puts the points into the lines of the file and writes it. The first point keeps the comments
     /// of the host's lines, the others get fixed ones. Without points a message is shown and
-    /// nothing is written.
+    /// nothing is written. False when the write was refused, by the system or by the user: it can
+    /// be tried again, with other points too.
     /// @throws std::invalid_argument when the declared old point lines are not inside the file; the
     /// file and its lines have not changed then
-    void writeFile();
+    bool writeFile();
 
 private:
     bool readHeader();

@@ -1,15 +1,31 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QFile>
 #include <QString>
 
-/// `path` with the working folder in front unless it is absolute or empty. Nothing is cleaned.
+// A path means what the system means by it: no function here cleans one, and ":x" is a file like
+// any other.
+
+/// The path with these bytes, as the system hands them over. Bytes that are not UTF-8 are kept:
+/// the functions below find that file. For messages see `ShownPath`.
+QString PathFromBytes(QByteArrayView bytes);
+
+/// The path for people: bytes that are not UTF-8 become U+FFFD.
+QString ShownPath(const QString& path);
+
+/// `path` with the working folder in front unless it is absolute or empty.
 QString AbsolutePath(const QString& path);
+
+/// Opens an existing regular file. False for all else, such as a pipe or a device, without waiting.
+bool OpenRegularFile(QFile& file, const QString& path, QIODevice::OpenMode mode);
 
 /// Replaces the content of the file at `path` by `bytes` in one step: either the whole new content
 /// stands there afterwards (true) or the whole old one (false), also after a crash. A symbolic link
-/// stays a link, the permissions stay, owner and group stay where the system permits it.
+/// stays a link. Owner, group, permissions, access list and extended attributes stay.
 ///
-/// Where the folder forbids a new file, the file itself is written in place and put back if a write
-/// fails. Only there a process killed in the middle leaves a part of each content.
+/// The file is written in place instead, and the old content put back if a write fails, where a new
+/// file cannot take over all of these or has further hard links, where the system refuses the new
+/// file or the rename, and where the name is not UTF-8. Only there a process killed in the middle
+/// leaves a part of each content.
 bool ReplaceFile(const QString& path, QByteArrayView bytes);

@@ -108,6 +108,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         Require(ReadScratch(path) == bytes, "a refused save leaves the file alone");
         edited.file.writeFile();
         const QByteArray written = ReadScratch(path);
+        WriteScratch(path, bytes);  // else there is a question: it is not what was read
         before.file.writeFile();
         Require(ReadScratch(path) == written, "a refused save leaves the lines alone");
         return 0;

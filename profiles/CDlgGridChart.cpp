@@ -414,7 +414,8 @@ void CDlgGridChart::ViewDailyProfile(const QString& name) {
 }
 
 void CDlgGridChart::OnOK() {
-    EndDialog(kAccepted);
+    if (!m_accepts || m_accepts())
+        EndDialog(kAccepted);
 }
 
 void CDlgGridChart::reject() {

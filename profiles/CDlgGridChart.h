@@ -7,6 +7,9 @@
 #include <QHash>
 #include <QStringList>
 
+#include <functional>
+#include <utility>
+
 class CGraphControl;
 class CGraphView;
 class CGridControl;
@@ -24,6 +27,9 @@ public:
     enum Result : int { kEndedAtStart = 0, kAccepted = 1, kCancelled = 2 };
 
     explicit CDlgGridChart(SessionSetup setup, QWidget* parent = nullptr);
+
+    /// `accepts` is called on OK, before anything is closed; false keeps the dialog as it is.
+    void SetAcceptance(std::function<bool()> accepts) { m_accepts = std::move(accepts); }
 
     /// Runs the dialog to its end: a `Result`.
     int DoModal();
@@ -91,6 +97,7 @@ private:
     CGridControl* m_grid = nullptr;
     MeanLabel* m_mean = nullptr;
     CGraphControl* m_chart = nullptr;
-    CGraphView* m_view = nullptr;  // none in the view-only mode
+    CGraphView* m_view = nullptr;     // none in the view-only mode
+    std::function<bool()> m_accepts;  // none: always
     int m_result = kCancelled;
 };

@@ -6,6 +6,7 @@
 #include "app/CPlugExchangeFile.h"
 #include "app/CPlugParameters.h"
 #include "app/Cp1252.h"
+#include "app/FileReplace.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,12 +16,22 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <limits>
 #include <stdexcept>
 
 using namespace Qt::StringLiterals;
+using namespace std::string_literals;
+
+// What another program does to the file, whose content is given.
+using Change = void (*)(const QByteArray& content);
+Q_DECLARE_METATYPE(Change)
 
 namespace {
+
+const QString kChanged = u"The exchange file was changed by another program.\nReplace it ?"_s;
 
 CPlugPoint PointOf(const QJsonValue& pair) {
     return {FromCp1252(VectorBytes(pair[0])), FromCp1252(VectorBytes(pair[1]))};
@@ -73,7 +84,11 @@ private slots:
     void SavedTwice();
     void OddBytesSurvive();
     void RefusedWriteKeepsTheFile();
-    void LinksAndPermissionsStay();
+    void PathsMeanWhatTheSystemMeans_data();
+    void PathsMeanWhatTheSystemMeans();
+    void ChangedByAnotherProgram_data();
+    void ChangedByAnotherProgram();
+    void NothingToWrite();
     void RandomPointsComeBack();
 };
 
@@ -236,10 +251,13 @@ void ExchangeFileTest::ManyMissingValues() {
 void ExchangeFileTest::SavedTwice() {
     for (const QByteArray line_end : {"\n", "\r\n"}) {
         const ScratchFile scratch;
+        // A comment may end with a CR of its own.
+        const QByteArray cr(line_end == "\n" ? 2 : 1, '\r');
         const QByteArray head = "\n\n\n1  2 x!a!b\n\n\n\n\n\n\n1\n";
         const QByteArray written = "\n\n\n1 2 x !a\n\n\n\n\n\n\n1 \n";
         const auto with_ends = [&](QByteArray text) { return text.replace("\n", line_end); };
-        QVERIFY(WriteAll(scratch.Path(), with_ends(head + "1\n4\n0\n1\n2\n3\n! tail\n !t\r")));
+        QVERIFY(WriteAll(scratch.Path(),
+                         with_ends(head + "1\n4\n0\n1\n2\n3\n! tail" + cr + "\n !t\r")));
         MessageScript script;
         CPlugExchangeFile file(scratch.Path());
         CPlugParameters parameters;
@@ -252,13 +270,13 @@ void ExchangeFileTest::SavedTwice() {
         for (int round = 0; round < 2; ++round) {
             parameters.writeFile();
             QCOMPARE(ReadAll(scratch.Path()),
-                     with_ends(written + "2 \n6 \n" + points + "! tail\n!t\r\n"));
+                     with_ends(written + "2 \n6 \n" + points + "! tail\r\n!t\r\n"));
         }
         file.getInstruction(3)->setIntValue(1, 5);
         parameters.setPoints({u"1"_s}, {u"2"_s});
         parameters.writeFile();
         QCOMPARE(ReadAll(scratch.Path()),
-                 with_ends("\n\n\n1 5 x !a\n\n\n\n\n\n\n1 \n0 \n2 \n1 \n2 \n! tail\n!t\r\n"));
+                 with_ends("\n\n\n1 5 x !a\n\n\n\n\n\n\n1 \n0 \n2 \n1 \n2 \n! tail\r\n!t\r\n"));
         QVERIFY2(script.Done(), qPrintable(script.Report()));
     }
 }
@@ -285,31 +303,130 @@ void ExchangeFileTest::RefusedWriteKeepsTheFile() {
     CPlugExchangeFile file(scratch.Path());
     file.readFile();
     MessageScript script;
+    script.ExpectQuestion(kChanged, u"Exchange file"_s, true);
     script.Expect(QStringLiteral("cplug: unable to open exchange file for writing ! (run.txt)"));
     // A folder of the same name can be neither overwritten nor replaced.
     QVERIFY(QFile::rename(scratch.Path(), QStringLiteral("moved.txt")));
     QVERIFY(QDir().mkdir(scratch.Path()));
-    file.writeFile();
+    QVERIFY(!file.writeFile());
     QVERIFY2(script.Done(), qPrintable(script.Report()));
     QCOMPARE(scratch.Entries(), QStringList{QStringLiteral("moved.txt")});
+    // The same file back in its place is written without a question.
+    QVERIFY(QDir().rmdir(scratch.Path()));
+    QVERIFY(QFile::rename(QStringLiteral("moved.txt"), scratch.Path()));
+    QVERIFY(file.writeFile());
+    QCOMPARE(ReadAll(scratch.Path()), QByteArray("old ! content\n\n"));
 }
 
-void ExchangeFileTest::LinksAndPermissionsStay() {
+void ExchangeFileTest::PathsMeanWhatTheSystemMeans_data() {
 #ifndef Q_OS_UNIX
-    QSKIP("symbolic links and permission bits are a matter of Unix");
+    QSKIP("these names and links are a matter of Unix");
 #endif
+    QTest::addColumn<QByteArray>("given");
+    QTest::addColumn<std::string>("meant");
+    QTest::newRow("link") << "link.txt"_ba
+                          << "far/link.txt"s;
+    QTest::newRow("link to a link and up") << "far/up.txt"_ba
+                                           << "far/run.txt"s;
+    QTest::newRow("up from a link") << "deep/../run.txt"_ba
+                                    << "far/run.txt"s;
+    QTest::newRow("resource prefix") << ":run.txt"_ba
+                                     << ":run.txt"s;
+    QTest::newRow("resource path") << ":/run.txt"_ba
+                                   << ":/run.txt"s;
+    QTest::newRow("not UTF-8") << "\xFC-\xC3\xA9.txt"_ba
+                               << "\xFC-\xC3\xA9.txt"s;
+    QTest::newRow("mark of UTF-8 first") << "\xEF\xBB\xBF.txt"_ba
+                                         << "\xEF\xBB\xBF.txt"s;
+}
+
+// Read and written through a link or under an odd name, also from another working folder.
+void ExchangeFileTest::PathsMeanWhatTheSystemMeans() {
+    QFETCH(const QByteArray, given);
+    QFETCH(const std::string, meant);
+    namespace fs = std::filesystem;
     const ScratchFile scratch;
-    QVERIFY(WriteAll(QStringLiteral("real.txt"), "a\n"));
-    const auto permissions = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
-    QVERIFY(QFile::setPermissions(QStringLiteral("real.txt"), permissions));
-    QVERIFY(QFile::link(QStringLiteral("real.txt"), scratch.Path()));
+    fs::create_directories("far/deep");
+    fs::create_directory(":");
+    fs::create_directory_symlink("far/deep", "deep");
+    fs::create_symlink("far/link.txt", "link.txt");
+    fs::create_symlink("../deep/../run.txt", "far/up.txt");
+    QVERIFY(WriteAll(u"run.txt"_s, "no\n"));
+    std::ofstream(meant, std::ios::binary) << "yes\n";
+    fs::permissions(meant, fs::perms(0640));
+
+    const auto entries = [] { return std::distance(fs::recursive_directory_iterator("."), {}); };
+    const auto before = entries();
+    CPlugExchangeFile file(PathFromBytes(given));
+    file.readFile();
+    QCOMPARE(file.instructionCount(), 2);
+    QCOMPARE(file.line(0).toByteArray(), "yes"_ba);
+    fs::current_path("far");
+    QVERIFY(file.writeFile());
+    fs::current_path("..");
+    std::ifstream written(meant, std::ios::binary);
+    QCOMPARE(std::string(std::istreambuf_iterator<char>(written), {}), "yes \n\n"s);
+    QCOMPARE(fs::status(meant).permissions(), fs::perms(0640));
+    QVERIFY(fs::is_symlink("link.txt") && fs::is_symlink("far/up.txt"));
+    QCOMPARE(ReadAll(u"run.txt"_s), "no\n"_ba);
+    QCOMPARE(entries(), before);
+}
+
+void ExchangeFileTest::ChangedByAnotherProgram_data() {
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<bool>("asks");
+    QTest::newRow("same bytes") << Change([](const QByteArray& content) {
+        WriteAll(u"run.txt"_s, content);
+    }) << false;
+    QTest::newRow("last byte") << Change([](const QByteArray& content) {
+        WriteAll(u"run.txt"_s, content.chopped(1) + '!');
+    }) << true;
+    QTest::newRow("shorter") << Change([](const QByteArray& content) {
+        WriteAll(u"run.txt"_s, content.first(2));
+    }) << true;
+    QTest::newRow("gone") << Change([](const QByteArray&) { QFile::remove(u"run.txt"_s); }) << true;
+    QTest::newRow("link to other bytes") << Change([](const QByteArray&) {
+        WriteAll(u"other.txt"_s, "other");
+        QFile::remove(u"run.txt"_s);
+        QFile::link(u"other.txt"_s, u"run.txt"_s);
+    }) << true;
+}
+
+// Before OK, on a content of several pieces: the user is asked once, and again after a No.
+void ExchangeFileTest::ChangedByAnotherProgram() {
+    QFETCH(const Change, change);
+    QFETCH(const bool, asks);
+    const ScratchFile scratch;
+    const QByteArray content = "! x\n" + QByteArray(3'000'000, 'y');
+    QVERIFY(WriteAll(scratch.Path(), content));
     CPlugExchangeFile file(scratch.Path());
     file.readFile();
-    file.writeFile();
-    QVERIFY(QFileInfo(scratch.Path()).isSymLink());
-    QCOMPARE(ReadAll(QStringLiteral("real.txt")), QByteArray("a \n\n"));
-    const auto user = QFile::ReadUser | QFile::WriteUser;
-    QCOMPARE(QFile::permissions(QStringLiteral("real.txt")) & ~user, permissions);
+    change(content);
+    const QByteArray others = ReadAll(scratch.Path());
+    MessageScript script;
+    if (asks) {
+        script.ExpectQuestion(kChanged, u"Exchange file"_s, false);
+        QVERIFY(!file.writeFile());
+        QCOMPARE(ReadAll(scratch.Path()), others);
+        script.ExpectQuestion(kChanged, u"Exchange file"_s, true);
+    }
+    // What was written last is no change of another program.
+    for (int round = 0; round < 2; ++round) {
+        QVERIFY(file.writeFile());
+        QVERIFY(ReadAll(scratch.Path()) == content + " \n");
+    }
+    QVERIFY2(script.Done(), qPrintable(script.Report()));
+}
+
+void ExchangeFileTest::NothingToWrite() {
+    const ScratchFile scratch;
+    MessageScript script;
+    script.Expect(u"cplug: unable to open exchange file ! (run.txt)"_s);
+    CPlugExchangeFile file(scratch.Path());
+    file.readFile();
+    QVERIFY(WriteAll(scratch.Path(), "not read\n"));
+    QVERIFY(file.writeFile());
+    QCOMPARE(ReadAll(scratch.Path()), "not read\n"_ba);
 }
 
 // Any points, saved into a file with any header, comments and line ends, come back as they were.

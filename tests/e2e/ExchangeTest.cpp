@@ -177,7 +177,7 @@ private slots:
         }
     }
 
-    void KeepsTheOldFileWhenWritingIsRefused() {
+    void KeepsFileAndEditsWhenWritingIsRefused() {
         QTemporaryDir folder;
         const QString file = folder.filePath(u"exchange.txt"_s);
         const QString program = folder.filePath(u"function-editor"_s);
@@ -195,8 +195,26 @@ private slots:
         QVERIFY(host.TypeInto(CellPlace(1, 2), u"9"_s) && host.Keys({u"Return"_s}));
         QVERIFY(host.Click(kOkButton));
         QVERIFY(host.PassMessage());
-        QVERIFY(host.HasEnded());
+        QVERIFY(host.WaitForDialog());
         QCOMPARE(ReadAll(file), HostFile(kPoints));
+        QCOMPARE(chmod(QFile::encodeName(file).constData(), 0666), 0);
+        QVERIFY(host.PressOk());
+        QCOMPARE(ReadAll(file), SavedFile({{"0", "9"}, {"10", "4"}, {"20", "-3e0"}}));
+    }
+
+    // The toolkit's texts do not hold such a name: a shell hands it over.
+    void FindsAFileWhoseNameIsNotUtf8() {
+        const QString script = m_folder.filePath(u"start"_s);
+        QVERIFY(WriteAll(script, "cd '" + QFile::encodeName(m_folder.path()) + "' && cp " +
+                                     "'exchange file.txt' \xE9.txt && '" +
+                                     QFile::encodeName(HostRun::ProgramPath()) +
+                                     "' \xE9.txt && mv \xE9.txt 'exchange file.txt'\n"));
+        QVERIFY(WriteAll(m_file, HostFile(kPoints)));
+        HostRun host(m_screen);
+        host.Program().start(u"/bin/sh"_s, {script});
+        QVERIFY(host.WaitForDialog());
+        QVERIFY(host.PressOk());
+        QCOMPARE(ReadAll(m_file), SavedFile(kPoints));
     }
 
     void NoStreamStopsOrDelaysARun_data() {

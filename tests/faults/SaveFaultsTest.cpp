@@ -19,13 +19,29 @@
 #include <QTest>
 
 #include <fcntl.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <memory>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+bool g_flush_fails = false;
+}
+
+// Takes the place of the system's own in this program: a disk that refuses what it took before.
+extern "C" int fsync(int handle) {
+    if (!g_flush_fails)
+        return static_cast<int>(syscall(SYS_fsync, handle));
+    errno = EIO;
+    return -1;
+}
 
 namespace {
 
@@ -168,6 +184,7 @@ struct Fault {
     void (*strike)(const Place& place, qint64 size);
     bool on_small_disk = false;
     int fewest_points = 2;
+    bool asks = false;  // the exchange file no longer is what was read
 };
 
 void ForbidNewFiles(const Place& place) {
@@ -224,20 +241,122 @@ const Fault kFaults[] = {
          ForbidNewFiles(place);
          LimitFileSize(size - 1);
      }},
+    {"flush refused", Left::Old, [](const Place&, qint64) { g_flush_fails = true; }},
+    {"folder read-only, flush refused", Left::Old,
+     [](const Place& place, qint64) {
+         ForbidNewFiles(place);
+         g_flush_fails = true;
+     }},
     {"folder gone", Left::Nothing,
-     [](const Place& place, qint64) { QDir(place.folder).removeRecursively(); }},
-    {"file gone", Left::New, [](const Place& place, qint64) { QFile::remove(place.path); }},
+     [](const Place& place, qint64) { QDir(place.folder).removeRecursively(); }, false, 2, true},
+    {"file gone", Left::New, [](const Place& place, qint64) { QFile::remove(place.path); }, false,
+     2, true},
     {"folder in place of the file", Left::Nothing,
      [](const Place& place, qint64) {
          QFile::remove(place.path);
          QDir().mkdir(place.path);
-     }},
+     },
+     false, 2, true},
     {"pipe in place of the file", Left::Nothing,
      [](const Place& place, qint64) {
          QFile::remove(place.path);
          (void)mkfifo(QFile::encodeName(place.path).constData(), 0666);
-     }},
+     },
+     false, 2, true},
 };
+
+const QString kQuestion = u"The exchange file was changed by another program.\nReplace it ?"_s;
+
+// Something beside the content that a new file would not have, or that forbids a new one.
+struct Kept {
+    const char* name;
+    bool (*prepare)(const Place& place, const QString& path);
+    bool by_root = false;
+    QString file = u"run.txt"_s;
+};
+
+constexpr unsigned kOwner = 4321;
+constexpr unsigned kGroup = 8765;
+
+bool OfAnother(const QString& path, unsigned mode) {
+    const QByteArray name = QFile::encodeName(path);
+    return chown(name.constData(), kOwner, kGroup) == 0 && chmod(name.constData(), mode) == 0;
+}
+
+bool SetAttribute(const QString& path, const char* name, QByteArrayView value) {
+    return setxattr(QFile::encodeName(path).constData(), name, value.data(),
+                    static_cast<size_t>(value.size()), 0) == 0;
+}
+
+// An access list as the system stores it: version 2, then kind, rights and number of each entry:
+// the owner, user 4321, the group, the mask, all others.
+constexpr char kAccessList[] =
+    "\2\0\0\0\1\0\6\0\xFF\xFF\xFF\xFF\2\0\6\0\xE1\x10\0\0\4\0\4\0\xFF\xFF\xFF\xFF"
+    "\x10\0\6\0\xFF\xFF\xFF\xFF\x20\0\0\0\xFF\xFF\xFF\xFF";
+constexpr QByteArrayView kAccess(kAccessList, sizeof kAccessList - 1);
+
+const Kept kKept[] = {
+    {"file of another, saved by root",
+     [](const Place&, const QString& path) { return OfAnother(path, 02664); }, true},
+    {"file of another, saved by a member of its group",
+     [](const Place&, const QString& path) {
+         const bool done = OfAnother(path, 0664);
+         BecomeNobody(kGroup);
+         return done;
+     },
+     true},
+    {"file of another in a sticky folder",
+     [](const Place& place, const QString& path) {
+         const bool done = OfAnother(place.folder, 01777) && OfAnother(path, 0666);
+         BecomeNobody();
+         return done;
+     },
+     true},
+    {"file that is a mount point",
+     [](const Place& place, const QString& path) {
+         const QByteArray name = QFile::encodeName(path);
+         return MountSmallDisk(place.folder, kDiskSize) && WriteAll(path, "old") &&
+                mount(name.constData(), name.constData(), nullptr, MS_BIND, nullptr) == 0;
+     },
+     true},
+    {"further hard link",
+     [](const Place& place, const QString& path) {
+         return link(QFile::encodeName(path).constData(),
+                     QFile::encodeName(place.folder + u"/other"_s).constData()) == 0;
+     }},
+    {"access list",
+     [](const Place&, const QString& path) {
+         return SetAttribute(path, "system.posix_acl_access", kAccess);
+     }},
+    {"access list that new files of the folder get",
+     [](const Place& place, const QString&) {
+         return SetAttribute(place.folder, "system.posix_acl_default", kAccess);
+     }},
+    {"extended attribute",
+     [](const Place&, const QString& path) { return SetAttribute(path, "user.host", "42"); }},
+    {"name of 255 bytes", [](const Place&, const QString&) { return true; }, false,
+     QString(255, u'n')},
+};
+
+// All that stays of a file when its content is replaced.
+QByteArray StateOf(const QString& path) {
+    const QByteArray name = QFile::encodeName(path);
+    struct stat now = {};
+    if (stat(name.constData(), &now) != 0)
+        return "none";
+    QByteArray state = "owner " + QByteArray::number(now.st_uid) + ':' +
+                       QByteArray::number(now.st_gid) + " mode " +
+                       QByteArray::number(now.st_mode, 8) + " names " +
+                       QByteArray::number(static_cast<quint64>(now.st_nlink));
+    char names[1024];
+    const ssize_t length = listxattr(name.constData(), names, sizeof names);
+    for (const QByteArray& key : QByteArray(names, std::max<ssize_t>(length, 0)).split('\0')) {
+        char value[1024];
+        const ssize_t size = getxattr(name.constData(), key.constData(), value, sizeof value);
+        state += ' ' + key + ' ' + QByteArray(value, std::max<ssize_t>(size, 0)).toHex();
+    }
+    return state;
+}
 
 // What a child does: reads, has the fault strike, saves, and looks at what is left.
 void SaveUnder(const Fault& fault, const Place& place, Format format, int points,
@@ -260,6 +379,8 @@ void SaveUnder(const Fault& fault, const Place& place, Format format, int points
     expected.sort();
 
     MessageScript messages;
+    if (fault.asks && format == Format::ExchangeFile)
+        messages.ExpectQuestion(kQuestion, u"Exchange file"_s, true);
     document.Save(1);
     report.messages = messages.Seen();
     if (QFileInfo(place.path).isFile())
@@ -285,6 +406,8 @@ QString Refusal(Format format, const QString& path) {
                ? u"Ecriture impossible !"_s
                : u"cplug: unable to open exchange file for writing ! ("_s + path + u')';
 }
+
+const QString kAfterQuestion = u"; exchange file: after a question"_s;
 
 QString LossOf(Left left) {
     switch (left) {
@@ -337,6 +460,8 @@ private slots:
                          qPrintable(row + u"%1 bytes instead of %2"_s.arg(report.content.size())
                                               .arg(expected.size())));
                 QStringList messages;
+                if (fault->asks && format == Format::ExchangeFile)
+                    messages.append(kQuestion);
                 if (fault->left != Left::New)
                     messages.append(Refusal(format, place.path));
                 QVERIFY2(report.messages == messages,
@@ -350,15 +475,16 @@ private slots:
             qInfo("made by: %s", qPrintable(means.first()));
         AddTableRow("saves", {QString::fromLatin1(fault->name) +
                                   (means.isEmpty() ? QString() : u" ("_s + means.first() + u')'),
-                              QString::number(saves), LossOf(fault->left), CommandOf("Faults")});
+                              QString::number(saves),
+                              LossOf(fault->left) + (fault->asks ? kAfterQuestion : QString()),
+                              CommandOf("Faults")});
     }
 
     void Kills_data() {
         QTest::addColumn<Format>("format");
         QTest::addColumn<QString>("above");
         QTest::addColumn<int>("kills");
-        for (const Format format : {Format::ExchangeFile, Format::Profile})
-            QTest::newRow(NameOf(format)) << format << QDir::tempPath() << kKills;
+        QTest::newRow(NameOf(Format::Profile)) << Format::Profile << QDir::tempPath() << kKills;
         // Where nothing is computed or waits for a disk, kills strike while bytes are written.
         const bool in_memory = QFileInfo(kMemoryDisk).isWritable();
         QTest::newRow(NameOf(Format::BytesAlone))
@@ -414,35 +540,35 @@ private slots:
                      CommandOf("Kills")});
     }
 
-    void KeepsOwnerAndGroup_data() {
-        QTest::addColumn<bool>("by_stranger");
-        QTest::newRow("saved by root") << false;
-        QTest::newRow("saved by a member of the group") << true;
+    void KeepsAllButTheContent_data() {
+        QTest::addColumn<const Kept*>("kept");
+        for (const Kept& kept : kKept)
+            QTest::newRow(kept.name) << &kept;
     }
-    void KeepsOwnerAndGroup() {
-        QFETCH(const bool, by_stranger);
-        if (geteuid() != 0)
-            QSKIP("only root can make files of others");
-        constexpr unsigned kOwner = 4321;
-        constexpr unsigned kGroup = 8765;
+    void KeepsAllButTheContent() {
+        QFETCH(const Kept*, kept);
+        if (kept->by_root && geteuid() != 0)
+            QSKIP("only root can make files of others and mounts");
         const Place place;
-        QVERIFY(WriteAll(place.path, "old"));
-        const QByteArray path = QFile::encodeName(place.path);
-        QCOMPARE(chown(path.constData(), kOwner, kGroup), 0);
-        place.SetMode(place.path, 02664);
         const SaveReport report = InChild([&](SaveReport& child) {
-            if (by_stranger)
-                BecomeNobody(kGroup);
-            if (!ReplaceFile(place.path, "new"))
+            const QString path = place.folder + u'/' + kept->file;
+            const bool prepared = WriteAll(path, "old") && kept->prepare(place, path);
+            const QByteArray before = StateOf(path);
+            if (!prepared)
+                child.means = u"nowhere"_s;
+            else if (!ReplaceFile(path, "new"))
                 child.remark = u"refused"_s;
+            else if (const QByteArray after = StateOf(path); after != before)
+                child.remark = QString::fromLatin1(before + " became " + after);
+            child.content = ReadAll(path);
         });
+        if (!report.means.isEmpty())
+            QSKIP("this file system has no such thing");
         QVERIFY2(report.remark.isEmpty(), qPrintable(report.remark));
-        QCOMPARE(ReadAll(place.path), QByteArray("new"));
-        struct stat now = {};
-        QCOMPARE(stat(path.constData(), &now), 0);
-        QCOMPARE(now.st_uid, by_stranger ? kNobody : kOwner);
-        QCOMPARE(now.st_gid, kGroup);
-        QCOMPARE(now.st_mode & 07777U, by_stranger ? 0664U : 02664U);
+        QCOMPARE(report.content, QByteArray("new"));
+        AddTableRow("saves",
+                    {QString::fromLatin1(kept->name), u"1"_s, u"nothing; new content, no message"_s,
+                     CommandOf("KeepsAllButTheContent")});
     }
 };
 

@@ -226,6 +226,26 @@ private slots:
         QCOMPARE(shown.Column(2)[2], u"9"_s);
     }
 
+    void RefusedOkChangesNothing() {
+        const FunctionDialog shown(3);
+        int refusals = 1;
+        shown.dialog->SetAcceptance([&refusals] { return refusals-- == 0; });
+        const int result = shown.Run([&] {
+            shown.Type(2, 2, u"9"_s);
+            shown.Click(kOk);
+            QVERIFY(shown.dialog->isVisible());
+            QCOMPARE(shown.Grid()->currentIndex(), shown.Grid()->model()->index(1, 1));
+            QCOMPARE(shown.Document().Highlighted(), std::set{1});
+            QCOMPARE(shown.Column(2).join(u'|'), u"1000|9|1100"_s);
+            shown.Click(kUndo);
+            QCOMPARE(shown.Column(2)[1], u"1050"_s);
+            shown.Click(kRedo);
+            shown.Click(kOk);
+        });
+        QCOMPARE(result, 1);
+        QCOMPARE(shown.Column(2)[1], u"9"_s);
+    }
+
     void AddPoints() {
         const FunctionDialog shown(3);
         MessageScript script;
