@@ -4,6 +4,7 @@
 #include "BenchPoints.h"
 #include "app/CPlugExchangeFile.h"
 #include "app/CPlugParameters.h"
+#include "grid/PasteStore.h"
 #include "profiles/Coefficients.h"
 #include "profiles/EditHistory.h"
 #include "profiles/ProfileSession.h"
@@ -17,9 +18,11 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <iostream>
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -194,6 +197,33 @@ void RemoveEverySecondRow(benchmark::State& state) {
     CountPoints(state);
 }
 
+// A whole column at once. The rows stand at 0, 1, 2, ...; the texts are other numbers in the given
+// order.
+enum class PasteOrder { Rising, Falling, Shuffled };
+
+void Paste(benchmark::State& state, int column, PasteOrder order) {
+    QStringList texts;
+    for (int i = 0; i < PointsOf(state); ++i)
+        texts.append(QString::number(i) + u".5"_s);
+    if (order == PasteOrder::Falling)
+        std::reverse(texts.begin(), texts.end());
+    if (order == PasteOrder::Shuffled)
+        texts = Shuffled(texts);
+    QList<QStringList> cells;
+    for (const QString& text : std::as_const(texts))
+        cells.append({text});
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto filled = std::make_unique<FilledSession>(PointsOf(state));
+        state.ResumeTiming();
+        StorePaste(*filled->session, cells, 1, column, PasteSource::Foreign);
+        state.PauseTiming();
+        filled.reset();
+        state.ResumeTiming();
+    }
+    CountPoints(state);
+}
+
 void Rebalance(benchmark::State& state, ProfileKind kind) {
     QStringList column(Describe(kind).rows, u"1"_s);
     float value = 0.5F;
@@ -229,6 +259,11 @@ void Sizes(benchmark::internal::Benchmark* one) {
     one->RangeMultiplier(10)->Range(kFewest, kMost)->Unit(benchmark::kMillisecond);
 }
 
+void PasteSizes(benchmark::internal::Benchmark* one) {
+    one->RangeMultiplier(10)->Range(kFewest, kMost)->Arg(2 * kMost / 10);
+    one->Unit(benchmark::kMillisecond)->Complexity(benchmark::oNLogN);
+}
+
 // Fitted to one order, not to the best fitting one: a misfit shows as a large RMS.
 void LinearSizes(benchmark::internal::Benchmark* one) {
     Sizes(one);
@@ -250,6 +285,13 @@ BENCHMARK(RemoveEverySecondRow)
     ->Range(kFewest, kMost / 10)
     ->Unit(benchmark::kMillisecond)
     ->Complexity(benchmark::oN);
+BENCHMARK_CAPTURE(Paste, Values, ProfileTable::kValueColumn, PasteOrder::Rising)->Apply(PasteSizes);
+BENCHMARK_CAPTURE(Paste, TimesRising, ProfileTable::kLabelColumn, PasteOrder::Rising)
+    ->Apply(PasteSizes);
+BENCHMARK_CAPTURE(Paste, TimesFalling, ProfileTable::kLabelColumn, PasteOrder::Falling)
+    ->Apply(PasteSizes);
+BENCHMARK_CAPTURE(Paste, TimesShuffled, ProfileTable::kLabelColumn, PasteOrder::Shuffled)
+    ->Apply(PasteSizes);
 BENCHMARK_CAPTURE(Rebalance, Annual, ProfileKind::Annual);
 BENCHMARK_CAPTURE(Rebalance, Daily, ProfileKind::Daily);
 BENCHMARK(HistoryStepUndoRedo);

@@ -175,23 +175,22 @@ std::pair<QString, QString> TimeEntries::TextsOf(int node) const {
             Printed(m_values[node], At(node).reprint_value)};
 }
 
-// Whether the row at `from` with its new time, and the rows that it would pass upward, hold the
-// same texts before and after the move. Rows found alike are not looked at again until something
-// has changed.
+// Whether the row at `from` holds the text `time` already, the rows that it would pass upward are
+// the same as it, and printing them anew changes nothing. Rows found alike are not looked at again
+// until something has changed.
 bool TimeEntries::MovesAmongTwins(int from, int to, const QString& time) {
     const std::pair<QString, QString> texts = TextsOf(NodeAt(from));
-    const auto alike = [&](int place) { return TextsOf(NodeAt(place)) == texts; };
-    if (texts.first != RewrittenNumber(time) || texts.second != RewrittenNumber(texts.second) ||
-        TextsOf(NodeAt(to)) != std::pair(time, texts.second))
+    if (texts.first != time ||
+        texts != std::pair(RewrittenNumber(time), RewrittenNumber(texts.second)))
         return false;
+    const bool continues = m_twins.first == to && m_twins.texts == texts;
+    const int known = continues ? m_twins.last : to - 1;
     int place = from - 1;
-    const bool continues = m_twins.first == to + 1 && m_twins.texts == texts;
-    const int known = continues ? m_twins.last : to;
-    for (; place > known && m_looks_left > 0 && alike(place); --m_looks_left)
+    for (; place > known && m_looks_left > 0 && TextsOf(NodeAt(place)) == texts; --m_looks_left)
         --place;
     if (place > known)
         return false;
-    m_twins = {to + 1, from, texts};
+    m_twins = {to, from, texts};
     return true;
 }
 

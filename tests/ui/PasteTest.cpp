@@ -385,7 +385,7 @@ private slots:
             const int count = 1 + random.bounded(round % 50 == 0 ? 400 : 20);
             for (int row = 0; row < count; ++row) {
                 pasted.times += round % 2 == 0 ? any(times) : QString::number(row / 2);
-                pasted.values += QString::number(row) + u".50"_s;
+                pasted.values += round % 3 == 0 ? u"1"_s : QString::number(row) + u".50"_s;
             }
             typed.times = pasted.times;
             typed.values = pasted.values;
