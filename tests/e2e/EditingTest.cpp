@@ -1,5 +1,7 @@
 #include "HostTest.h"
 
+#include <QProcess>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -79,6 +81,28 @@ private slots:
         QVERIFY(host.Click(kRemoveButton) && host.PressOk());
         QCOMPARE(ReadAll(m_file),
                  SavedFile({{"0", "1.50"}, {"12.5", "-6"}, {"20", "-3e0"}, {"30.25", "12"}}));
+    }
+
+    // Pastes what another program holds, copies from the grid to others and within it.
+    void SharesTheClipboard() {
+        EditorRun host(m_screen, {m_file});
+        QProcess other;
+        other.setProcessEnvironment(m_screen.Environment());
+        other.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"clipboard"_s});
+        other.write("7.25\n8.5\n-3\n");
+        other.closeWriteChannel();
+        const auto clipboard = [this] {
+            return m_screen.Run(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"clipboard"_s})
+                .value_or("");
+        };
+        QTRY_COMPARE_WITH_TIMEOUT(clipboard(), "7.25\n8.5\n-3\n", 10000);
+        QVERIFY(host.Click(CellPlace(2, 2)) && host.Keys({u"ctrl+v"_s}));
+        QVERIFY(host.Click(CellPlace(3, 2)) && host.Keys({u"shift+Down"_s, u"ctrl+c"_s}));
+        QTRY_COMPARE_WITH_TIMEOUT(clipboard(), "8.5\n-3", 10000);
+        QVERIFY(other.waitForFinished());  // it no longer owns the clipboard
+        QVERIFY(host.Click(CellPlace(1, 2)) && host.Keys({u"ctrl+v"_s}) && host.PressOk());
+        QCOMPARE(ReadAll(m_file),
+                 SavedFile({{"0", "8.5"}, {"10", "-3"}, {"20", "8.5"}, {"30.25", "-3"}}));
     }
 
     void ShowsAMarkerForEachPointAndLetsItBeDragged() {
