@@ -47,6 +47,10 @@ void Require(bool condition, const char* what) {
     std::abort();
 }
 
+void RequireNone(const QString& fault) {
+    Require(fault.isEmpty(), qPrintable(fault));
+}
+
 int Input::Byte() {
     const int byte = rest.isEmpty() ? 0 : static_cast<unsigned char>(rest.front());
     rest = rest.sliced(std::min<qsizetype>(1, rest.size()));
@@ -96,15 +100,14 @@ Editing::Editing(ProfileKind kind, QByteArrayView line, DisplayMode mode)
     m_session.InitialFill();
     kind == ProfileKind::Function ? m_chart.BuildFunctionChart() : m_chart.BuildProfileChart(kind);
     m_chart.Attach(&m_session.table(), kind);
-    m_sorted = TimesAreSorted();
+    m_sorted = m_session.facts().rows == 0 && TimesAreSorted(m_session.table());
     Check();
 }
 
 Cells Editing::cells() const {
-    const ProfileTable& table = m_session.table();
-    Cells cells;
-    for (int column = 1; column <= table.ColumnCount(); ++column)
-        cells.append(QStringList(table.HeaderText(column)) + table.Column(column));
+    Cells cells = CellsOf(m_session.table());
+    for (int column = 1; column <= cells.size(); ++column)
+        cells[column - 1].prepend(m_session.table().HeaderText(column));
     return cells;
 }
 
@@ -120,62 +123,19 @@ QByteArray Editing::State() const {
     return state;
 }
 
-bool Editing::TimesAreSorted() const {
-    const QStringList times = m_session.table().Column(ProfileTable::kLabelColumn);
-    return std::is_sorted(times.cbegin(), times.cend(), [](const QString& a, const QString& b) {
-        return EnglishAtof(a) < EnglishAtof(b);
-    });
-}
-
 void Editing::Check() {
     const ProfileTable& table = m_session.table();
-    const KindDescriptor& facts = m_session.facts();
-    const CDocControl& chart = m_chart.document();
-    Require(chart.ItemCount() == table.RowCount(), "the chart has an item for each row");
-    for (int row = 1; row <= table.RowCount(); ++row) {
-        const QString time = table.CellText(row, ProfileTable::kLabelColumn);
-        const QString value = table.CellText(row, ProfileTable::kValueColumn);
-        Require(IsFiniteNumber(value), "values are numbers");
-        Require(facts.rows > 0 || IsFiniteNumber(time), "times are numbers");
-        const int group = chart.GroupCount() - 1;
-        Require(chart.Value(row - 1, group) == ParseNumber(value) &&
-                    (group == 0 || chart.Value(row - 1, 0) == ParseNumber(time)),
-                "the chart shows the numbers");
-    }
-    if (facts.rows > 0)
-        Require(table.Column(ProfileTable::kLabelColumn) == RowLabelTexts(m_session.kind()),
-                "row labels stay");
-    else
-        Require(!m_sorted || TimesAreSorted() || !m_session.path().isEmpty(),
-                "times stay in order");
+    RequireNone(CheckRows(m_session));
+    RequireNone(CheckChart(table, m_chart.document()));
+    Require(!m_sorted || TimesAreSorted(table) || !m_session.path().isEmpty(),
+            "times stay in order");
 }
 
 Cells Editing::CheckHistory() {
-    m_session.EndDrag();
-    QList<Cells> states = {cells()};
-    while (m_session.Undo()) {
-        const Cells undone = cells();
-        Require(m_session.Redo() && Same(cells(), states.last()), "redo takes an undo back");
-        Require(m_session.Undo() && Same(cells(), undone), "undo takes a redo back");
-        states.append(cells());
-    }
-    Require(!m_session.canUndo(), "undo goes to the first step");
-    const Cells start = states.takeLast();
-    for (; !states.isEmpty(); states.removeLast())
-        Require(m_session.Redo() && Same(cells(), states.last()), "redo goes the way of undo");
+    Cells start;
+    RequireNone(::CheckHistory(m_session, &start));
     Check();
+    for (int column = 1; column <= start.size(); ++column)
+        start[column - 1].prepend(m_session.table().HeaderText(column));
     return start;
-}
-
-bool Editing::Same(const Cells& left, const Cells& right) const {
-    const auto same_number = [](const QString& one, const QString& other) {
-        return ParseNumber(one) == ParseNumber(other);
-    };
-    return m_session.facts().rows > 0
-               ? left == right
-               : std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                            [&](const QStringList& a, const QStringList& b) {
-                                return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                                                  same_number);
-                            });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SessionChecks.h"
 #include "app/Message.h"
 #include "chart/CGraphControl.h"
 #include "profiles/ProfileSession.h"
@@ -11,6 +12,9 @@
 
 /// Ends the process when `condition` does not hold: a finding, reported with the input at hand.
 void Require(bool condition, const char* what);
+
+/// The same for a check that tells what does not hold.
+void RequireNone(const QString& fault);
 
 /// The bytes of one run, taken from the front. Nothing but zeros and empty lines follow the end.
 struct Input {
@@ -42,9 +46,6 @@ QString ScratchPath(const QString& name);
 QByteArray ReadScratch(const QString& path);
 void WriteScratch(const QString& path, QByteArrayView bytes);
 
-/// All texts of a table: each column with its header.
-using Cells = QList<QStringList>;
-
 /// A session with a chart as the dialog has it. The numbers in `line` are handed over as times,
 /// values and names; there are two daily profiles to choose from.
 class Editing {
@@ -53,25 +54,24 @@ public:
 
     ProfileSession& session() { return m_session; }
     ProfileTable& table() { return m_session.table(); }
+    /// Each column with its header.
     Cells cells() const;
 
     /// All that a refused operation must leave alone.
     QByteArray State() const;
 
-    /// Number cells hold numbers, the chart shows them, row labels stay; times stay in order
-    /// once they are, until a file is read.
+    /// What SessionChecks.h says of rows and chart; times stay in order once they are, until a file
+    /// is read.
     void Check();
 
-    /// Undo to the start, each step with a redo in between, and redo to the end again. Returns the
-    /// cells at the start.
+    /// As in SessionChecks.h. Returns the cells at the start.
     Cells CheckHistory();
 
-    /// The same texts. Rows of points that move are printed anew: there the same numbers.
-    bool Same(const Cells& left, const Cells& right) const;
+    bool Same(const Cells& left, const Cells& right) const {
+        return SameCells(m_session, left, right);
+    }
 
 private:
-    bool TimesAreSorted() const;
-
     ProfileSession m_session;
     CGraphControl m_chart;
     bool m_sorted = false;

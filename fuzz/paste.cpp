@@ -113,7 +113,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const bool refused = !prompts.messages.isEmpty() &&
                          (session.facts().coefficients || prompts.messages[0].startsWith(u"Imp"));
     const QString text = QGuiApplication::clipboard()->text();
-    if (refused || view_only || text.isEmpty() || selection.rows.isEmpty()) {
+    const bool nothing = text.isEmpty() && (flags & kOwnCopy) == 0;
+    if (refused || view_only || nothing || selection.rows.isEmpty()) {
         Require(editing.State() == state, "a refused paste changes nothing");
         return 0;
     }

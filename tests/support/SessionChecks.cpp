@@ -137,7 +137,7 @@ QString StateList::Check() const {
     return fault;
 }
 
-QString CheckHistory(ProfileSession& session) {
+QString CheckHistory(ProfileSession& session, Cells* start) {
     session.EndDrag();
     const auto is = [&session](const Cells& cells) {
         return SameCells(session, CellsOf(session.table()), cells);
@@ -153,6 +153,8 @@ QString CheckHistory(ProfileSession& session) {
     }
     if (session.canUndo())
         return u"undo does not go to the first step"_s;
+    if (start != nullptr)
+        *start = states.last();
     for (states.removeLast(); !states.isEmpty(); states.removeLast()) {
         if (!session.Redo() || !is(states.last()))
             return u"redo does not go the way of undo"_s;

@@ -61,5 +61,6 @@ private:
     bool m_recording = true;
 };
 
-/// Undo to the first step, each with a redo in between, and redo to the last one again.
-QString CheckHistory(ProfileSession& session);
+/// Undo to the first step, each with a redo in between, and redo to the last one again. The cells
+/// before the first step go to `start`.
+QString CheckHistory(ProfileSession& session, Cells* start = nullptr);
