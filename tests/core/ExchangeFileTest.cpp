@@ -12,7 +12,6 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -89,7 +88,6 @@ private slots:
     void ChangedByAnotherProgram_data();
     void ChangedByAnotherProgram();
     void NothingToWrite();
-    void RandomPointsComeBack();
 };
 
 void ExchangeFileTest::Lines() {
@@ -427,69 +425,6 @@ void ExchangeFileTest::NothingToWrite() {
     QVERIFY(WriteAll(scratch.Path(), "not read\n"));
     QVERIFY(file.writeFile());
     QCOMPARE(ReadAll(scratch.Path()), "not read\n"_ba);
-}
-
-// Any points, saved into a file with any header, comments and line ends, come back as they were.
-void ExchangeFileTest::RandomPointsComeBack() {
-    QRandomGenerator random(20260807);
-    const auto word = [&random](QByteArrayView letters, int longest) {
-        QByteArray text;
-        for (int i = random.bounded(1, longest + 1); i > 0; --i)
-            text.append(letters[random.bounded(static_cast<int>(letters.size()))]);
-        return text;
-    };
-    const QByteArray value_letters = "0123456789.-+eE,\t\xE9\x80";
-    const QByteArray comment_letters =
-        "abc|! \t\xFC"
-        "09";
-    for (int round = 0; round < 300; ++round) {
-        const ScratchFile scratch;
-        QByteArray content;
-        const QByteArray line_end = random.bounded(2) == 0 ? "\n" : "\r\n";
-        const auto line = [&](const QByteArray& values) {
-            content += values;
-            if (random.bounded(2) == 0)
-                content += " !" + word(comment_letters, 12);
-            content += line_end;
-        };
-        const int old_points = random.bounded(1, 6);
-        for (int i = 0; i < 10; ++i)
-            line(i == 3 ? QByteArray("4 2 pump") : word("xyz 01", 8));
-        line("1");
-        line(QByteArray::number(old_points - 1));
-        line(QByteArray::number(2 * old_points));
-        for (int i = 0; i < 2 * old_points; ++i)
-            line(word(value_letters, 8));
-        QByteArray tail;
-        for (int i = random.bounded(4); i > 0; --i)
-            tail += word(comment_letters.mid(0, 3), 5) + " " + line_end;
-        QVERIFY(WriteAll(scratch.Path(), content + tail));
-
-        MessageScript script;
-        CPlugExchangeFile file(scratch.Path());
-        CPlugParameters parameters;
-        parameters.setParameters(&file);
-        QCOMPARE(parameters.getPointCount(), old_points);
-        parameters.clearPoints();
-        QList<CPlugPoint> points;
-        for (int i = random.bounded(1, 40); i > 0; --i)
-            points.append(
-                {FromCp1252(word(value_letters, 10)), FromCp1252(word(value_letters, 10))});
-        for (const CPlugPoint& point : std::as_const(points))
-            parameters.addPoint(point);
-        parameters.writeFile();
-
-        CPlugExchangeFile file_again(scratch.Path());
-        CPlugParameters again;
-        again.setParameters(&file_again);
-        QVERIFY2(script.Done(), qPrintable(script.Report()));
-        QCOMPARE(again.getPointCount(), points.size());
-        for (qsizetype i = 0; i < points.size(); ++i)
-            QCOMPARE(again.getPoint(i), points[i]);
-        const QByteArray written = ReadAll(scratch.Path());
-        QVERIFY(written.endsWith(tail + line_end));
-        QCOMPARE(written.count('\n'), written.count(line_end));
-    }
 }
 
 QTEST_GUILESS_MAIN(ExchangeFileTest)

@@ -5,11 +5,8 @@
 #include "profiles/ProfileFile.h"
 #include "profiles/ProfileFolders.h"
 
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <array>
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
@@ -187,30 +184,6 @@ private slots:
         for (const auto& [chosen, written] :
              VectorPairs(vector[u"input"][u"chosen"], vector[u"expected"][u"written"]))
             QCOMPARE(WithExtension(PathFrom(chosen)), PathFrom(written));
-    }
-
-    // What the editor wrote comes back to the letter, whatever the names hold.
-    void writtenFilesAreRead() {
-        const QString letters = u"abZ0 =!'\\/.é°€\t\x0081"_s;
-        QRandomGenerator random(1);
-        for (int round = 0; round < 600; ++round) {
-            const ProfileKind kind = std::array{ProfileKind::Monthly, ProfileKind::Weekly,
-                                                ProfileKind::Daily}[static_cast<size_t>(round % 3)];
-            const KindDescriptor& facts = Describe(kind);
-            ProfileContent content = {.labels = RowLabelTexts(kind), .values = {}, .names = {}};
-            for (int row = 0; row < facts.rows; ++row) {
-                content.values += QString::number(random.bounded(5000.0), 'f', facts.decimals);
-                QString name;
-                for (int length = random.bounded(6); length > 0; --length)
-                    name += letters[random.bounded(letters.size())];
-                content.names += name;
-            }
-            const ProfileReading reading =
-                ParseProfile(kind, WriteProfile(kind, content, round % 2 == 0 ? "\n" : "\r\n"));
-            QCOMPARE(reading.status, ProfileFileStatus::Read);
-            QCOMPARE(reading.content.values, content.values);
-            QCOMPARE(reading.content.names, facts.hasNames() ? content.names : QStringList());
-        }
     }
 
     void dailyProfiles() {
