@@ -150,8 +150,7 @@ private slots:
         if (fault == Fault::DiskFull)
             qInfo("made by: %s", mounted ? "mounted disk" : "size limit");
         AddTableRow("saves", {QString::fromLatin1(QTest::currentDataTag()), u"1"_s,
-                              u"nothing; one message, the next OK saves"_s,
-                              Command()});
+                              u"nothing; one message, the next OK saves"_s, Command()});
     }
 
     void SaysThatMemoryDoesNotSuffice() {

@@ -14,7 +14,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kLimit = 30'000;  // ms, for a window, a picture at rest or the end of the program
-constexpr int kLongLimit = 4 * kLimit;
 
 QString PlainNumber(int number) {
     return QString::number(number);
@@ -106,31 +105,6 @@ bool HostRun::WaitUntilClosed() {
 
 bool HostRun::PassMessage() {
     return WaitForWindow(u"Function editor"_s) && Keys({u"Return"_s}) && WaitUntilClosed();
-}
-
-std::optional<int> HostRun::PassMessagesUntil(const std::function<bool()>& reached) {
-    int messages = 0;
-    const auto pass = [&] {
-        if (reached() || m_program.state() == QProcess::NotRunning)
-            return true;
-        if (FindWindow(u"Function editor"_s) && Keys({u"Return"_s}) && WaitUntilClosed())
-            ++messages;
-        return false;
-    };
-    m_window.clear();
-    if (!QTest::qWaitFor(pass, kLongLimit) || !reached())
-        return std::nullopt;
-    return messages;
-}
-
-std::optional<int> HostRun::PassMessagesUntilDialog() {
-    return PassMessagesUntil([this] { return FindWindow(u" Function editor"_s); });
-}
-
-std::optional<int> HostRun::PassMessagesUntilEnd() {
-    const auto ended = [this] { return m_program.state() == QProcess::NotRunning; };
-    const std::optional<int> messages = PassMessagesUntil(ended);
-    return HasEnded() ? messages : std::nullopt;
 }
 
 bool HostRun::Keys(const QStringList& keys) {

@@ -7,9 +7,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <functional>
-#include <optional>
-
 class VirtualScreen;
 
 /// Places in the main dialog, in pixels of its client area.
@@ -58,12 +55,6 @@ public:
     /// Waits for a message of the editor and closes it with Enter.
     bool PassMessage();
 
-    /// @{ Closes messages of the editor until its main dialog comes, or until it has ended by
-    /// itself with status 0; how many there were, or nothing when neither happened.
-    std::optional<int> PassMessagesUntilDialog();
-    std::optional<int> PassMessagesUntilEnd();
-    /// @}
-
     /// Presses keys named as xdotool names them ("Return", "ctrl+z").
     bool Keys(const QStringList& keys);
 
@@ -86,7 +77,6 @@ public:
 private:
     bool Tool(const QStringList& arguments);
     bool FindWindow(const QString& title);
-    std::optional<int> PassMessagesUntil(const std::function<bool()>& reached);
     QImage PictureNow(const QString& window);
 
     const VirtualScreen& m_screen;
