@@ -34,14 +34,16 @@ public:
           m_top(Device(std::min(scale.y.from, scale.y.to) - size)),
           m_width(Device(std::max(scale.x.from, scale.x.to) + size) - m_left),
           m_height(Device(std::max(scale.y.from, scale.y.to) + size) - m_top),
+          m_to_x((0.5 - size / 2.0) * device_pixels + 0.5 - m_left),
+          m_to_y((0.5 - size / 2.0) * device_pixels + 0.5 - m_top),
           m_used(static_cast<size_t>(m_width) * static_cast<size_t>(m_height)) {}
 
     void Add(QPointF centre) {
-        const int x = Device(centre.x() + 0.5 - m_size / 2.0) - m_left;
-        const int y = Device(centre.y() + 0.5 - m_size / 2.0) - m_top;
-        if (x >= 0 && x < m_width && y >= 0 && y < m_height)
-            m_used[static_cast<size_t>(y) * static_cast<size_t>(m_width) + static_cast<size_t>(x)] =
-                1;
+        // Done for up to a million points a frame.
+        const double x = centre.x() * m_device_pixels + m_to_x;
+        const double y = centre.y() * m_device_pixels + m_to_y;
+        if (x >= 0.0 && x < m_width && y >= 0.0 && y < m_height)
+            m_used[static_cast<size_t>(static_cast<int>(y) * m_width + static_cast<int>(x))] = 1;
     }
 
     void Paint(QPainter& painter, const QColor& colour) const {
@@ -77,6 +79,9 @@ private:
     int m_top;
     int m_width;
     int m_height;
+    // From a marker's centre to where it begins in the cells, half a pixel for rounding included.
+    double m_to_x;
+    double m_to_y;
     std::vector<unsigned char> m_used;  // row by row, where a marker begins
 };
 
@@ -102,12 +107,12 @@ public:
         std::vector<double> indices(m_chart.GroupCount() == 1 ? ys.size() : 0);
         std::iota(indices.begin(), indices.end(), 0.0);
         const std::span<const double> xs = indices.empty() ? m_chart.Group(0) : indices;
-        const PointDensity density(xs, m_scale.x, m_device_pixels);
+        const ThinnedLine line = ThinLine(xs, ys, m_scale, m_device_pixels);
         const ItemStyle& style = m_chart.item_style;
         if ((style.flags & ItemStyle::kLine) != 0)
-            PaintLine(xs, ys, density);
+            PaintLine(line);
         if ((style.flags & ItemStyle::kMarkers) != 0)
-            PaintMarkers(xs, ys, density);
+            PaintMarkers(xs, ys, line.density);
     }
 
 private:
@@ -132,15 +137,15 @@ private:
             m_painter.fillRect(face, ToQColor(style.FaceColour()));
     }
 
-    void PaintLine(std::span<const double> xs, std::span<const double> ys,
-                   const PointDensity& density) {
-        const std::vector<QPointF> line = ThinLine(xs, ys, m_scale, m_device_pixels);
+    void PaintLine(const ThinnedLine& thinned) {
+        const std::vector<QPointF>& line = thinned.points;
         QPen pen(ToQColor(LegibleOn(m_background, m_chart.item_style.second_colour)));
         pen.setJoinStyle(Qt::RoundJoin);
         pen.setCapStyle(Qt::RoundCap);
         // Wider dense lines would hide their shape, and take seconds on finely resolved screens.
         const auto is_thin = [&](size_t index) {
-            return density.IsDense(line[index].x()) && density.IsDense(line[index + 1].x());
+            return thinned.density.IsDense(line[index].x()) &&
+                   thinned.density.IsDense(line[index + 1].x());
         };
         m_painter.save();
         m_painter.setRenderHint(QPainter::Antialiasing);

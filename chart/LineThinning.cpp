@@ -10,7 +10,7 @@ namespace {
 constexpr size_t kMostPerColumn = 8;
 
 // Pixel columns on each side of a place whose points count for its density.
-constexpr double kDensityReach = 4.0;
+constexpr size_t kDensityReach = 4;
 
 // More than any screen has.
 constexpr double kMostColumns = 1e6;
@@ -47,14 +47,14 @@ private:
 };
 
 // Each column's lowest and highest point, from left to right.
-std::vector<QPointF> Envelope(std::span<const double> xs, std::span<const double> ys,
-                              const PlotScale& scale, double columns, size_t width) {
+ThinnedLine Envelope(std::span<const double> xs, std::span<const double> ys, const PlotScale& scale,
+                     double columns, size_t width) {
     struct Extremes {
         double low = 0.0;
         double high = 0.0;
-        bool used = false;
     };
     std::vector<Extremes> extremes(width + 1);
+    std::vector<size_t> counts(width + 1);
     const double left = std::min(scale.x.from, scale.x.to);
     const double factor = scale.x.PixelsPerUnit() * columns;
     const double offset = (scale.x.from - left) * columns - scale.x.low * factor;
@@ -65,35 +65,46 @@ std::vector<QPointF> Envelope(std::span<const double> xs, std::span<const double
         if (!(column >= 0.0 && column <= static_cast<double>(width)) || y - y != 0.0)
             continue;
         Extremes& here = extremes[static_cast<size_t>(column)];
-        here.low = here.used ? std::min(here.low, y) : y;
-        here.high = here.used ? std::max(here.high, y) : y;
-        here.used = true;
+        const bool used = counts[static_cast<size_t>(column)]++ != 0;
+        here.low = used ? std::min(here.low, y) : y;
+        here.high = used ? std::max(here.high, y) : y;
     }
     std::vector<QPointF> points;
     for (size_t column = 0; column < extremes.size(); ++column) {
         const Extremes& here = extremes[column];
-        if (!here.used)
+        if (counts[column] == 0)
             continue;
         const double x = left + (static_cast<double>(column) + 0.5) / columns;
         points.emplace_back(x, scale.y.ToPixel(here.low));
         points.emplace_back(x, scale.y.ToPixel(here.high));
     }
-    return points;
+    return {std::move(points), PointDensity(std::span(counts).first(width), left, columns)};
 }
 
 }  // namespace
 
-std::vector<QPointF> ThinLine(std::span<const double> xs, std::span<const double> ys,
-                              const PlotScale& scale, double columns) {
+ThinnedLine ThinLine(std::span<const double> xs, std::span<const double> ys, const PlotScale& scale,
+                     double columns) {
     const size_t count = std::min(xs.size(), ys.size());
     const double width = std::ceil(std::abs(scale.x.to - scale.x.from) * columns) + 1.0;
-    const size_t most = kMostPerColumn * static_cast<size_t>(std::clamp(width, 1.0, kMostColumns));
+    const auto used_width = static_cast<size_t>(std::clamp(width, 1.0, kMostColumns));
+    const size_t most = kMostPerColumn * used_width;
     const double factor = scale.x.PixelsPerUnit() * columns;
     const double offset = (scale.x.from * columns) - scale.x.low * factor;
 
+    const double first_column = std::floor(std::min(scale.x.from, scale.x.to) * columns);
+
     Line line(xs, ys, scale);
+    std::vector<size_t> counts(used_width);
     Run run;
     bool in_run = false;
+    double column = 0.0;  // of the run, from pixel 0
+    const auto end_run = [&] {
+        line.Append(run);
+        const double place = column - first_column;
+        if (place >= 0.0 && place < static_cast<double>(counts.size()))
+            counts[static_cast<size_t>(place)] += run.last - run.first + 1;
+    };
     // The run's column, as the part of the x axis that lies in it, and its extremes so far.
     double from = 0.0;
     double to = 0.0;
@@ -118,44 +129,28 @@ std::vector<QPointF> ThinLine(std::span<const double> xs, std::span<const double
             continue;
         }
         if (in_run)
-            line.Append(run);
+            end_run();
         run = {i, i, i, i};
         lowest = highest = y;
-        const double column = std::floor(offset + x * factor);
+        column = std::floor(offset + x * factor);
         from = (column - offset) / factor;
         to = (column + 1.0 - offset) / factor;
         in_run = true;
         if (count > most && line.Points().size() > most)
-            return Envelope(xs.first(count), ys.first(count), scale, columns,
-                            most / kMostPerColumn);
+            return Envelope(xs.first(count), ys.first(count), scale, columns, used_width);
     }
     if (in_run)
-        line.Append(run);
-    return std::move(line.Points());
+        end_run();
+    return {std::move(line.Points()), PointDensity(counts, first_column / columns, columns)};
 }
 
-PointDensity::PointDensity(std::span<const double> xs, const AxisScale& axis, double columns)
-    : m_left(std::min(axis.from, axis.to)),
-      m_columns(columns),
-      m_before(static_cast<size_t>(
-                   std::clamp(std::abs(axis.to - axis.from) * columns, 0.0, kMostColumns)) +
-               2) {
-    const double factor = axis.PixelsPerUnit() * columns;
-    const double offset = (axis.from - m_left) * columns - axis.low * factor;
-    const auto width = static_cast<double>(m_before.size() - 1);
-    for (const double x : xs) {
-        const double column = offset + x * factor;
-        // Written so that a place that is not finite is passed over.
-        if (column >= 0.0 && column < width)
-            ++m_before[static_cast<size_t>(column) + 1];
+PointDensity::PointDensity(std::span<const size_t> counts, double left, double columns)
+    : m_left(left), m_columns(columns), m_dense(counts.size()) {
+    for (size_t column = 0; column < counts.size(); ++column) {
+        const size_t from = column - std::min(column, kDensityReach);
+        const std::span<const size_t> around =
+            counts.subspan(from, std::min(column + kDensityReach + 1, counts.size()) - from);
+        const size_t sum = std::accumulate(around.begin(), around.end(), size_t{0});
+        m_dense[column] = sum > around.size() ? 1 : 0;
     }
-    std::partial_sum(m_before.begin(), m_before.end(), m_before.begin());
-}
-
-bool PointDensity::IsDense(double pixel) const {
-    const auto width = static_cast<double>(m_before.size() - 1);
-    const double column = (pixel - m_left) * m_columns;
-    const auto from = static_cast<size_t>(std::clamp(column - kDensityReach, 0.0, width));
-    const auto to = static_cast<size_t>(std::clamp(column + kDensityReach + 1.0, 0.0, width));
-    return m_before[to] - m_before[from] > to - from;
 }

@@ -32,6 +32,10 @@ class ChartDocTest : public QObject {
         const AxisPlan plan =
             PlanAxis({.interval = interval, .limits = 0, .headroom = 1}, low, high, 10.0, 8, 20);
         QVERIFY(std::isfinite(plan.low) && std::isfinite(plan.high) && plan.low < plan.high);
+        // Where the plot is asked to draw them.
+        const AxisScale scale = {plan.low, plan.high, 300.0, 0.0};
+        for (const double value : {low, high})
+            QVERIFY(std::abs(scale.ToPixel(value)) <= 2e4);
         if (std::abs(high) < 1e199 && std::abs(low) < 1e199)
             QVERIFY2(plan.low <= low && plan.high > high,
                      qPrintable(u"%1: %2 to %3"_s.arg(interval).arg(low).arg(high)));
@@ -121,12 +125,13 @@ private slots:
             double multiple;  // of the interval between labels; 0 when automatic
         };
         const Case cases[] = {
-            {kFifth, 0.0, 1.4, 1.0},   {kFifth, 0.0, 12.0, 5.0},   {250.0, 0.0, 99999.0, 50.0},
-            {kFifth, 0.0, 24.0, 10.0}, {250.0, 0.0, 0.0002, 1.0},  {20.0, 0.0, 1.6e-5, 1.0},
-            {kFifth, 0.0, 1e-7, 1.0},  {0.0, -5.0, 0.0, 0.0},      {0.0, -5.0, -3.0, 0.0},
-            {250.0, 0.0, 1e300, -1.0}, {20.0, -50.0, 100.0, 1.0},  {0.0, -3.0, 17.0, 0.0},
-            {0.0, 5.0, 5.0, 0.0},      {0.0, 0.0, 0.0, 0.0},       {0.0, -1.7e308, 1.7e308, 0.0},
-            {0.0, 0.0, 5e-324, 0.0},   {0.0, 1e15, 1e15 + 1, 0.0}, {20.0, -1e-300, 1e-300, 0.0}};
+            {kFifth, 0.0, 1.4, 1.0},     {kFifth, 0.0, 12.0, 5.0},    {250.0, 0.0, 99999.0, 50.0},
+            {kFifth, 0.0, 24.0, 10.0},   {250.0, 0.0, 0.0002, 1.0},   {20.0, 0.0, 1.6e-5, 1.0},
+            {kFifth, 0.0, 1e-7, 1.0},    {0.0, -5.0, 0.0, 0.0},       {0.0, -5.0, -3.0, 0.0},
+            {250.0, 0.0, 1e300, -1.0},   {20.0, -50.0, 100.0, 1.0},   {0.0, -3.0, 17.0, 0.0},
+            {0.0, 5.0, 5.0, 0.0},        {0.0, 0.0, 0.0, 0.0},        {0.0, -1.7e308, 1.7e308, 0.0},
+            {0.0, -3.4e38, 3.4e38, 0.0}, {20.0, 0.0, 3.4e38, 0.0},    {0.0, 0.0, 5e-324, 0.0},
+            {0.0, 1e15, 1e15 + 1, 0.0},  {20.0, -1e-300, 1e-300, 0.0}};
         for (const auto& [interval, low, high, multiple] : cases)
             CheckAxis(interval, low, high, multiple);
 
@@ -169,7 +174,7 @@ private slots:
                 column.begin(), column.end(), [](QPointF a, QPointF b) { return a.y() < b.y(); });
             return QPointF(low->y(), high->y());
         };
-        const std::vector<QPointF> line = ThinLine(xs, ys, scale);
+        const std::vector<QPointF> line = ThinLine(xs, ys, scale).points;
         QVERIFY(std::is_sorted(line.begin(), line.end(),
                                [](QPointF a, QPointF b) { return a.x() < b.x(); }));
         auto kept = columns(line);
@@ -191,8 +196,9 @@ private slots:
             xs.push_back(static_cast<double>(i * 7919 % 100000));
             ys.push_back(i == 77777 ? 99.0 : static_cast<double>(i % 50));
         }
-        const std::vector<QPointF> line = ThinLine(xs, ys, ScaleFor(100000.0));
+        const auto [line, density] = ThinLine(xs, ys, ScaleFor(100000.0));
         QVERIFY(line.size() <= 8 * 402);
+        QVERIFY(density.IsDense(200.0));
         const QPointF peak = ScaleFor(100000.0).ToPixels({xs[77777], 99.0});
         QVERIFY(std::any_of(line.begin(), line.end(), [peak](QPointF point) {
             return std::abs(point.x() - peak.x()) <= 1.0 && point.y() == peak.y();
@@ -200,7 +206,8 @@ private slots:
 
         // Few points stay as they are, in their order.
         const std::vector<QPointF> few =
-            ThinLine(std::vector{50.0, 10.0, 90.0}, std::vector{1.0, 2.0, 3.0}, ScaleFor(100.0));
+            ThinLine(std::vector{50.0, 10.0, 90.0}, std::vector{1.0, 2.0, 3.0}, ScaleFor(100.0))
+                .points;
         QCOMPARE(few.size(), size_t{3});
         QCOMPARE(few[0].x(), 200.0);
         QCOMPARE(few[1].x(), 40.0);
@@ -216,14 +223,14 @@ private slots:
         std::vector<double> ys(xs.size(), 50.0);
         ys[20] = kNaN;
         xs.insert(xs.end(), {100.0, 100.0});
-        ys.insert(ys.end(), {52.0, 48.1});  // 6 and 5.7 pixels away
+        ys.insert(ys.end(), {52.0, 50.1});  // 6 and 5.7 pixels from the marker before
         std::vector<QPointF> marked;
-        ForEachMarker(xs, ys, ScaleFor(100.0), PointDensity(xs, ScaleFor(100.0).x), {20, 30},
+        ForEachMarker(xs, ys, ScaleFor(100.0), ThinLine(xs, ys, ScaleFor(100.0)).density, {20, 30},
                       [&marked](QPointF place) { marked.push_back(place); });
-        QCOMPARE(marked.size(), size_t{14});
+        QCOMPARE(marked.size(), size_t{13});
         QCOMPARE(marked[1].x(), 0.3 * 4.0);
         QCOMPARE(marked[2].x(), 40.0);
-        QCOMPARE(marked.back(), ScaleFor(100.0).ToPixels({100.0, 48.1}));
+        QCOMPARE(marked.back(), ScaleFor(100.0).ToPixels({100.0, 52.0}));
 
         // Of a dense zigzag those get one that stand some way along the axis.
         xs.clear();
@@ -234,7 +241,7 @@ private slots:
         }
         xs.insert(xs.end(), {60.0, 60.0, 100.0});
         ys.insert(ys.end(), {50.0, 0.0, 0.0});
-        const PointDensity density(xs, ScaleFor(100.0).x);
+        const PointDensity density = ThinLine(xs, ys, ScaleFor(100.0)).density;
         for (const auto& [pixel, dense] : {std::pair(0, true), std::pair(80, true),
                                            std::pair(240, false), std::pair(400, false)})
             QCOMPARE(density.IsDense(pixel), dense);
