@@ -295,9 +295,10 @@ private slots:
         QCOMPARE(undone.Cell(1), u"1"_s);
         QVERIFY(!undone.session->canUndo());
 
-        const ChartWindow cut(Function, u"0|5|10"_s, u"1|3|8"_s);
-        cut.Press(cut.At(2));
-        QVERIFY(cut.session->RemoveRows({1}));
+        const ChartWindow cut(Function, u"0|5|10|15"_s, u"1|2|3|8"_s);
+        cut.Press(cut.At(3));
+        QVERIFY(cut.session->RemoveRows({1, 2}));
+        QCOMPARE(cut.control->document().ItemCount(), 2);
         cut.Move(QPoint(200, 120));
         cut.Move(QPoint(200, 150));
         cut.Release(QPoint(200, 150));
