@@ -239,15 +239,16 @@ private slots:
             xs.push_back(i * 0.02);
             ys.push_back(i % 2 * 50.0);
         }
-        xs.insert(xs.end(), {60.0, 60.0, 100.0});
-        ys.insert(ys.end(), {50.0, 0.0, 0.0});
+        // The last one jumps back to where others were left out.
+        xs.insert(xs.end(), {60.0, 60.0, 100.0, 39.8});
+        ys.insert(ys.end(), {50.0, 0.0, 0.0, 0.0});
         const PointDensity density = ThinLine(xs, ys, ScaleFor(100.0)).density;
         for (const auto& [pixel, dense] : {std::pair(0, true), std::pair(80, true),
                                            std::pair(240, false), std::pair(400, false)})
             QCOMPARE(density.IsDense(pixel), dense);
         int count = 0;
         ForEachMarker(xs, ys, ScaleFor(100.0), density, {}, [&count](QPointF) { ++count; });
-        QCOMPARE(count, 160 / 6 + 1 + 3);
+        QCOMPARE(count, 160 / 6 + 1 + 4);
     }
 
     void hits() {
