@@ -42,8 +42,10 @@ public:
         // Done for up to a million points a frame.
         const double x = centre.x() * m_device_pixels + m_to_x;
         const double y = centre.y() * m_device_pixels + m_to_y;
-        if (x >= 0.0 && x < m_width && y >= 0.0 && y < m_height)
-            m_used[static_cast<size_t>(static_cast<int>(y) * m_width + static_cast<int>(x))] = 1;
+        if (!(x >= 0.0 && x < m_width && y >= 0.0 && y < m_height))
+            return;
+        const int cell = static_cast<int>(y) * m_width + static_cast<int>(x);
+        m_used[static_cast<size_t>(cell)] = 1;
     }
 
     void Paint(QPainter& painter, const QColor& colour) const {
