@@ -245,6 +245,7 @@ void GridTest::KeysThatChangeNothing() {
         QVERIFY(shown.IsEditing());
         shown.Key(Qt::Key_Return);
         QVERIFY(!shown.IsEditing());
+        QCOMPARE(shown.Current().first, std::min(row + 1, 3));
     }
     shown.grid->SelectCell(1, 2);
     shown.Keys(u"9"_s);

@@ -22,7 +22,7 @@ namespace {
 
 using Step = std::function<void(QWidget*)>;
 
-/// The user before modal windows: one step for each new one, in order.
+/// The user before modal windows: one step for each new one, in order. Nobody would close one more.
 class User : public QObject {
 public:
     explicit User(QList<Step> steps) : m_steps(std::move(steps)) { Next(); }
@@ -31,12 +31,12 @@ public:
 
 private:
     void Next() {
-        if (m_steps.isEmpty())
-            return;
         QTimer::singleShot(1, this, [this] {
             QWidget* const window = QApplication::activeModalWidget();
             if (window == nullptr || window == m_seen)
                 return Next();
+            if (m_steps.isEmpty())
+                qFatal("a window that nobody expects: %s", qPrintable(window->windowTitle()));
             m_seen = window;
             const Step step = m_steps.takeFirst();
             Next();  // before the step: what it presses may open the next window and wait for it
@@ -240,6 +240,9 @@ private slots:
     void OtherThreadsShowNothing() {
         int results[2] = {1, 1};
         std::thread([&results] {
+            QObject here;  // where an event loop would run
+            QMetaObject::invokeMethod(
+                &here, [] { qFatal("a dialog in another thread"); }, Qt::QueuedConnection);
             results[0] = InputAPI().Prompt(-1, 3, {});
             functioneditor_request request = EmptyRequest();
             results[1] = functioneditor_prompt(&request);
@@ -341,7 +344,7 @@ private slots:
         for (const auto& [expected, spoil] : cases) {
             functioneditor_request request = EmptyRequest();
             spoil(request);
-            QCOMPARE(functioneditor_prompt(&request), expected);
+            QCOMPARE(Prompt({}, request), expected);
             QVERIFY(functioneditor_result_text(expected) != functioneditor_result_text(-99));
         }
         QCOMPARE(functioneditor_prompt(nullptr), FUNCTIONEDITOR_ERROR_REQUEST);
