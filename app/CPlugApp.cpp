@@ -1,9 +1,9 @@
 #include "app/CPlugApp.h"
 
-#include "app/FileReplace.h"
-#include "app/Message.h"
+#include "base/FileReplace.h"
+#include "base/Message.h"
 #include "app/WindowIcon.h"
-#include "profiles/CDlgGridChart.h"
+#include "dialog/CDlgGridChart.h"
 
 #include <QEvent>
 #include <QStringList>

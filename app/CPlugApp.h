@@ -2,7 +2,7 @@
 
 #include "app/CPlugExchangeFile.h"
 #include "app/CPlugParameters.h"
-#include "app/UserPrompts.h"
+#include "dialog/UserPrompts.h"
 
 #include <QApplication>
 

@@ -1,7 +1,7 @@
 #include "app/CPlugExchangeFile.h"
 
-#include "app/FileReplace.h"
-#include "app/Message.h"
+#include "base/FileReplace.h"
+#include "base/Message.h"
 #include "app/TraceLog.h"
 
 #include <QFile>

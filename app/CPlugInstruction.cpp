@@ -1,7 +1,7 @@
 #include "app/CPlugInstruction.h"
 
-#include "app/Cp1252.h"
-#include "app/Message.h"
+#include "base/Cp1252.h"
+#include "base/Message.h"
 #include "app/TraceLog.h"
 
 #include <QStringLiteral>

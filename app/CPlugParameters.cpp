@@ -1,8 +1,8 @@
 #include "app/CPlugParameters.h"
 
 #include "app/CPlugExchangeFile.h"
-#include "app/Cp1252.h"
-#include "app/Message.h"
+#include "base/Cp1252.h"
+#include "base/Message.h"
 
 #include <algorithm>
 #include <stdexcept>

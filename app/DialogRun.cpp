@@ -1,9 +1,9 @@
 #include "app/DialogRun.h"
 
 #include "app/PlatformChoice.h"
-#include "app/UserPrompts.h"
+#include "dialog/UserPrompts.h"
 #include "app/WindowIcon.h"
-#include "profiles/CDlgGridChart.h"
+#include "dialog/CDlgGridChart.h"
 
 #include <QApplication>
 #include <QThread>

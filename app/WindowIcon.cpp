@@ -1,6 +1,6 @@
 #include "app/WindowIcon.h"
 
-#include "chart/ButtonPicture.h"
+#include "dialog/ButtonPicture.h"
 
 #include <QGuiApplication>
 

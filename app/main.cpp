@@ -1,5 +1,5 @@
 #include "app/CPlugApp.h"
-#include "app/Message.h"
+#include "base/Message.h"
 #include "app/QuickStart.h"
 #include "app/StandardStreams.h"
 

@@ -1,6 +1,6 @@
 #include "BenchPoints.h"
 
-#include "app/Cp1252.h"
+#include "base/Cp1252.h"
 
 #include <algorithm>
 #include <cmath>

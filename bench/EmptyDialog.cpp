@@ -1,7 +1,7 @@
 // What a start costs at least: a dialog of the toolkit with title and size of the editor's, and
 // nothing in it.
 
-#include "resources/DialogTemplate.h"
+#include "dialog/DialogTemplate.h"
 
 #include <QApplication>
 #include <QDialog>

@@ -1,11 +1,11 @@
 #include "chart/CGraphView.h"
 
-#include "app/ShownText.h"
+#include "base/ShownText.h"
 #include "chart/CGraphControl.h"
 #include "chart/ChartFrame.h"
-#include "chart/ColourContrast.h"
+#include "base/ColourContrast.h"
 #include "chart/ItemPainter.h"
-#include "chart/QtColour.h"
+#include "base/QtColour.h"
 
 #include <qcustomplot.h>
 

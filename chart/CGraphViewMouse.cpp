@@ -1,6 +1,6 @@
 // The mouse on the chart: tips, picking and dragging.
 
-#include "app/ShownText.h"
+#include "base/ShownText.h"
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
 #include "chart/DragRules.h"

@@ -1,7 +1,7 @@
 #include "chart/ChartFrame.h"
 
-#include "chart/ColourContrast.h"
-#include "chart/QtColour.h"
+#include "base/ColourContrast.h"
+#include "base/QtColour.h"
 
 #include <QPainter>
 

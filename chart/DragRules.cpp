@@ -1,7 +1,7 @@
 #include "chart/DragRules.h"
 
-#include "app/EnglishAtof.h"
-#include "profiles/NumberText.h"
+#include "base/EnglishAtof.h"
+#include "base/NumberText.h"
 
 #include <algorithm>
 #include <cmath>

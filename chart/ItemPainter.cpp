@@ -1,9 +1,9 @@
 #include "chart/ItemPainter.h"
 
-#include "chart/ColourContrast.h"
+#include "base/ColourContrast.h"
 #include "chart/ItemPicking.h"
 #include "chart/LineThinning.h"
-#include "chart/QtColour.h"
+#include "base/QtColour.h"
 
 #include <QPainter>
 #include <QPen>

@@ -1,6 +1,6 @@
 # The buttons' pictures and the window's icon: drawn as SVG, turned into shapes by the build, kept as
 # resources of the program.
-add_executable(CompilePictures resources/CompilePictures.cpp)
+add_executable(CompilePictures dialog/CompilePictures.cpp)
 target_include_directories(CompilePictures PRIVATE ${PROJECT_SOURCE_DIR})
 target_link_libraries(CompilePictures PRIVATE Qt6::Svg)
 

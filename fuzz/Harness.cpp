@@ -1,7 +1,7 @@
 #include "fuzz/Harness.h"
 
-#include "app/Cp1252.h"
-#include "app/EnglishAtof.h"
+#include "base/Cp1252.h"
+#include "base/EnglishAtof.h"
 
 #include <QDataStream>
 #include <QDir>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "SessionChecks.h"
-#include "app/Message.h"
+#include "base/Message.h"
 #include "chart/CGraphControl.h"
 #include "profiles/ProfileSession.h"
 

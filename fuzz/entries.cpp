@@ -3,12 +3,12 @@
 // first byte is one of the letters below, followed by a row and a text, or is itself the row of an
 // entry, followed by column and text.
 
-#include "app/EnglishAtof.h"
+#include "base/EnglishAtof.h"
 #include "chart/DragRules.h"
 #include "fuzz/Harness.h"
-#include "grid/EntryRules.h"
-#include "grid/EntryStore.h"
-#include "profiles/NumberText.h"
+#include "profiles/EntryRules.h"
+#include "profiles/EntryStore.h"
+#include "base/NumberText.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,7 @@
 
 #include "app/CPlugExchangeFile.h"
 #include "app/CPlugParameters.h"
-#include "app/Cp1252.h"
+#include "base/Cp1252.h"
 #include "fuzz/Harness.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // Input: bytes for kind and flags, numbers to start with, a line end; bytes for the first row, the
 // column and the number of rows selected; then the text.
 
-#include "app/EnglishAtof.h"
+#include "base/EnglishAtof.h"
 #include "fuzz/Harness.h"
 #include "grid/GridClipboard.h"
 

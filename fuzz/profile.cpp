@@ -1,9 +1,9 @@
 // A profile file is read into a session, saved and read again.
 // Input: a byte for kind and mode; then the file.
 
-#include "app/EnglishAtof.h"
+#include "base/EnglishAtof.h"
 #include "fuzz/Harness.h"
-#include "profiles/FileDialogs.h"
+#include "base/FileDialogs.h"
 #include "profiles/ProfileFile.h"
 
 #include <algorithm>

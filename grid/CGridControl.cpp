@@ -1,11 +1,11 @@
 #include "grid/CGridControl.h"
 
-#include "app/Message.h"
-#include "grid/EntryStore.h"
+#include "base/Message.h"
+#include "profiles/EntryStore.h"
 #include "grid/GridCellDelegate.h"
 #include "grid/TabMoves.h"
 #include "profiles/ProfileSession.h"
-#include "resources/DialogTemplate.h"
+#include "dialog/DialogTemplate.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>

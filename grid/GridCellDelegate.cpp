@@ -1,6 +1,6 @@
 #include "grid/GridCellDelegate.h"
 
-#include "app/ShownText.h"
+#include "base/ShownText.h"
 #include "profiles/ProfileTable.h"
 
 #include <QAbstractItemView>

@@ -1,7 +1,7 @@
 #include "grid/GridClipboard.h"
 
-#include "app/Message.h"
-#include "grid/EntryStore.h"
+#include "base/Message.h"
+#include "profiles/EntryStore.h"
 #include "grid/PasteRules.h"
 #include "grid/PasteStore.h"
 #include "profiles/ProfileSession.h"

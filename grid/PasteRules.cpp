@@ -1,6 +1,6 @@
 #include "grid/PasteRules.h"
 
-#include "app/EnglishAtof.h"
+#include "base/EnglishAtof.h"
 #include "profiles/ProfileTable.h"
 
 #include <algorithm>

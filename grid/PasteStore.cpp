@@ -1,7 +1,7 @@
 #include "grid/PasteStore.h"
 
-#include "app/Message.h"
-#include "grid/EntryStore.h"
+#include "base/Message.h"
+#include "profiles/EntryStore.h"
 #include "grid/TimeEntries.h"
 #include "profiles/ProfileSession.h"
 

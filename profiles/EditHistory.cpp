@@ -1,6 +1,6 @@
 #include "profiles/EditHistory.h"
 
-#include "app/EnglishAtof.h"
+#include "base/EnglishAtof.h"
 
 #include <algorithm>
 

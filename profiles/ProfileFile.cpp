@@ -1,10 +1,10 @@
 #include "profiles/ProfileFile.h"
 
-#include "app/Cp1252.h"
-#include "app/EnglishAtof.h"
-#include "app/FileReplace.h"
-#include "app/Message.h"
-#include "profiles/NumberText.h"
+#include "base/Cp1252.h"
+#include "base/EnglishAtof.h"
+#include "base/FileReplace.h"
+#include "base/Message.h"
+#include "base/NumberText.h"
 #include "profiles/ProfileFolders.h"
 
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "profiles/ProfileFolders.h"
 
-#include "app/Cp1252.h"
+#include "base/Cp1252.h"
 #include "profiles/ProfileFile.h"
 
 #include <QCoreApplication>

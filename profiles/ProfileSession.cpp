@@ -1,11 +1,11 @@
 #include "profiles/ProfileSession.h"
 
-#include "app/EnglishAtof.h"
-#include "app/FileReplace.h"
-#include "app/Message.h"
+#include "base/EnglishAtof.h"
+#include "base/FileReplace.h"
+#include "base/Message.h"
 #include "profiles/Coefficients.h"
-#include "profiles/FileDialogs.h"
-#include "profiles/NumberText.h"
+#include "base/FileDialogs.h"
+#include "base/NumberText.h"
 
 #include <QDir>
 #include <QFileInfo>

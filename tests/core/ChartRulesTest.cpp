@@ -2,8 +2,8 @@
 // apart.
 
 #include "VectorFile.h"
-#include "chart/ButtonLayout.h"
-#include "chart/ColourContrast.h"
+#include "dialog/ButtonLayout.h"
+#include "base/ColourContrast.h"
 #include "chart/DragRules.h"
 
 #include <QTest>

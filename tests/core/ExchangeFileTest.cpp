@@ -5,8 +5,8 @@
 #include "VectorFile.h"
 #include "app/CPlugExchangeFile.h"
 #include "app/CPlugParameters.h"
-#include "app/Cp1252.h"
-#include "app/FileReplace.h"
+#include "base/Cp1252.h"
+#include "base/FileReplace.h"
 
 #include <QDir>
 #include <QFile>

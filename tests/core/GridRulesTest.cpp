@@ -2,11 +2,11 @@
 
 #include "MessageScript.h"
 #include "VectorFile.h"
-#include "app/EnglishAtof.h"
-#include "grid/EntryRules.h"
+#include "base/EnglishAtof.h"
+#include "profiles/EntryRules.h"
 #include "grid/PasteRules.h"
 #include "grid/TabMoves.h"
-#include "profiles/NumberText.h"
+#include "base/NumberText.h"
 #include "profiles/ProfileTable.h"
 
 #include <QTest>

@@ -1,7 +1,7 @@
 #include "VectorFile.h"
-#include "app/EnglishAtof.h"
+#include "base/EnglishAtof.h"
 #include "profiles/Coefficients.h"
-#include "profiles/NumberText.h"
+#include "base/NumberText.h"
 
 #include <QLocale>
 #include <QTest>

@@ -1,6 +1,6 @@
 #include "SessionBench.h"
 #include "VectorFile.h"
-#include "app/EnglishAtof.h"
+#include "base/EnglishAtof.h"
 #include "profiles/ProfileFile.h"
 
 using namespace Qt::StringLiterals;

@@ -5,7 +5,7 @@
 #include "HostTest.h"
 #include "app/CPlugExchangeFile.h"
 #include "app/CPlugParameters.h"
-#include "app/Message.h"
+#include "base/Message.h"
 
 #include <fcntl.h>
 #include <sys/resource.h>

@@ -8,7 +8,7 @@
 #include "MessageScript.h"
 #include "app/CPlugExchangeFile.h"
 #include "app/CPlugParameters.h"
-#include "app/FileReplace.h"
+#include "base/FileReplace.h"
 #include "profiles/ProfileSession.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "chart/ColourContrast.h"
-#include "chart/QtColour.h"
+#include "base/ColourContrast.h"
+#include "base/QtColour.h"
 
 /// Contrast ratio of two pixels, between 1 and 21.
 inline double Contrast(QRgb one, QRgb other) {

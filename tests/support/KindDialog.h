@@ -1,9 +1,9 @@
 #pragma once
 
 #include "RunDialog.h"
-#include "app/Cp1252.h"
+#include "base/Cp1252.h"
 #include "chart/CGraphControl.h"
-#include "grid/CDlgAjout.h"
+#include "dialog/CDlgAjout.h"
 #include "grid/CGridControl.h"
 
 #include <QAbstractButton>

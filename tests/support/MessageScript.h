@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Message.h"
+#include "base/Message.h"
 
 #include <QList>
 #include <QString>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "profiles/CDlgGridChart.h"
+#include "dialog/CDlgGridChart.h"
 
 #include <QTimer>
 

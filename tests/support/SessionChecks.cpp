@@ -1,6 +1,6 @@
 #include "SessionChecks.h"
 
-#include "app/EnglishAtof.h"
+#include "base/EnglishAtof.h"
 #include "profiles/ProfileFile.h"
 
 #include <algorithm>

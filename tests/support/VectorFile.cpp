@@ -1,6 +1,6 @@
 #include "VectorFile.h"
 
-#include "app/Cp1252.h"
+#include "base/Cp1252.h"
 
 #include <QFile>
 #include <QJsonDocument>

@@ -1,6 +1,6 @@
 #include "Contrast.h"
-#include "chart/BitmapButton.h"
-#include "chart/CSXButton.h"
+#include "dialog/BitmapButton.h"
+#include "dialog/CSXButton.h"
 
 #include <QApplication>
 #include <QBitmap>

@@ -4,7 +4,7 @@
 #include "MessageScript.h"
 #include "VectorFile.h"
 #include "chart/CGraphView.h"
-#include "profiles/MeanLabel.h"
+#include "dialog/MeanLabel.h"
 
 #include <QHeaderView>
 #include <QScrollBar>

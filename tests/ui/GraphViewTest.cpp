@@ -1,5 +1,5 @@
 #include "SessionBench.h"
-#include "app/EnglishAtof.h"
+#include "base/EnglishAtof.h"
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
 #include "chart/DragRules.h"

@@ -4,7 +4,7 @@
 #include "VectorFile.h"
 #include "grid/CGridControl.h"
 #include "profiles/ProfileSession.h"
-#include "resources/DialogTemplate.h"
+#include "dialog/DialogTemplate.h"
 
 #include <QHeaderView>
 #include <QJsonArray>

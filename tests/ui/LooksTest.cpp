@@ -6,9 +6,9 @@
 #include "RunDialog.h"
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
-#include "chart/CSXButton.h"
+#include "dialog/CSXButton.h"
 #include "grid/CGridControl.h"
-#include "profiles/MeanLabel.h"
+#include "dialog/MeanLabel.h"
 
 #include <QAccessible>
 #include <QApplication>

@@ -3,7 +3,7 @@
 #include "KindDialog.h"
 #include "SessionBench.h"
 #include "grid/CGridControl.h"
-#include "grid/EntryStore.h"
+#include "profiles/EntryStore.h"
 #include "grid/PasteStore.h"
 
 #include <QAbstractItemModelTester>

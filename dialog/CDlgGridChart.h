@@ -1,7 +1,7 @@
 #pragma once
 
 #include "profiles/ProfileSession.h"
-#include "resources/DialogTemplate.h"
+#include "dialog/DialogTemplate.h"
 
 #include <QDialog>
 #include <QHash>

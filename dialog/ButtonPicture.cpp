@@ -1,6 +1,6 @@
-#include "chart/ButtonPicture.h"
+#include "dialog/ButtonPicture.h"
 
-#include "chart/PictureShape.h"
+#include "dialog/PictureShape.h"
 
 #include <QFile>
 #include <QPainter>

@@ -1,7 +1,7 @@
-#include "profiles/MeanLabel.h"
+#include "dialog/MeanLabel.h"
 
 #include "profiles/Coefficients.h"
-#include "profiles/NumberText.h"
+#include "base/NumberText.h"
 #include "profiles/ProfileSession.h"
 
 #include <QEvent>

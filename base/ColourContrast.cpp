@@ -1,4 +1,4 @@
-#include "chart/ColourContrast.h"
+#include "base/ColourContrast.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
-#include "grid/EntryStore.h"
+#include "profiles/EntryStore.h"
 
-#include "app/EnglishAtof.h"
-#include "app/Message.h"
-#include "grid/EntryRules.h"
+#include "base/EnglishAtof.h"
+#include "base/Message.h"
+#include "profiles/EntryRules.h"
 #include "profiles/ProfileSession.h"
 
 #include <cmath>

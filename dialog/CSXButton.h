@@ -1,7 +1,7 @@
 #pragma once
 
-#include "chart/ButtonLayout.h"
-#include "chart/ButtonPicture.h"
+#include "dialog/ButtonLayout.h"
+#include "dialog/ButtonPicture.h"
 
 #include <QPushButton>
 

@@ -1,7 +1,7 @@
-#include "chart/CSXButton.h"
+#include "dialog/CSXButton.h"
 
-#include "chart/ColourContrast.h"
-#include "chart/QtColour.h"
+#include "base/ColourContrast.h"
+#include "base/QtColour.h"
 
 #include <QPainter>
 #include <QStyle>

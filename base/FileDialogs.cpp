@@ -1,4 +1,4 @@
-#include "profiles/FileDialogs.h"
+#include "base/FileDialogs.h"
 
 #include <utility>
 

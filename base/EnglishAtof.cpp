@@ -1,4 +1,4 @@
-#include "app/EnglishAtof.h"
+#include "base/EnglishAtof.h"
 
 #include <QVarLengthArray>
 

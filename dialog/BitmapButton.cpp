@@ -1,4 +1,4 @@
-#include "chart/BitmapButton.h"
+#include "dialog/BitmapButton.h"
 
 #include <QPainter>
 

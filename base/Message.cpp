@@ -1,4 +1,4 @@
-#include "app/Message.h"
+#include "base/Message.h"
 
 #include <utility>
 

@@ -1,15 +1,15 @@
-#include "profiles/CDlgGridChart.h"
+#include "dialog/CDlgGridChart.h"
 
-#include "app/Message.h"
-#include "app/ShownText.h"
-#include "chart/BitmapButton.h"
+#include "base/Message.h"
+#include "base/ShownText.h"
+#include "dialog/BitmapButton.h"
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
-#include "chart/CSXButton.h"
+#include "dialog/CSXButton.h"
 #include "chart/ChartFrame.h"
-#include "grid/CDlgAjout.h"
+#include "dialog/CDlgAjout.h"
 #include "grid/CGridControl.h"
-#include "profiles/MeanLabel.h"
+#include "dialog/MeanLabel.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,4 +1,4 @@
-#include "resources/DialogTemplate.h"
+#include "dialog/DialogTemplate.h"
 
 #include <QPoint>
 #include <QSize>

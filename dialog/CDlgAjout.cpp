@@ -1,11 +1,11 @@
-#include "grid/CDlgAjout.h"
+#include "dialog/CDlgAjout.h"
 
-#include "app/EnglishAtof.h"
-#include "app/Message.h"
-#include "grid/EntryRules.h"
-#include "profiles/NumberText.h"
+#include "base/EnglishAtof.h"
+#include "base/Message.h"
+#include "profiles/EntryRules.h"
+#include "base/NumberText.h"
 #include "profiles/ProfileSession.h"
-#include "resources/DialogTemplate.h"
+#include "dialog/DialogTemplate.h"
 
 #include <QLabel>
 #include <QLineEdit>

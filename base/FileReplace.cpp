@@ -1,4 +1,4 @@
-#include "app/FileReplace.h"
+#include "base/FileReplace.h"
 
 #include <QFileInfo>
 #include <QSaveFile>

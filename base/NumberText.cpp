@@ -1,6 +1,6 @@
-#include "profiles/NumberText.h"
+#include "base/NumberText.h"
 
-#include "app/EnglishAtof.h"
+#include "base/EnglishAtof.h"
 
 #include <array>
 #include <charconv>

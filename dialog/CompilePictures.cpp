@@ -1,7 +1,7 @@
 // Turns SVG drawings into what the program paints: CompilePictures FOLDER SVG...
 // writes FOLDER/NAME.picture for each NAME.svg.
 
-#include "chart/PictureShape.h"
+#include "dialog/PictureShape.h"
 
 #include <QFileInfo>
 #include <QPaintDevice>

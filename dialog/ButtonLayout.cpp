@@ -1,4 +1,4 @@
-#include "chart/ButtonLayout.h"
+#include "dialog/ButtonLayout.h"
 
 #include <algorithm>
 

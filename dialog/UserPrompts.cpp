@@ -1,6 +1,6 @@
-#include "app/UserPrompts.h"
+#include "dialog/UserPrompts.h"
 
-#include "app/ShownText.h"
+#include "base/ShownText.h"
 
 #include <QAbstractButton>
 #include <QApplication>

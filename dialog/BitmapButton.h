@@ -1,6 +1,6 @@
 #pragma once
 
-#include "chart/ButtonPicture.h"
+#include "dialog/ButtonPicture.h"
 
 #include <QPushButton>
 

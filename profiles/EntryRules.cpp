@@ -1,7 +1,7 @@
-#include "grid/EntryRules.h"
+#include "profiles/EntryRules.h"
 
-#include "app/EnglishAtof.h"
-#include "app/Message.h"
+#include "base/EnglishAtof.h"
+#include "base/Message.h"
 
 #include <algorithm>
 
