@@ -1,8 +1,8 @@
 #include "app/CPlugApp.h"
 
+#include "app/WindowIcon.h"
 #include "base/FileReplace.h"
 #include "base/Message.h"
-#include "app/WindowIcon.h"
 #include "dialog/CDlgGridChart.h"
 
 #include <QEvent>

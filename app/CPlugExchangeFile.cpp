@@ -1,8 +1,8 @@
 #include "app/CPlugExchangeFile.h"
 
+#include "app/TraceLog.h"
 #include "base/FileReplace.h"
 #include "base/Message.h"
-#include "app/TraceLog.h"
 
 #include <QFile>
 #include <QHashFunctions>

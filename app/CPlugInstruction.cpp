@@ -1,8 +1,8 @@
 #include "app/CPlugInstruction.h"
 
+#include "app/TraceLog.h"
 #include "base/Cp1252.h"
 #include "base/Message.h"
-#include "app/TraceLog.h"
 
 #include <QStringLiteral>
 

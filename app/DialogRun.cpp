@@ -1,9 +1,9 @@
 #include "app/DialogRun.h"
 
 #include "app/PlatformChoice.h"
-#include "dialog/UserPrompts.h"
 #include "app/WindowIcon.h"
 #include "dialog/CDlgGridChart.h"
+#include "dialog/UserPrompts.h"
 
 #include <QApplication>
 #include <QThread>

@@ -1,4 +1,4 @@
-#include "app/InputAPI.h"
+#include "InputAPI.h"
 
 #include "app/DialogRun.h"
 

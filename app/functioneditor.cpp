@@ -1,4 +1,4 @@
-#include "include/functioneditor.h"
+#include "functioneditor.h"
 
 #include "app/DialogRun.h"
 

@@ -1,7 +1,7 @@
 #include "app/CPlugApp.h"
-#include "base/Message.h"
 #include "app/QuickStart.h"
 #include "app/StandardStreams.h"
+#include "base/Message.h"
 
 #include <QMutex>
 #include <QStringList>

@@ -11,7 +11,7 @@ double Linear(int part) {
 }
 
 // What is `share` 255ths of the way from one colour to another.
-ChartColour Between(ChartColour from, ChartColour to, int share) {
+Colour Between(Colour from, Colour to, int share) {
     const auto part = [share](int a, int b) {
         return static_cast<std::uint8_t>(a + (b - a) * share / 255);
     };
@@ -19,7 +19,7 @@ ChartColour Between(ChartColour from, ChartColour to, int share) {
 }
 
 // The first colour on that way that stands out, or its end.
-ChartColour FirstLegible(ChartColour background, ChartColour from, ChartColour to) {
+Colour FirstLegible(Colour background, Colour from, Colour to) {
     int share = 0;
     while (share < 255 && Contrast(background, Between(from, to, share)) < kLegibleContrast)
         ++share;
@@ -28,27 +28,27 @@ ChartColour FirstLegible(ChartColour background, ChartColour from, ChartColour t
 
 }  // namespace
 
-double Luminance(ChartColour colour) {
+double Luminance(Colour colour) {
     return 0.2126 * Linear(colour.red) + 0.7152 * Linear(colour.green) +
            0.0722 * Linear(colour.blue);
 }
 
-double Contrast(ChartColour one, ChartColour other) {
+double Contrast(Colour one, Colour other) {
     const auto [low, high] = std::minmax({Luminance(one), Luminance(other)});
     return (high + 0.05) / (low + 0.05);
 }
 
-bool IsDark(ChartColour background) {
+bool IsDark(Colour background) {
     return Contrast(background, {255, 255, 255}) > Contrast(background, {0, 0, 0});
 }
 
-ChartColour LegibleOn(ChartColour background, ChartColour colour) {
+Colour LegibleOn(Colour background, Colour colour) {
     // On the way to black or white the hue stays.
     return FirstLegible(background, colour,
-                        IsDark(background) ? ChartColour{255, 255, 255} : ChartColour{0, 0, 0});
+                        IsDark(background) ? Colour{255, 255, 255} : Colour{0, 0, 0});
 }
 
-ChartColour GridLineOn(ChartColour background, ChartColour colour) {
+Colour GridLineOn(Colour background, Colour colour) {
     return IsDark(background) ? FirstLegible(background, background, LegibleOn(background, colour))
                               : colour;
 }

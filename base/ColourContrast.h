@@ -1,23 +1,23 @@
 #pragma once
 
-#include "chart/CDocControl.h"
+#include "base/Colour.h"
 
 /// Contrast that lines and marks need so that everybody can tell them from what is behind them.
 inline constexpr double kLegibleContrast = 3.0;
 
 /// Relative luminance of a colour, 0 black to 1 white.
-double Luminance(ChartColour colour);
+double Luminance(Colour colour);
 
 /// Contrast ratio of two colours, between 1 and 21.
-double Contrast(ChartColour one, ChartColour other);
+double Contrast(Colour one, Colour other);
 
 /// Whether light colours stand out from it better than dark ones.
-bool IsDark(ChartColour background);
+bool IsDark(Colour background);
 
 /// `colour` itself if it stands out from `background`, else the nearest lighter or darker colour of
 /// the same hue that does.
-ChartColour LegibleOn(ChartColour background, ChartColour colour);
+Colour LegibleOn(Colour background, Colour colour);
 
 /// The colour of a grid line that is `colour` on light backgrounds. Light lines would be the
 /// brightest thing on a dark one, dark lines could not be seen: both just stand out there.
-ChartColour GridLineOn(ChartColour background, ChartColour colour);
+Colour GridLineOn(Colour background, Colour colour);

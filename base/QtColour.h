@@ -1,14 +1,14 @@
 #pragma once
 
-#include "chart/CDocControl.h"
+#include "base/Colour.h"
 
 #include <QColor>
 
-inline QColor ToQColor(ChartColour colour) {
+inline QColor ToQColor(Colour colour) {
     return {colour.red, colour.green, colour.blue};
 }
 
-inline ChartColour ToChartColour(const QColor& colour) {
+inline Colour ToColour(const QColor& colour) {
     const auto part = [](int value) { return static_cast<std::uint8_t>(value); };
     return {part(colour.red()), part(colour.green()), part(colour.blue())};
 }

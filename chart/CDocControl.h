@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Colour.h"
+
 #include <QPointF>
 #include <QString>
 #include <QStringList>
@@ -9,14 +11,6 @@
 #include <set>
 #include <span>
 #include <vector>
-
-struct ChartColour {
-    std::uint8_t red = 0;
-    std::uint8_t green = 0;
-    std::uint8_t blue = 0;
-
-    friend bool operator==(const ChartColour&, const ChartColour&) = default;
-};
 
 /// A place in per cent of the chart, 0.0 to 100.0.
 struct PercentRect {
@@ -51,14 +45,14 @@ struct ChartScale {
 enum class ChartAxis : int { Values = 0, Items = 1 };
 
 struct TickMarks {
-    ChartColour colour;
+    Colour colour;
     int level = 0;  ///< 0 at the labels, 1 between them
     int sides = 1;  ///< 1 outside the axis, 2 inside, 3 both
     ChartAxis axis = ChartAxis::Values;
 };
 
 struct GridLines {
-    ChartColour colour;
+    Colour colour;
     int pattern = 0;  ///< 0 solid, 1 dotted, 2 dashed
     int level = 0;    ///< 0 at the labels, 1 between them
     int on = 0;
@@ -88,12 +82,12 @@ struct ItemStyle {
     static constexpr unsigned kUprightLabel = 0x10000;
 
     unsigned flags = 0;
-    ChartColour colour;         ///< of a bar's face, of a marker
-    ChartColour second_colour;  ///< of a bar's outline, of the line through the points
-    ChartColour own_colour;     ///< takes the place of `colour` while `kOwnColour` is set
-    int width = 1;              ///< of outlines and lines, pixels
+    Colour colour;         ///< of a bar's face, of a marker
+    Colour second_colour;  ///< of a bar's outline, of the line through the points
+    Colour own_colour;     ///< takes the place of `colour` while `kOwnColour` is set
+    int width = 1;         ///< of outlines and lines, pixels
 
-    ChartColour FaceColour() const { return (flags & kOwnColour) != 0 ? own_colour : colour; }
+    Colour FaceColour() const { return (flags & kOwnColour) != 0 ? own_colour : colour; }
 
     friend bool operator==(const ItemStyle&, const ItemStyle&) = default;
 };

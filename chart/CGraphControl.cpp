@@ -12,16 +12,16 @@ namespace {
 constexpr int kLabelColumn = ProfileTable::kLabelColumn;
 constexpr int kValueColumn = ProfileTable::kValueColumn;
 
-constexpr ChartColour kBlack = {0, 0, 0};
-constexpr ChartColour kRed = {255, 0, 0};
-constexpr ChartColour kPureBlue = {0, 0, 255};
-constexpr ChartColour kYellow = {255, 255, 0};
-constexpr ChartColour kBlue = {56, 102, 224};
-constexpr ChartColour kLightBlue = {115, 170, 232};
-constexpr ChartColour kOrange = {255, 207, 54};
-constexpr ChartColour kGreen = {0, 128, 0};
-constexpr ChartColour kGrey = {205, 205, 205};
-constexpr ChartColour kLightGrey = {230, 230, 230};
+constexpr Colour kBlack = {0, 0, 0};
+constexpr Colour kRed = {255, 0, 0};
+constexpr Colour kPureBlue = {0, 0, 255};
+constexpr Colour kYellow = {255, 255, 0};
+constexpr Colour kBlue = {56, 102, 224};
+constexpr Colour kLightBlue = {115, 170, 232};
+constexpr Colour kOrange = {255, 207, 54};
+constexpr Colour kGreen = {0, 128, 0};
+constexpr Colour kGrey = {205, 205, 205};
+constexpr Colour kLightGrey = {230, 230, 230};
 
 // Per cent of the chart.
 constexpr double kPlainTitleHeight = 17.0;

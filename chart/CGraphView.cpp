@@ -1,11 +1,11 @@
 #include "chart/CGraphView.h"
 
+#include "base/ColourContrast.h"
+#include "base/QtColour.h"
 #include "base/ShownText.h"
 #include "chart/CGraphControl.h"
 #include "chart/ChartFrame.h"
-#include "base/ColourContrast.h"
 #include "chart/ItemPainter.h"
-#include "base/QtColour.h"
 
 #include <qcustomplot.h>
 
@@ -100,8 +100,7 @@ protected:
         scale.y.from -= origin.y();
         scale.y.to -= origin.y();
         const QColor base = m_view.palette().color(QPalette::Base);
-        PaintItems(*painter, m_chart, scale, ToChartColour(base),
-                   mParentPlot->bufferDevicePixelRatio());
+        PaintItems(*painter, m_chart, scale, ToColour(base), mParentPlot->bufferDevicePixelRatio());
     }
 
     void drawLegendIcon(QCPPainter*, const QRectF&) const override {}
@@ -265,7 +264,7 @@ void CGraphView::PlaceIndexLabels(int width) {
 void CGraphView::StyleAxes() {
     const CDocControl& chart = m_control->document();
     const QColor text = palette().color(QPalette::Text);
-    const ChartColour base = ToChartColour(palette().color(QPalette::Base));
+    const Colour base = ToColour(palette().color(QPalette::Base));
     m_plot->setGeometry(PartRect(chart.display_rect));
     m_plot->setBackground(palette().brush(QPalette::Base));
 

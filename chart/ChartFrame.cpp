@@ -8,7 +8,7 @@
 QColor ChartFrameColour(const QPalette& palette) {
     const QColor line = palette.color(QPalette::Mid);
     const QColor window = palette.color(QPalette::Window);
-    return ToQColor(GridLineOn(ToChartColour(window), ToChartColour(line)));
+    return ToQColor(GridLineOn(ToColour(window), ToColour(line)));
 }
 
 void ChartFrame::paintEvent(QPaintEvent*) {

@@ -1,9 +1,9 @@
 #include "chart/ItemPainter.h"
 
 #include "base/ColourContrast.h"
+#include "base/QtColour.h"
 #include "chart/ItemPicking.h"
 #include "chart/LineThinning.h"
-#include "base/QtColour.h"
 
 #include <QPainter>
 #include <QPen>
@@ -90,7 +90,7 @@ private:
 class ItemPainter {
 public:
     ItemPainter(QPainter& painter, const CDocControl& chart, const PlotScale& scale,
-                ChartColour background, double device_pixels)
+                Colour background, double device_pixels)
         : m_painter(painter),
           m_chart(chart),
           m_scale(scale),
@@ -187,14 +187,14 @@ private:
     QPainter& m_painter;
     const CDocControl& m_chart;
     PlotScale m_scale;
-    ChartColour m_background;
+    Colour m_background;
     double m_device_pixels;
 };
 
 }  // namespace
 
 void PaintItems(QPainter& painter, const CDocControl& chart, const PlotScale& scale,
-                ChartColour background, double device_pixels) {
+                Colour background, double device_pixels) {
     painter.setRenderHint(QPainter::Antialiasing, false);
     ItemPainter items(painter, chart, scale, background, device_pixels);
     if (chart.display.form == DisplayForm::Bars)

@@ -11,4 +11,4 @@ class QPainter;
 /// markers have exactly the colours of their style; the line has its own where it stands out from
 /// `background`. `device_pixels` is the number of device pixels per pixel unit.
 void PaintItems(QPainter& painter, const CDocControl& chart, const PlotScale& scale,
-                ChartColour background, double device_pixels);
+                Colour background, double device_pixels);

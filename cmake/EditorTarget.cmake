@@ -1,6 +1,5 @@
 # Settings that every target of the editor shares.
 function(editor_target target)
-    target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
     target_compile_definitions(${target} PRIVATE QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
     if(EDITOR_WARNINGS_AS_ERRORS)
@@ -17,4 +16,28 @@ function(editor_target target)
             -fprofile-instr-generate -fcoverage-mapping)
         target_link_options(${target} PUBLIC -fsanitize=address,undefined -fprofile-instr-generate)
     endif()
+endfunction()
+
+# Makes the headers of a folder known as "folder/Name.h" to the libraries of that folder and to
+# whatever links them. An include of any other folder does not compile.
+function(editor_room folder)
+    file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/${folder}
+        ${PROJECT_SOURCE_DIR}/${folder}/*.h)
+    foreach(header ${headers})
+        file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/rooms/${folder}/${folder}/${header}
+            CONTENT "#include \"${PROJECT_SOURCE_DIR}/${folder}/${header}\"\n")
+    endforeach()
+endfunction()
+
+# A static library of one folder: editor_library(NAME FOLDER SOURCE...).
+function(editor_library name folder)
+    add_library(${name} STATIC ${ARGN})
+    editor_target(${name})
+    target_include_directories(${name} PUBLIC ${PROJECT_BINARY_DIR}/rooms/${folder})
+endfunction()
+
+# A program around the editor (test, measurement): sees every folder.
+function(editor_outside target)
+    editor_target(${target})
+    target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
 endfunction()

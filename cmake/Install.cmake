@@ -17,7 +17,7 @@ install(FILES ${PROJECT_BINARY_DIR}/link/function-editor DESTINATION ${CMAKE_INS
 
 # The module: library, headers, CMake package and pkg-config file.
 install(TARGETS functioneditor EXPORT functioneditorTargets)
-install(FILES include/functioneditor.h app/InputAPI.h ${module_headers}/functioneditor_export.h
+install(FILES include/functioneditor.h include/InputAPI.h ${module_headers}/functioneditor_export.h
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/function-editor)
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/functioneditor)
 install(EXPORT functioneditorTargets NAMESPACE functioneditor:: DESTINATION ${package_folder})

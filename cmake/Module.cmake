@@ -15,7 +15,7 @@ target_include_directories(functioneditor PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
     $<BUILD_INTERFACE:${module_headers}>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/function-editor>)
-target_link_libraries(functioneditor PRIVATE editor_ui)
+target_link_libraries(functioneditor PRIVATE editor_app)
 
 # Hidden visibility does not reach the static libraries and the templates of the standard library.
 if(UNIX AND NOT APPLE)
@@ -29,7 +29,7 @@ endif()
 add_library(functioneditor_cxx INTERFACE)
 add_library(functioneditor::InputAPI ALIAS functioneditor_cxx)
 target_include_directories(functioneditor_cxx INTERFACE
-    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/app>)
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>)
 target_link_libraries(functioneditor_cxx INTERFACE functioneditor Qt6::Core)
 
 # The shipped profiles beside the built program, which looks for them there.

@@ -1,7 +1,7 @@
 # The buttons' pictures and the window's icon: drawn as SVG, turned into shapes by the build, kept as
 # resources of the program.
-add_executable(CompilePictures dialog/CompilePictures.cpp)
-target_include_directories(CompilePictures PRIVATE ${PROJECT_SOURCE_DIR})
+add_executable(CompilePictures ${PROJECT_SOURCE_DIR}/dialog/CompilePictures.cpp)
+target_include_directories(CompilePictures PRIVATE ${PROJECT_BINARY_DIR}/rooms/dialog)
 target_link_libraries(CompilePictures PRIVATE Qt6::Svg)
 
 file(GLOB drawings CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/icons/*.svg)
@@ -17,5 +17,5 @@ add_custom_command(OUTPUT ${pictures}
     DEPENDS CompilePictures ${drawings}
     COMMENT "Turning drawings into pictures"
     VERBATIM)
-qt_add_resources(editor_ui function_editor_pictures PREFIX /function-editor
+qt_add_resources(editor_dialog function_editor_pictures PREFIX /function-editor
     BASE ${picture_folder} FILES ${pictures} OPTIONS -no-compress)

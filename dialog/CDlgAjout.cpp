@@ -2,10 +2,10 @@
 
 #include "base/EnglishAtof.h"
 #include "base/Message.h"
-#include "profiles/EntryRules.h"
 #include "base/NumberText.h"
-#include "profiles/ProfileSession.h"
 #include "dialog/DialogTemplate.h"
+#include "profiles/EntryRules.h"
+#include "profiles/ProfileSession.h"
 
 #include <QLabel>
 #include <QLineEdit>

@@ -2,14 +2,15 @@
 
 #include "base/Message.h"
 #include "base/ShownText.h"
-#include "dialog/BitmapButton.h"
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
-#include "dialog/CSXButton.h"
 #include "chart/ChartFrame.h"
+#include "dialog/BitmapButton.h"
 #include "dialog/CDlgAjout.h"
-#include "grid/CGridControl.h"
+#include "dialog/CSXButton.h"
 #include "dialog/MeanLabel.h"
+#include "grid/CGridControl.h"
+#include "grid/GridMetrics.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "profiles/ProfileSession.h"
 #include "dialog/DialogTemplate.h"
+#include "profiles/ProfileSession.h"
 
 #include <QDialog>
 #include <QHash>

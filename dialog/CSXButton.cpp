@@ -148,6 +148,6 @@ void CSXButton::DrawFocus(QPainter& painter) const {
     style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
     // The frames of some styles can hardly be seen on a dark button.
     const QColor mark = palette().color(QPalette::Highlight);
-    painter.setPen(ToQColor(LegibleOn(ToChartColour(option.backgroundColor), ToChartColour(mark))));
+    painter.setPen(ToQColor(LegibleOn(ToColour(option.backgroundColor), ToColour(mark))));
     painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
 }

@@ -1,5 +1,7 @@
 #include "dialog/DialogTemplate.h"
 
+#include "grid/GridMetrics.h"
+
 #include <QPoint>
 #include <QSize>
 

@@ -129,6 +129,3 @@ QSize ProfileGridSize(int columns_width, int rows, int header_height);
 
 /// The font that the templates' places are made for.
 inline constexpr int kDialogFontPixels = 11;
-
-inline constexpr int kGridHeaderHeight = 24;
-inline constexpr int kGridRowHeight = 21;

@@ -1,7 +1,7 @@
 #include "dialog/MeanLabel.h"
 
-#include "profiles/Coefficients.h"
 #include "base/NumberText.h"
+#include "profiles/Coefficients.h"
 #include "profiles/ProfileSession.h"
 
 #include <QEvent>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/Message.h"
 #include "base/FileDialogs.h"
+#include "base/Message.h"
 
 /// While it lives, messages, questions and file dialogs of the process are modal windows over the
 /// active one; what was installed before comes back afterwards.

@@ -4,11 +4,11 @@
 // entry, followed by column and text.
 
 #include "base/EnglishAtof.h"
+#include "base/NumberText.h"
 #include "chart/DragRules.h"
 #include "fuzz/Harness.h"
 #include "profiles/EntryRules.h"
 #include "profiles/EntryStore.h"
-#include "base/NumberText.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,8 +2,8 @@
 // Input: a byte for kind and mode; then the file.
 
 #include "base/EnglishAtof.h"
-#include "fuzz/Harness.h"
 #include "base/FileDialogs.h"
+#include "fuzz/Harness.h"
 #include "profiles/ProfileFile.h"
 
 #include <algorithm>

@@ -1,11 +1,11 @@
 #include "grid/CGridControl.h"
 
 #include "base/Message.h"
-#include "profiles/EntryStore.h"
 #include "grid/GridCellDelegate.h"
+#include "grid/GridMetrics.h"
 #include "grid/TabMoves.h"
+#include "profiles/EntryStore.h"
 #include "profiles/ProfileSession.h"
-#include "dialog/DialogTemplate.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>

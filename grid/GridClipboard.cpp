@@ -1,9 +1,9 @@
 #include "grid/GridClipboard.h"
 
 #include "base/Message.h"
-#include "profiles/EntryStore.h"
 #include "grid/PasteRules.h"
 #include "grid/PasteStore.h"
+#include "profiles/EntryStore.h"
 #include "profiles/ProfileSession.h"
 
 #include <QClipboard>

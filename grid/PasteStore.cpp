@@ -1,8 +1,8 @@
 #include "grid/PasteStore.h"
 
 #include "base/Message.h"
-#include "profiles/EntryStore.h"
 #include "grid/TimeEntries.h"
+#include "profiles/EntryStore.h"
 #include "profiles/ProfileSession.h"
 
 #include <optional>

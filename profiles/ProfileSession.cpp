@@ -1,11 +1,11 @@
 #include "profiles/ProfileSession.h"
 
 #include "base/EnglishAtof.h"
+#include "base/FileDialogs.h"
 #include "base/FileReplace.h"
 #include "base/Message.h"
-#include "profiles/Coefficients.h"
-#include "base/FileDialogs.h"
 #include "base/NumberText.h"
+#include "profiles/Coefficients.h"
 
 #include <QDir>
 #include <QFileInfo>

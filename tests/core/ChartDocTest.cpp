@@ -82,10 +82,10 @@ private slots:
         CGraphControl control;
         control.BuildProfileChart(ProfileKind::Weekly);
         const CDocControl& chart = control.document();
-        QCOMPARE(chart.grid_lines[0].colour, (ChartColour{205, 205, 205}));
-        QCOMPARE(chart.grid_lines[1].colour, (ChartColour{0, 128, 0}));
-        QCOMPARE(chart.tick_marks[0].colour, (ChartColour{56, 102, 224}));
-        QCOMPARE(chart.tick_marks[1].colour, (ChartColour{255, 0, 0}));
+        QCOMPARE(chart.grid_lines[0].colour, (Colour{205, 205, 205}));
+        QCOMPARE(chart.grid_lines[1].colour, (Colour{0, 128, 0}));
+        QCOMPARE(chart.tick_marks[0].colour, (Colour{56, 102, 224}));
+        QCOMPARE(chart.tick_marks[1].colour, (Colour{255, 0, 0}));
 
         control.SetTitle(u" \nMask"_s);
         control.BuildFunctionChart();
@@ -93,8 +93,8 @@ private slots:
         QCOMPARE(chart.title.rect.bottom, 15.0);
         QCOMPARE(chart.ItemCount(), 0);
         QCOMPARE(chart.tick_marks.size(), size_t{3});
-        QCOMPARE(chart.tick_marks[2].colour, (ChartColour{0, 0, 255}));
-        QCOMPARE(chart.grid_lines[1].colour, (ChartColour{230, 230, 230}));
+        QCOMPARE(chart.tick_marks[2].colour, (Colour{0, 0, 255}));
+        QCOMPARE(chart.grid_lines[1].colour, (Colour{230, 230, 230}));
 
         // The point style leaves the other flags.
         control.BuildProfileChart(ProfileKind::Daily);

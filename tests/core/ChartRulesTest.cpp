@@ -2,9 +2,9 @@
 // apart.
 
 #include "VectorFile.h"
-#include "dialog/ButtonLayout.h"
 #include "base/ColourContrast.h"
 #include "chart/DragRules.h"
+#include "dialog/ButtonLayout.h"
 
 #include <QTest>
 
@@ -21,13 +21,13 @@ QPointF PointOf(const QJsonValue& value) {
     return {value[0].toDouble(), value[1].toDouble()};
 }
 
-ChartColour ColourOf(const QJsonValue& value) {
+Colour ColourOf(const QJsonValue& value) {
     const auto part = [&value](int i) { return static_cast<std::uint8_t>(value[i].toInt()); };
     return {part(0), part(1), part(2)};
 }
 
 // Where between the weakest and the strongest of its parts a colour's red, green and blue lie.
-std::array<double, 3> Hue(ChartColour colour) {
+std::array<double, 3> Hue(Colour colour) {
     const auto [low, high] = std::minmax({int{colour.red}, int{colour.green}, int{colour.blue}});
     const double range = std::max(high - low, 1);
     return {(colour.red - low) / range, (colour.green - low) / range, (colour.blue - low) / range};
@@ -167,19 +167,19 @@ private slots:
 
     // Every colour is legible on every grey, is changed only if it was not, and keeps its hue.
     void Legible() {
-        constexpr ChartColour kBlack = {0, 0, 0};
-        constexpr ChartColour kWhite = {255, 255, 255};
+        constexpr Colour kBlack = {0, 0, 0};
+        constexpr Colour kWhite = {255, 255, 255};
         for (int grey = 0; grey < 256; ++grey) {
             const auto part = static_cast<std::uint8_t>(grey);
-            const ChartColour background = {part, part, part};
-            for (const ChartColour colour :
+            const Colour background = {part, part, part};
+            for (const Colour colour :
                  {kBlack, kWhite, {255, 0, 0}, {0, 0, 255}, {0, 128, 0}, {230, 230, 230}}) {
-                const ChartColour legible = LegibleOn(background, colour);
+                const Colour legible = LegibleOn(background, colour);
                 QVERIFY(Contrast(background, legible) >= 3.0);
                 QCOMPARE(legible == colour, Contrast(background, colour) >= 3.0);
                 for (size_t i = 0; legible != kWhite && legible != kBlack && i < 3; ++i)
                     QVERIFY(std::abs(Hue(legible)[i] - Hue(colour)[i]) < 0.02);
-                const ChartColour line = GridLineOn(background, colour);
+                const Colour line = GridLineOn(background, colour);
                 const double contrast = Contrast(background, line);
                 QVERIFY(IsDark(background) ? contrast >= 3.0 && contrast < 3.2 : line == colour);
             }

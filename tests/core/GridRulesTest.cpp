@@ -3,10 +3,10 @@
 #include "MessageScript.h"
 #include "VectorFile.h"
 #include "base/EnglishAtof.h"
-#include "profiles/EntryRules.h"
+#include "base/NumberText.h"
 #include "grid/PasteRules.h"
 #include "grid/TabMoves.h"
-#include "base/NumberText.h"
+#include "profiles/EntryRules.h"
 #include "profiles/ProfileTable.h"
 
 #include <QTest>

@@ -1,7 +1,7 @@
 #include "VectorFile.h"
 #include "base/EnglishAtof.h"
-#include "profiles/Coefficients.h"
 #include "base/NumberText.h"
+#include "profiles/Coefficients.h"
 
 #include <QLocale>
 #include <QTest>

@@ -5,5 +5,5 @@
 
 /// Contrast ratio of two pixels, between 1 and 21.
 inline double Contrast(QRgb one, QRgb other) {
-    return Contrast(ToChartColour(QColor(one)), ToChartColour(QColor(other)));
+    return Contrast(ToColour(QColor(one)), ToColour(QColor(other)));
 }

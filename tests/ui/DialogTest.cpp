@@ -5,6 +5,7 @@
 #include "VectorFile.h"
 #include "chart/CGraphView.h"
 #include "dialog/MeanLabel.h"
+#include "grid/GridMetrics.h"
 
 #include <QHeaderView>
 #include <QScrollBar>

@@ -2,9 +2,10 @@
 
 #include "MessageScript.h"
 #include "VectorFile.h"
-#include "grid/CGridControl.h"
-#include "profiles/ProfileSession.h"
 #include "dialog/DialogTemplate.h"
+#include "grid/CGridControl.h"
+#include "grid/GridMetrics.h"
+#include "profiles/ProfileSession.h"
 
 #include <QHeaderView>
 #include <QJsonArray>

@@ -7,8 +7,8 @@
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
 #include "dialog/CSXButton.h"
-#include "grid/CGridControl.h"
 #include "dialog/MeanLabel.h"
+#include "grid/CGridControl.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -245,7 +245,7 @@ void LooksTest::CheckChart(const KindDialog& shown) {
             100);
     QVERIFY(TextPixels(picture, QRect(left, bottom + tick, whole.width() - left - 4, 14)) > 50);
     QVERIFY(TextPixels(picture, QRect(4, 4, whole.width() - 8, top - tick)) > 50);
-    const auto colour = [](ChartColour part) { return qRgb(part.red, part.green, part.blue); };
+    const auto colour = [](Colour part) { return qRgb(part.red, part.green, part.blue); };
     const CDocControl& chart = shown.dialog->findChild<CGraphControl*>()->document();
     const QHash<QRgb, int> counts =
         CountColours(picture, QRect(QPoint(left, top), QPoint(whole.width() - 4, bottom)));

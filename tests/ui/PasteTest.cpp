@@ -3,8 +3,8 @@
 #include "KindDialog.h"
 #include "SessionBench.h"
 #include "grid/CGridControl.h"
-#include "profiles/EntryStore.h"
 #include "grid/PasteStore.h"
+#include "profiles/EntryStore.h"
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>

@@ -1,0 +1,7 @@
+#pragma once
+
+/// Heights of the grid's header and of its rows, in pixels.
+/// @{
+inline constexpr int kGridHeaderHeight = 24;
+inline constexpr int kGridRowHeight = 21;
+/// @}
