@@ -1,5 +1,4 @@
 #include "app/CPlugApp.h"
-#include "app/QuickStart.h"
 #include "app/StandardStreams.h"
 #include "base/Message.h"
 
@@ -76,12 +75,9 @@ int main(int argc, char* argv[]) {
     std::signal(SIGTTOU, SIG_IGN);
 #endif
     std::set_terminate(EndWithoutMemory);
-    GrowHeapInLargeSteps();
-    FontReading fonts;
     std::optional<StartMessages> messages(std::in_place);
     CPlugApp app(argc, argv);
     messages.reset();
-    fonts.Wait();
     try {
         app.InitInstance();
     } catch (const std::bad_alloc&) {
