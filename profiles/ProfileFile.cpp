@@ -211,10 +211,6 @@ ProfileReading ParseProfile(ProfileKind kind, QByteArrayView bytes) {
     return reading;
 }
 
-bool HeaderIsValid(ProfileKind kind, QByteArrayView bytes) {
-    return HeaderMatches(kind, SplitLines(bytes));
-}
-
 ProfileReading ReadProfile(ProfileKind kind, const QString& path) {
     const std::optional<QByteArray> bytes = ReadFileBytes(AbsolutePath(path));
     if (!bytes) {

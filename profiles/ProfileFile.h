@@ -32,9 +32,6 @@ struct ProfileReading {
 /// Parses the bytes of a profile file of `kind` whole: content, or why not.
 ProfileReading ParseProfile(ProfileKind kind, QByteArrayView bytes);
 
-/// Whether the first words of lines 1 and 2 are those of `kind`.
-bool HeaderIsValid(ProfileKind kind, QByteArrayView bytes);
-
 /// Reads and parses the file at `path`, which may be relative to the working folder; its messages
 /// quote it as it stands. A failure shows its message. A file of more than 64 MiB counts as one
 /// with a wrong header.

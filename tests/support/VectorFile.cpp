@@ -6,25 +6,32 @@
 #include <QJsonDocument>
 #include <QTest>
 
-namespace {
+using namespace Qt::StringLiterals;
 
-QJsonArray Cases(const char* name) {
-    QFile file(QStringLiteral(VECTOR_DIR "/%1.json").arg(QLatin1StringView(name)));
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QJsonDocument::fromJson(file.readAll()).object()[u"cases"].toArray();
+QList<QJsonObject> VectorCases(const char* name, const char* key) {
+    QList<QJsonObject> found;
+    for (const QLatin1StringView folder : {"vectors"_L1, "cases"_L1}) {
+        QFile file(QStringLiteral(TESTS_DIR "/%1/%2.json").arg(folder, QLatin1StringView(name)));
+        if (folder == "cases"_L1 && !file.exists())
+            continue;
+        const QJsonDocument document = file.open(QIODevice::ReadOnly)
+                                           ? QJsonDocument::fromJson(file.readAll())
+                                           : QJsonDocument();
+        const QJsonArray cases = document.object()[u"cases"].toArray();
+        if (cases.isEmpty())
+            return {};
+        for (const QJsonValue& one : cases) {
+            if (key == nullptr || one[u"input"].toObject().contains(QLatin1StringView(key)))
+                found.append(one.toObject());
+        }
+    }
+    return found;
 }
 
-}  // namespace
-
-void AddVectorRows(const char* name, const char* key) {
+void AddVectorRows(const char* name) {
     QTest::addColumn<QJsonObject>("vector");
-    const QJsonArray cases = Cases(name);
-    for (const QJsonValue& value : cases) {
-        const QJsonObject one = value.toObject();
-        if (key == nullptr || one[u"input"].toObject().contains(QLatin1StringView(key)))
-            QTest::newRow(qPrintable(one[u"name"].toString())) << one;
-    }
+    for (const QJsonObject& one : VectorCases(name))
+        QTest::newRow(qPrintable(one[u"name"].toString())) << one;
 }
 
 QByteArray VectorBytes(const QJsonValue& value) {

@@ -4,6 +4,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QJsonValue>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -11,12 +12,14 @@
 
 #include <utility>
 
-/// The cases of tests/vectors/`name`.json as rows of the running data-driven test: each row is
-/// named after its case and carries the column "vector" (QJsonObject) with input, expected and
-/// notes. The row "(file)" is never made, so an unreadable or empty file leaves the test without
-/// data, which fails it.
-/// With a `key` only cases whose "input" holds it.
-void AddVectorRows(const char* name, const char* key = nullptr);
+/// The cases of tests/vectors/`name`.json and, where we have some of our own, of
+/// tests/cases/`name`.json, each with input, expected and notes. With a `key` only those whose
+/// "input" holds it. None when either file cannot be read.
+QList<QJsonObject> VectorCases(const char* name, const char* key = nullptr);
+
+/// The same as rows of the running data-driven test: each is named after its case and carries it in
+/// the column "vector". Without a case the test has no data, which fails it.
+void AddVectorRows(const char* name);
 
 /// Bytes of a vector's byte string: ASCII text or {"b64": ...}.
 QByteArray VectorBytes(const QJsonValue& value);

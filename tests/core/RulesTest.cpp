@@ -1,0 +1,440 @@
+// Rules without a state of their own: numbers, coefficients, entries, names of files, copy and
+// paste, the mouse on the chart and the parts of a button. All under a locale with a decimal comma
+// where the machine has one.
+
+#include "VectorFile.h"
+#include "base/ColourContrast.h"
+#include "base/EnglishAtof.h"
+#include "base/Message.h"
+#include "base/NumberText.h"
+#include "chart/DragRules.h"
+#include "dialog/ButtonLayout.h"
+#include "grid/PasteRules.h"
+#include "grid/TabMoves.h"
+#include "profiles/Coefficients.h"
+#include "profiles/EntryRules.h"
+#include "profiles/ProfileFile.h"
+#include "profiles/ProfileTable.h"
+
+#include <QJsonDocument>
+#include <QLocale>
+#include <QTest>
+
+#include <algorithm>
+#include <array>
+#include <clocale>
+#include <cmath>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using enum ProfileKind;
+
+const float kNaN = std::numeric_limits<float>::quiet_NaN();
+
+QJsonArray Array(const QStringList& texts) {
+    return QJsonArray::fromStringList(texts);
+}
+
+QList<int> Numbers(const QJsonValue& value) {
+    QList<int> numbers;
+    const QJsonArray array = value.toArray();
+    for (const QJsonValue& one : array)
+        numbers.append(one.toInt());
+    return numbers;
+}
+
+QPointF PointOf(const QJsonValue& value) {
+    return {value[0].toDouble(), value[1].toDouble()};
+}
+
+Colour ColourOf(const QJsonValue& value) {
+    const auto part = [&value](int i) { return static_cast<std::uint8_t>(value[i].toInt()); };
+    return {part(0), part(1), part(2)};
+}
+
+// A path with the separators of this platform.
+QString PathFrom(const QJsonValue& value) {
+    return value.toString().replace(u'\\', u'/');
+}
+
+QJsonValue TextOrNull(const QString& text) {
+    return text.isEmpty() ? QJsonValue() : text;
+}
+
+// The result of an entry, with the message that it brought up.
+template <typename Check>
+QJsonObject WithMessage(MessageIcon icon, const Check& check) {
+    QString message;
+    const MessageHandler former =
+        SetMessageHandler({[&](const QString& text, MessageIcon shown, const QString&) {
+                               message += shown == icon ? text : u"wrong icon: "_s + text;
+                           },
+                           {}});
+    QJsonObject result = check();
+    SetMessageHandler(former);
+    result[u"message"_s] = TextOrNull(message);
+    return result;
+}
+
+QJsonValue Separator(const QJsonValue& input, const QJsonObject&) {
+    return WithMessage(MessageIcon::None, [&] {
+        QString text = input.toString();
+        const bool accepted = CheckDecimalSeparator(text);
+        return accepted ? QJsonObject{{u"accepted"_s, true}, {u"text"_s, text}}
+                        : QJsonObject{{u"accepted"_s, false}};
+    });
+}
+
+// Text typed into a cell passes the separator and has to keep the cell's bound too.
+QJsonValue Typed(const QJsonValue& input, const QJsonObject& all) {
+    QString text = input.toString();
+    const QJsonObject separated = WithMessage(MessageIcon::None, [&] {
+        return QJsonObject{
+            {u"value"_s, CheckDecimalSeparator(text) ? EnglishAtof(text) : QJsonValue()}};
+    });
+    if (separated[u"value"].isNull())
+        return separated;
+    bool accepted = false;
+    QJsonObject result = WithMessage(MessageIcon::Information, [&] {
+        accepted = CheckTypedBound(VectorKind(all[u"kind"]), EnglishAtof(text));
+        return separated;
+    });
+    return accepted == result[u"message"].isNull() ? result : QJsonValue();
+}
+
+// Which row stands where is told by its value.
+QJsonValue TimeMove(const QJsonValue&, const QJsonObject& input) {
+    QStringList times;
+    QStringList values;
+    const QJsonArray rows = input[u"rows"].toArray();
+    for (const QJsonValue& row : rows) {
+        times.append(row[0].toString());
+        values.append(row[1].toString());
+    }
+    return WithMessage(MessageIcon::None, [&] {
+        QString entry = input[u"entry"].toString();
+        if (!CheckDecimalSeparator(entry))
+            return QJsonObject{{u"target"_s, QJsonValue()}};
+        const int row = input[u"row"].toInt();
+        const int target = TargetRow(times, row, EnglishAtof(entry));
+        ProfileTable table(Function);
+        table.ResetRows(times, values);
+        // What is no number counts as 0; it is left to others to keep such entries out.
+        table.SetCellText(row, 1, IsNumber(entry) ? entry : NumberText13(ParseNumber(entry)));
+        table.MoveRow(row, target, RewrittenNumber);
+        QJsonArray order;
+        QJsonObject cells;
+        for (int i = 1; i <= table.RowCount(); ++i) {
+            const qsizetype from = values.indexOf(table.CellText(i, 2));
+            order.append(from + 1);
+            if (from >= 0)
+                values[from].clear();
+            if (row != target && i >= std::min(row, target) && i <= std::max(row, target))
+                cells[QString::number(i)] = Array({table.CellText(i, 1), table.CellText(i, 2)});
+        }
+        return QJsonObject{{u"target"_s, target}, {u"order"_s, order}, {u"cells"_s, cells}};
+    });
+}
+
+QJsonValue AddedPoint(const QJsonValue&, const QJsonObject& input) {
+    const float time = EnglishAtof(input[u"x"].toString());
+    const float value = EnglishAtof(input[u"y"].toString());
+    return QJsonObject{
+        {u"row"_s, InsertionRow(VectorStrings(input[u"times"]), time)},
+        {u"cells"_s, Array({NumberText7(double{time}), NumberText7(double{value})})}};
+}
+
+QJsonValue Clipboard(const QJsonValue&, const QJsonObject& input) {
+    const QList<int> rows = Numbers(input[u"rows"]);
+    const QList<int> columns = Numbers(input[u"columns"]);
+    QString message;
+    QJsonObject result;
+    if (input.contains(u"copied_column"_s)) {
+        const PasteRequest request = {
+            input[u"copied_column"].toInt(), input[u"copied_rows"].toInt(), rows, columns,
+            input[u"row_count"].toInt(),     input[u"foreign"].toBool()};
+        message = PasteRefusal(request);
+        result[u"filled"_s] = message.isEmpty() ? PastedRowCount(request) : QJsonValue();
+    } else if (input.contains(u"kind"_s)) {
+        message = BulkRefusal(VectorKind(input[u"kind"]), VectorStrings(input[u"column"]));
+    } else {
+        message = CopyRefusal(rows, columns);
+    }
+    result[u"message"_s] = TextOrNull(message);
+    return result;
+}
+
+QJsonValue Adjusted(const QJsonValue&, const QJsonObject& input) {
+    const ProfileKind kind = VectorKind(input[u"kind"]);
+    const QStringList column = VectorStrings(input[u"column"]);
+    const float sum = RoundedSum(kind, column);
+    QJsonObject result = {{u"S"_s, FormatValue(sum, 2)}, {u"question"_s, QJsonValue()}};
+    if (SumIsRight(kind, sum))
+        return result;
+    const QStringList adjusted = AdjustCoefficients(kind, column, sum);
+    result[u"question"_s] = AdjustQuestion(kind, sum);
+    result[u"adjusted"_s] = adjusted == column ? QJsonValue() : Array(adjusted);
+    return result;
+}
+
+QJsonValue Rebalanced(const QJsonValue&, const QJsonObject& input) {
+    const ProfileKind kind = VectorKind(input[u"kind"]);
+    const QStringList rebalanced =
+        RebalanceCoefficients(kind, VectorStrings(input[u"column"]), input[u"index"].toInt(),
+                              EnglishAtof(input[u"value"].toString()));
+    return QJsonObject{{u"rebalanced"_s, Array(rebalanced)},
+                       {u"settled"_s, Array(SettleRemainder(kind, rebalanced))}};
+}
+
+QJsonValue Written(const QJsonValue&, const QJsonObject& input) {
+    ProfileContent content;
+    const QJsonArray rows = input[u"rows"].toArray();
+    for (const QJsonValue& row : rows) {
+        content.labels += row[0].toString();
+        content.values += row[1].toString();
+        content.names += row[2].toString();
+    }
+    const ProfileKind kind = VectorKind(input[u"kind"]);
+    QByteArray bytes = WriteProfile(kind, content, "\n");
+    const QString text = QString::fromLatin1(bytes);
+    const QJsonObject coded = {{u"b64"_s, QString::fromLatin1(bytes.toBase64())}};
+    const QJsonValue file = text.toUtf8() == bytes ? QJsonValue(text) : coded;
+    const bool crlf = WriteProfile(kind, content, "\r\n") == bytes.replace("\n", "\r\n");
+    return QJsonObject{{u"file"_s, crlf ? file : QJsonValue()}};
+}
+
+QJsonValue NameSaved(const QJsonValue& save, const QJsonObject&) {
+    return NameAfterSave(VectorKind(save[0]), PathFrom(save[1]), save[2].toString(),
+                         save[3].toBool());
+}
+
+QJsonValue Tip(const QJsonValue& row, const QJsonObject&) {
+    const ProfileKind kind = VectorKind(row[0]);
+    return kind == Function
+               ? FunctionTip(row[1].toString().toDouble(), row[2].toString().toDouble())
+               : ProfileTip(kind, row[1].toString(), row[2].toString(), row[3].toString());
+}
+
+QJsonValue Dragged(const QJsonValue& drag, const QJsonObject&) {
+    const auto stored = AcceptDrag(VectorKind(drag[0]), drag[1].toString().toDouble());
+    const bool same = stored && stored->value == stored->text.toDouble();
+    return QJsonObject{{u"accepted"_s, stored.has_value()},
+                       {u"text"_s, same ? stored->text : QJsonValue()}};
+}
+
+QJsonValue Picked(const QJsonValue& press, const QJsonObject& input) {
+    QList<QPointF> points;
+    const QJsonArray rows = input[u"rows"].toArray();
+    for (const QJsonValue& row : rows)
+        points.append(PointOf(row));
+    const auto picked = PickPoint(points, PointOf(press));
+    return picked ? *picked + 1 : QJsonValue();
+}
+
+QJsonValue Ratio(const QJsonValue& pair, const QJsonObject&) {
+    const double contrast = Contrast(ColourOf(pair[0]), ColourOf(pair[1]));
+    return contrast == Contrast(ColourOf(pair[1]), ColourOf(pair[0]))
+               ? std::round(contrast * 100.0) / 100.0
+               : QJsonValue();
+}
+
+// A rule and the cases that it is for.
+struct Rule {
+    const char* file;
+    const char* key;  // of the list of inputs in a case; null where the whole case is one input
+    QJsonValue (*result)(const QJsonValue& input, const QJsonObject& all);
+    const char* results = nullptr;  // the key of the expected list, where that has one
+};
+
+using Value = const QJsonValue&;
+using All = const QJsonObject&;
+
+const Rule kRules[] = {
+    {"numbers", "atof", [](Value in, All) -> QJsonValue { return EnglishAtof(in.toString()); }},
+    {"numbers", "format",
+     [](Value in, All) -> QJsonValue {
+         return FormatValue(EnglishAtof(in[0].toString()), in[1].toInt());
+     }},
+    {"numbers", "round2",
+     [](Value in, All) -> QJsonValue {
+         return FormatValue(Round2(EnglishAtof(in.toString())), 2);
+     }},
+    {"numbers", "whole",
+     [](Value in, All) -> QJsonValue {
+         return FormatValue(RoundWhole(EnglishAtof(in.toString())), 0);
+     }},
+    {"numbers", "text13",
+     [](Value in, All) -> QJsonValue { return NumberText13(ParseNumber(in.toString())); }},
+    {"numbers", "text7",
+     [](Value in, All) -> QJsonValue { return NumberText7(double{EnglishAtof(in.toString())}); }},
+    {"numbers", "rewritten",
+     [](Value in, All) -> QJsonValue { return RewrittenNumber(in.toString()); }},
+    {"numbers", "separator", Separator},
+    {"numbers", "typed", Typed},
+    {"coefficients", nullptr, Adjusted},
+    {"rebalance", nullptr, Rebalanced},
+    {"time_moves", nullptr, TimeMove},
+    {"add_points", nullptr, AddedPoint},
+    {"clipboard", nullptr, Clipboard},
+    {"dat_write", "rows", Written},
+    {"dat_write", "saves", NameSaved, "names"},
+    {"dat_write", "chosen",
+     [](Value in, All) -> QJsonValue { return WithExtension(PathFrom(in)).replace(u'/', u'\\'); },
+     "written"},
+    {"chart", "tip", Tip},
+    {"chart", "drag", Dragged},
+    {"chart", "cut", [](Value in, All) -> QJsonValue { return CutToHundredths(in.toDouble()); }},
+    {"chart", "pick", Picked},
+    {"chart", "inset",
+     [](Value in, All) -> QJsonValue {
+         return FocusInset({in[0].toInt(), in[1].toInt()});
+     }},
+    {"chart", "contrast", Ratio}};
+
+// In a form that can be compared and printed; of an object only what `keys` has too.
+QByteArray Text(const QJsonValue& value, const QJsonObject& keys) {
+    QJsonObject object = value.toObject();
+    for (const QString& key : value.toObject().keys()) {
+        if (!keys.contains(key))
+            object.remove(key);
+    }
+    return QJsonDocument(QJsonArray{value.isObject() ? object : value}).toJson();
+}
+
+// Where between the weakest and the strongest of its parts a colour's red, green and blue lie.
+std::array<double, 3> Hue(Colour colour) {
+    const auto [low, high] = std::minmax({int{colour.red}, int{colour.green}, int{colour.blue}});
+    const double range = std::max(high - low, 1);
+    return {(colour.red - low) / range, (colour.green - low) / range, (colour.blue - low) / range};
+}
+
+}  // namespace
+
+class RulesTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() {
+        QLocale::setDefault(QLocale(QLocale::French));
+        for (const char* locale : {"fr_FR.UTF-8", "de_DE.UTF-8", "fr_FR", "French"}) {
+            if (std::setlocale(LC_ALL, locale) != nullptr)
+                break;
+        }
+    }
+
+    void Rules_data() {
+        QTest::addColumn<const Rule*>("rule");
+        QTest::addColumn<QJsonObject>("vector");
+        for (const Rule& rule : kRules) {
+            const QList<QJsonObject> cases = VectorCases(rule.file, rule.key);
+            QVERIFY2(!cases.isEmpty(), rule.file);
+            for (const QJsonObject& one : cases)
+                QTest::addRow("%s, %s", rule.file, qPrintable(one[u"name"].toString()))
+                    << &rule << one;
+        }
+    }
+    // A case is one input, or a list of them with a list of results.
+    void Rules() {
+        QFETCH(const Rule*, rule);
+        QFETCH(const QJsonObject, vector);
+        const QJsonObject input = vector[u"input"].toObject();
+        QList<std::pair<QJsonValue, QJsonValue>> pairs = {{{}, vector[u"expected"]}};
+        if (rule->results != nullptr)
+            pairs = VectorPairs(input[QLatin1StringView(rule->key)],
+                                vector[u"expected"][QLatin1StringView(rule->results)]);
+        else if (vector[u"expected"].isArray())
+            pairs = VectorPairs(input[QLatin1StringView(rule->key)], vector[u"expected"]);
+        for (const auto& [one, expected] : pairs) {
+            const QJsonValue result = rule->result(one, input);
+            QCOMPARE(Text(result, expected.toObject()), Text(expected, result.toObject()));
+        }
+    }
+
+    // What no text stands for.
+    void OddNumbers() {
+        QCOMPARE(FormatValue(std::copysign(kNaN, -1.0F), 2), u"nan"_s);
+        QCOMPARE(FormatValue(Round2(kNaN), 0), u"nan"_s);
+        QCOMPARE(NumberText7(-std::nan("")), u"nan"_s);
+        QCOMPARE(NumberText13(ParseNumber(QString(400, u'1'))), u"inf"_s);
+        QCOMPARE(NumberText13(ParseNumber(QString(400, u'0') + u"1.5"_s)), u"1.5"_s);
+        const QStringList column = {u"1e30"_s, u"-1e30"_s};
+        QCOMPARE(AdjustCoefficients(Daily, column, 1e-20F), column);
+        for (const QStringList& left : {QStringList(12, u"3e38"_s), QStringList{u"13.00"_s}})
+            QCOMPARE(SettleRemainder(left.size() == 12 ? Annual : Daily, left), left);
+    }
+
+    // From headers, and from a cell that is no longer there, a move ends on a data cell.
+    void StaysInTheGrid() {
+        for (int kind = -1; kind <= 3; ++kind) {
+            for (const TabDirection direction : {TabDirection::Forward, TabDirection::Backward}) {
+                for (const CellPosition from : {CellPosition{0, 0}, {0, 2}, {3, 0}, {9, 9}}) {
+                    const auto to = TabMove(static_cast<ProfileKind>(kind), 3, 2, from, direction);
+                    QVERIFY(to && to->row >= 1 && to->row <= 3 && to->column >= 1 &&
+                            to->column <= 2);
+                }
+                QVERIFY(!TabMove(static_cast<ProfileKind>(kind), 0, 2, {}, direction));
+            }
+        }
+        QCOMPARE(TabMove(Function, 3, 2, CellPosition{0, 1}, TabDirection::Forward),
+                 (CellPosition{1, 2}));
+    }
+
+    void Places() {
+        struct Case {
+            ButtonLayout layout;
+            ButtonContent content;
+            std::optional<QPoint> image;
+            std::optional<QPoint> text;
+        };
+        const ButtonLayout beside;
+        const ButtonLayout at = {false, {5, 6}, {30, 7}};
+        const ButtonLayout centred = {false, {kCentred, kCentred}, {kCentred, kCentred}};
+        const QSize client(70, 24);
+        const QSize image(16, 16);
+        const QSize text(23, 13);
+        const Case cases[] = {
+            {beside, {client, 0, image, text}, {{4, 4}}, {{28 + 9, 4}}},
+            {beside, {client, 0, image, text, true}, {{5, 5}}, {{38, 5}}},  // pressed
+            {beside, {client, 1, image, text}, {{5, 4}}, {{37, 4}}},        // black border
+            {beside, {{40, 10}, 0, image, text}, {{4, -3}}, {{28, -3}}},    // no room
+            {beside, {client, 1, image, {}}, {{27, 4}}, {}},
+            {beside, {client, 0, {}, text}, {}, {{23, 4}}},
+            {at, {client, 1, image, text}, {{5, 6}}, {{30, 7}}},
+            {at, {client, 0, image, text, true}, {{6, 7}}, {{31, 8}}},
+            {centred, {client, 0, image, text}, {{27, 4}}, {{23, 4}}},
+            {centred, {{15, 13}, 0, image, {{22, 16}}}, {{-1, -2}}, {{-4, -3}}}};  // too large
+        for (const Case& one : cases) {
+            if (one.image)
+                QCOMPARE(ImagePlace(one.layout, one.content), *one.image);
+            if (one.text)
+                QCOMPARE(TextPlace(one.layout, one.content), *one.text);
+        }
+    }
+
+    // Every colour is legible on every grey, is changed only if it was not, and keeps its hue.
+    void Legible() {
+        constexpr Colour kBlack = {0, 0, 0};
+        constexpr Colour kWhite = {255, 255, 255};
+        for (int grey = 0; grey < 256; ++grey) {
+            const auto part = static_cast<std::uint8_t>(grey);
+            const Colour background = {part, part, part};
+            for (const Colour colour :
+                 {kBlack, kWhite, {255, 0, 0}, {0, 0, 255}, {0, 128, 0}, {230, 230, 230}}) {
+                const Colour legible = LegibleOn(background, colour);
+                QVERIFY(Contrast(background, legible) >= 3.0);
+                QCOMPARE(legible == colour, Contrast(background, colour) >= 3.0);
+                for (size_t i = 0; legible != kWhite && legible != kBlack && i < 3; ++i)
+                    QVERIFY(std::abs(Hue(legible)[i] - Hue(colour)[i]) < 0.02);
+                const Colour line = GridLineOn(background, colour);
+                const double contrast = Contrast(background, line);
+                QVERIFY(IsDark(background) ? contrast >= 3.0 && contrast < 3.2 : line == colour);
+            }
+        }
+    }
+};
+
+QTEST_APPLESS_MAIN(RulesTest)
+#include "RulesTest.moc"
