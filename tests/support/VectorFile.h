@@ -12,9 +12,9 @@
 
 #include <utility>
 
-/// The cases of tests/vectors/`name`.json and, where we have some of our own, of
-/// tests/cases/`name`.json, each with input, expected and notes. With a `key` only those whose
-/// "input" holds it. None when either file cannot be read.
+/// The cases of tests/vectors/`name`.json and of tests/cases/`name`.json, or of the one there is,
+/// each with input, expected and notes. With a `key` only those whose "input" holds it. None when
+/// either file cannot be read.
 QList<QJsonObject> VectorCases(const char* name, const char* key = nullptr);
 
 /// The same as rows of the running data-driven test: each is named after its case and carries it in
