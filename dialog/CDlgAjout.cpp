@@ -3,15 +3,13 @@
 #include "base/EnglishAtof.h"
 #include "base/Message.h"
 #include "base/NumberText.h"
-#include "dialog/DialogTemplate.h"
+#include "dialog/DialogControls.h"
 #include "profiles/EntryRules.h"
 #include "profiles/ProfileSession.h"
 
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
-#include <algorithm>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -20,36 +18,17 @@ CDlgAjout::CDlgAjout(ProfileSession* session, QWidget* parent)
     : QDialog(parent), m_session(session) {
     setWindowTitle(kAddPointCaption.toString());
     setFixedSize(PixelSize(kAddPointSize));
-    QFont small = font();
-    small.setPixelSize(kDialogFontPixels);
-    setFont(small);
-    for (const ControlTemplate& control : kAddPointDialog) {
-        const QString caption = control.caption.toString();
-        QWidget* widget = nullptr;
-        switch (control.control_class) {
-            case ControlClass::Edit: {
-                auto* const field = new QLineEdit(u"0"_s, this);
-                field->selectAll();
-                (control.id == kAddPointX ? m_time_field : m_value_field) = field;
-                widget = field;
-                break;
-            }
-            case ControlClass::PushButton: {
-                auto* const button = new QPushButton(caption, this);
-                button->setDefault(control.id == kAddPointOk);
-                connect(button, &QPushButton::clicked, this,
-                        control.id == kAddPointOk ? &CDlgAjout::InsertPoint : &QDialog::reject);
-                widget = button;
-                break;
-            }
-            default: widget = new QLabel(caption, this); break;
-        }
-        widget->setGeometry(PixelRect(control.place));
-        if (control.control_class == ControlClass::Label)
-            widget->resize(std::max(widget->width(), widget->sizeHint().width()), widget->height());
-        widget->setAccessibleName(control.accessible_name.toString());
-        widget->setObjectName(QString::number(control.id) + u'_' + caption);
+    const DialogControls controls(kAddPointDialog, this, session);
+    m_time_field = controls.Get<QLineEdit>(kAddPointX);
+    m_value_field = controls.Get<QLineEdit>(kAddPointY);
+    for (QLineEdit* const field : {m_time_field, m_value_field}) {
+        field->setText(u"0"_s);
+        field->selectAll();
     }
+    auto* const ok = controls.Get<QPushButton>(kAddPointOk);
+    ok->setDefault(true);
+    connect(ok, &QPushButton::clicked, this, &CDlgAjout::InsertPoint);
+    connect(controls.Get<QPushButton>(kCancel), &QPushButton::clicked, this, &QDialog::reject);
 }
 
 void CDlgAjout::TakeNumber(QLineEdit* field, float& number) {

@@ -4,13 +4,9 @@
 #include "base/ShownText.h"
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
-#include "chart/ChartFrame.h"
-#include "dialog/BitmapButton.h"
 #include "dialog/CDlgAjout.h"
-#include "dialog/CSXButton.h"
 #include "dialog/MeanLabel.h"
 #include "grid/CGridControl.h"
-#include "grid/GridMetrics.h"
 
 #include <QAction>
 #include <QApplication>
@@ -20,21 +16,9 @@
 #include <QMenu>
 #include <QPushButton>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int kPictureSize = 16;
-
-// Between the grid and the controls that had to move below it: the line of the mean, or a gap.
-constexpr int kMeanHeight = 13;
-constexpr int kGapBelowGrid = 6;
-
-// Controls from here on keep their distance to the right or the bottom edge of the dialog.
-constexpr int kRightPart = 247;
-constexpr int kBottomPart = 190;
 
 // The entry's own shortcut and, to copy and to paste, all that the platform has for it.
 QList<QKeySequence> ShortcutsOf(const MenuEntry& entry) {
@@ -47,12 +31,6 @@ QList<QKeySequence> ShortcutsOf(const MenuEntry& entry) {
     shortcuts.removeAll(own);
     shortcuts.prepend(own);
     return shortcuts;
-}
-
-// What the grid of a kind has more than that of the template.
-QSize GridBeyondTemplate(const KindDescriptor& facts) {
-    return ProfileGridSize(facts.columnsWidth(), facts.rows, facts.header_height) -
-           ProfileGridSize(0, 0, 0);
 }
 
 }  // namespace
@@ -101,9 +79,6 @@ void CDlgGridChart::CopyRowsTo(QStringList& times, QStringList& values) const {
 }
 
 bool CDlgGridChart::OnInitDialog() {
-    QFont small = font();
-    small.setPixelSize(kDialogFontPixels);
-    setFont(small);
     if (!m_session.InitialFill())
         return false;
     CreateControls();
@@ -112,8 +87,7 @@ bool CDlgGridChart::OnInitDialog() {
     if (!m_session.isViewOnly())
         CreateChart();
     Connect();
-    const int wider = GridBeyondTemplate(m_session.facts()).width();
-    setMinimumSize(PixelSize(kMainDialogSize) + QSize(wider, 0));
+    setMinimumSize(MainDialogStartSize(m_session.kind()));
     resize(minimumSize());
     PlaceControls();
     UpdateState();
@@ -123,66 +97,33 @@ bool CDlgGridChart::OnInitDialog() {
 }
 
 void CDlgGridChart::CreateControls() {
-    for (const ControlTemplate& control : kMainDialog) {
-        QWidget* const widget = CreateControl(control);
-        widget->setAccessibleName(control.accessible_name.toString());
-        widget->setObjectName(QString::number(control.id) + u'_' + control.caption.toString());
-        m_controls.insert(control.id, widget);
-    }
+    m_controls = DialogControls(kMainDialog, this, &m_session);
+    m_grid = m_controls.Get<CGridControl>(kGrid);
     m_mean = new MeanLabel(&m_session, this);
     m_mean->setVisible(m_session.facts().coefficients);
     m_controls[kHelp]->setVisible(m_session.facts().rows > 0);
     for (const Command& command : kCommands) {
-        auto* const button = qobject_cast<QAbstractButton*>(m_controls.value(command.id));
+        auto* const button = m_controls.Get<QAbstractButton>(command.id);
+        if (button == nullptr)
+            continue;
+        // A click leaves the focus where it is, so that an open cell editor is committed by the
+        // command itself, which then does not run if the entry is refused.
+        button->setFocusPolicy(Qt::TabFocus);
+        button->installEventFilter(this);
+        // Enter belongs to the grid.
+        if (auto* const push = qobject_cast<QPushButton*>(button))
+            push->setAutoDefault(false);
         if (command.id == kEdition) {
             // Assistive tools switch the box without a click.
             connect(button, &QAbstractButton::toggled, this, [this, &command](bool on) {
                 if (on != m_session.isEdition())
                     RunCommand(command);
             });
-        } else if (button != nullptr) {
+        } else {
             connect(button, &QAbstractButton::clicked, this,
                     [this, &command] { RunCommand(command); });
         }
     }
-}
-
-QWidget* CDlgGridChart::CreateControl(const ControlTemplate& control) {
-    const QString caption = control.caption.toString();
-    QAbstractButton* button = nullptr;
-    switch (control.control_class) {
-        case ControlClass::Grid: m_grid = new CGridControl(&m_session, this); return m_grid;
-        case ControlClass::ToolButton: {
-            auto* const tool = new BitmapButton(this);
-            tool->AutoLoad(caption);
-            tool->setToolTip(control.accessible_name.toString());
-            button = tool;
-            break;
-        }
-        case ControlClass::PictureButton: {
-            auto* const picture = new CSXButton(this);
-            picture->setText(caption);
-            picture->SetBitmap(control.picture, kPictureSize, kPictureSize);
-            button = picture;
-            break;
-        }
-        case ControlClass::PushButton: {
-            auto* const push = new QPushButton(caption, this);
-            push->setAutoDefault(false);
-            button = push;
-            break;
-        }
-        case ControlClass::CheckBox:
-            button = new QCheckBox(caption, this);
-            button->setStyleSheet(u"spacing: 3px"_s);  // the template's width asks for it
-            break;
-        default: return new ChartFrame(this);
-    }
-    // A click leaves the focus where it is, so that an open cell editor is committed by the command
-    // itself, which then does not run if the entry is refused.
-    button->setFocusPolicy(Qt::TabFocus);
-    button->installEventFilter(this);
-    return button;
 }
 
 void CDlgGridChart::CreateMenu() {
@@ -255,54 +196,22 @@ void CDlgGridChart::RunCommand(const Command& command) {
 void CDlgGridChart::UpdateState() {
     for (const Command& command : kCommands) {
         const bool enabled = command.enabled == nullptr || (m_session.*command.enabled)();
-        if (QWidget* const control = m_controls.value(command.id))
+        if (QWidget* const control = m_controls[command.id])
             control->setEnabled(enabled);
         if (QAction* const action = m_actions.value(command.id))
             action->setEnabled(enabled);
     }
-    qobject_cast<QCheckBox*>(m_controls[kEdition])->setChecked(m_session.isEdition());
+    m_controls.Get<QCheckBox>(kEdition)->setChecked(m_session.isEdition());
     setWindowTitle(ShownText(m_session.caption(), kMostOfCell));
     if (m_chart != nullptr)
         m_chart->SetTitle(m_session.chartTitle());
 }
 
 void CDlgGridChart::PlaceControls() {
-    const QSize more_grid = GridBeyondTemplate(m_session.facts());
-    const int wider = more_grid.width();
-    const QSize extra = size() - minimumSize();
-    const int more_rows = extra.height() / kGridRowHeight * kGridRowHeight;  // none of them cut
-    for (const ControlTemplate& control : kMainDialog) {
-        QRect place = PixelRect(control.place);
-        const auto [x, y, width, height] = control.place;
-        if (x >= kRightPart)
-            place.translate(extra.width(), 0);
-        if (control.id == kRemove || control.id == kAdjust)
-            place.translate(wider, 0);  // at the grid's right edge
-        if (control.id == kOk || control.id == kCancel)
-            place.translate((wider + 1) / 2, 0);  // about its middle
-        if (y >= kBottomPart)
-            place.translate(0, extra.height());
-        if (control.id == kChartFrame)
-            place.setSize(place.size() + extra);
-        if (control.id == kGrid)
-            place.setSize(place.size() + more_grid + QSize(0, more_rows));
-        m_controls[control.id]->setGeometry(place);
-    }
-    // The grid's lower end at the dialog's starting size: from there on all below it moves along.
-    int start_end = m_grid->geometry().bottom() + 1 - more_rows;
-    if (m_session.kind() == ProfileKind::Function) {
-        const int rows = m_session.table().RowCount();
-        m_grid->setGeometry(PointGridRect(rows, more_rows).translated(extra.width(), 0));
-        start_end = PointGridRect(rows).bottom() + 1;
-    }
+    m_controls.Place(
+        MainDialogPlaces(m_session.kind(), m_session.table().RowCount(), size() - minimumSize()));
     const QRect grid = m_grid->geometry();
     m_mean->setGeometry(grid.x(), grid.bottom() + 1, grid.width(), kMeanHeight);
-    QWidget* const below[] = {m_controls[kEdition], m_controls[kAdjust]};
-    const int top = std::min(below[0]->y(), below[1]->y()) - extra.height();
-    const int gap = m_session.facts().coefficients ? kMeanHeight : kGapBelowGrid;
-    const int shift = std::max(0, start_end + gap - top);
-    for (QWidget* const control : below)
-        control->move(control->x(), control->y() + shift);
     if (m_view != nullptr)
         m_view->setGeometry(m_controls[kChartFrame]->geometry());
 }

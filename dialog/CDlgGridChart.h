@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dialog/DialogTemplate.h"
+#include "dialog/DialogControls.h"
 #include "profiles/ProfileSession.h"
 
 #include <QDialog>
@@ -61,7 +61,6 @@ private:
 
     bool OnInitDialog();
     void CreateControls();
-    QWidget* CreateControl(const ControlTemplate& control);
     void CreateMenu();
     void CreateChart();
     void Connect();
@@ -91,7 +90,7 @@ private:
     void OnOK();
 
     ProfileSession m_session;
-    QHash<int, QWidget*> m_controls;
+    DialogControls m_controls;
     QHash<int, QAction*> m_actions;
     QMenu* m_menu = nullptr;
     CGridControl* m_grid = nullptr;

@@ -20,17 +20,14 @@ constexpr int Down(int units) {
 
 constexpr int kMostRowsWithoutScrollBar = 12;
 
-}  // namespace
+// Below the grid, above the controls that had to move there.
+constexpr int kGapBelowGrid = 6;
 
-QRect PixelRect(const std::array<int, 4>& place) {
-    const auto [x, y, width, height] = place;
-    return {QPoint(Across(x), Down(y)), PixelSize({width, height})};
-}
+// Controls from here on keep their distance to the right or the bottom edge of the dialog.
+constexpr int kRightPart = 247;
+constexpr int kBottomPart = 190;
 
-QSize PixelSize(const std::array<int, 2>& size) {
-    return {Across(size[0]), Down(size[1])};
-}
-
+// The grid of a function at the dialog's starting size or, higher by whole rows, at a larger one.
 QRect PointGridRect(int rows, int extra_height) {
     constexpr int kTop = 65;
     constexpr int kLargest = kMostRowsWithoutScrollBar * kGridRowHeight + kGridHeaderHeight;
@@ -42,9 +39,69 @@ QRect PointGridRect(int rows, int extra_height) {
     return {448, kTop, 161, height};
 }
 
+// The template's grid, larger where the columns, that wide together, or the rows ask for it. More
+// than twelve rows are scrolled.
 QSize ProfileGridSize(int columns_width, int rows, int header_height) {
     const int shown = std::min(rows, kMostRowsWithoutScrollBar);
     return PixelRect(kMainDialog[0].place)
         .size()
         .expandedTo({columns_width, shown * kGridRowHeight + header_height});
+}
+
+// What the grid of a kind has more than that of the template.
+QSize GridBeyondTemplate(const KindDescriptor& facts) {
+    return ProfileGridSize(facts.columnsWidth(), facts.rows, facts.header_height) -
+           ProfileGridSize(0, 0, 0);
+}
+
+}  // namespace
+
+QRect PixelRect(const std::array<int, 4>& place) {
+    const auto [x, y, width, height] = place;
+    return {QPoint(Across(x), Down(y)), PixelSize({width, height})};
+}
+
+QSize PixelSize(const std::array<int, 2>& size) {
+    return {Across(size[0]), Down(size[1])};
+}
+
+QSize MainDialogStartSize(ProfileKind kind) {
+    return PixelSize(kMainDialogSize) + QSize(GridBeyondTemplate(Describe(kind)).width(), 0);
+}
+
+QHash<int, QRect> MainDialogPlaces(ProfileKind kind, int rows, QSize extra) {
+    const KindDescriptor& facts = Describe(kind);
+    const QSize more_grid = GridBeyondTemplate(facts);
+    const int wider = more_grid.width();
+    const int more_rows = extra.height() / kGridRowHeight * kGridRowHeight;  // none of them cut
+    QHash<int, QRect> places;
+    for (const ControlTemplate& control : kMainDialog) {
+        QRect place = PixelRect(control.place);
+        const auto [x, y, width, height] = control.place;
+        if (x >= kRightPart)
+            place.translate(extra.width(), 0);
+        if (control.id == kRemove || control.id == kAdjust)
+            place.translate(wider, 0);  // at the grid's right edge
+        if (control.id == kOk || control.id == kCancel)
+            place.translate((wider + 1) / 2, 0);  // about its middle
+        if (y >= kBottomPart)
+            place.translate(0, extra.height());
+        if (control.id == kChartFrame)
+            place.setSize(place.size() + extra);
+        if (control.id == kGrid)
+            place.setSize(place.size() + more_grid + QSize(0, more_rows));
+        places.insert(control.id, place);
+    }
+    // The grid's lower end at the dialog's starting size: from there on all below it moves along.
+    int start_end = places[kGrid].bottom() + 1 - more_rows;
+    if (kind == ProfileKind::Function) {
+        places[kGrid] = PointGridRect(rows, more_rows).translated(extra.width(), 0);
+        start_end = PointGridRect(rows, 0).bottom() + 1;
+    }
+    const int top = std::min(places[kEdition].y(), places[kAdjust].y()) - extra.height();
+    const int gap = facts.coefficients ? kMeanHeight : kGapBelowGrid;
+    const int shift = std::max(0, start_end + gap - top);
+    for (const int id : {kEdition, kAdjust})
+        places[id].translate(0, shift);
+    return places;
 }

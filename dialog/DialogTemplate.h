@@ -1,16 +1,17 @@
 #pragma once
 
+#include "profiles/ProfileKind.h"
+
+#include <QHash>
 #include <QRect>
 #include <QStringView>
 
 #include <array>
-#include <span>
 
 /// Ids of controls and commands.
 enum ControlId : int {
     kGrid = 5000,
     kChartFrame = 5001,
-    kAuxiliaryGrid = 5004,
     kAdd = 5008,
     kRemove = 5009,
     kAddPointOk = 5010,
@@ -118,14 +119,16 @@ inline constexpr MenuEntry kMenu[] = {
 QRect PixelRect(const std::array<int, 4>& place);
 QSize PixelSize(const std::array<int, 2>& size);
 
-/// Where the point grid stands in the main dialog when it has `rows` points: it grows by a row a
-/// point up to twelve, then stays and makes room for its scroll bar. `extra_height` is what the
-/// window is higher than the template.
-QRect PointGridRect(int rows, int extra_height = 0);
+/// The size at which the main dialog starts: the template's, wider where the kind's columns are.
+QSize MainDialogStartSize(ProfileKind kind);
 
-/// The size of a profile's grid: the template's, more where its columns, that wide together, or its
-/// rows ask for it. More than twelve rows are scrolled.
-QSize ProfileGridSize(int columns_width, int rows, int header_height);
+/// Where the controls of the main dialog stand, by their ids, when the grid has `rows` rows and the
+/// window is larger by `extra` than at its start. The grid of a function grows by a row a point up
+/// to twelve, then makes room for its scroll bar.
+QHash<int, QRect> MainDialogPlaces(ProfileKind kind, int rows, QSize extra);
+
+/// The line of the mean, directly below the grid.
+inline constexpr int kMeanHeight = 13;
 
 /// The font that the templates' places are made for.
 inline constexpr int kDialogFontPixels = 11;
