@@ -5,10 +5,10 @@
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
 #include "dialog/CDlgAjout.h"
+#include "dialog/DialogCommands.h"
 #include "dialog/MeanLabel.h"
 #include "grid/CGridControl.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QContextMenuEvent>
@@ -17,48 +17,6 @@
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-// The entry's own shortcut and, to copy and to paste, all that the platform has for it.
-QList<QKeySequence> ShortcutsOf(const MenuEntry& entry) {
-    QList<QKeySequence> shortcuts;
-    if (entry.id == kMenuCopy)
-        shortcuts = QKeySequence::keyBindings(QKeySequence::Copy);
-    if (entry.id == kMenuPaste)
-        shortcuts = QKeySequence::keyBindings(QKeySequence::Paste);
-    const QKeySequence own(entry.shortcut.toString());
-    shortcuts.removeAll(own);
-    shortcuts.prepend(own);
-    return shortcuts;
-}
-
-}  // namespace
-
-const CDlgGridChart::Command CDlgGridChart::kCommands[] = {
-    {kAdd, &CDlgGridChart::OnAdd, &ProfileSession::canAdd},
-    {kRemove, &CDlgGridChart::OnRemove, &ProfileSession::canRemove},
-    {kEdition, &CDlgGridChart::OnEdition, &ProfileSession::canEditCoefficients},
-    {kAdjust, &CDlgGridChart::OnAdjust, &ProfileSession::canEditCoefficients},
-    {kOpen, &CDlgGridChart::OnOpen, &ProfileSession::canOpen},
-    {kSave, &CDlgGridChart::OnSave, &ProfileSession::canSave},
-    {kSaveAs, &CDlgGridChart::OnSaveAs, &ProfileSession::canSaveAs},
-    {kUndo, &CDlgGridChart::OnUndo, &ProfileSession::canUndo},
-    {kRedo, &CDlgGridChart::OnRedo, &ProfileSession::canRedo},
-    {kCopy, &CDlgGridChart::OnCopy, &ProfileSession::canCopy},
-    {kPaste, &CDlgGridChart::OnPaste, &ProfileSession::canPaste},
-    {kHelp, &CDlgGridChart::OnHelp, nullptr},
-    {kRedrawChart, &CDlgGridChart::OnRedrawChart, nullptr},
-    {kOk, &CDlgGridChart::OnOK, nullptr},
-    {kCancel, &CDlgGridChart::reject, nullptr},
-    {kMenuOpen, &CDlgGridChart::OnOpen, &ProfileSession::canOpen},
-    {kMenuSave, &CDlgGridChart::OnSave, &ProfileSession::canSaveAs},
-    {kMenuSaveAs, &CDlgGridChart::OnSaveAs, &ProfileSession::canSaveAs},
-    {kMenuUndo, &CDlgGridChart::OnMenuUndo, &ProfileSession::canUndo},
-    {kMenuRedo, &CDlgGridChart::OnMenuRedo, &ProfileSession::canRedo},
-    {kMenuCopy, &CDlgGridChart::OnCopy, &ProfileSession::canCopy},
-    {kMenuPaste, &CDlgGridChart::OnPaste, &ProfileSession::canPaste},
-};
 
 CDlgGridChart::CDlgGridChart(SessionSetup setup, QWidget* parent)
     : QDialog(parent), m_session(std::move(setup)) {
@@ -82,7 +40,7 @@ bool CDlgGridChart::OnInitDialog() {
     if (!m_session.InitialFill())
         return false;
     CreateControls();
-    CreateMenu();
+    m_commands = new DialogCommands(Commands(), m_controls, &m_session, this);
     m_grid->InitGrid();
     if (!m_session.isViewOnly())
         CreateChart();
@@ -102,8 +60,8 @@ void CDlgGridChart::CreateControls() {
     m_mean = new MeanLabel(&m_session, this);
     m_mean->setVisible(m_session.facts().coefficients);
     m_controls[kHelp]->setVisible(m_session.facts().rows > 0);
-    for (const Command& command : kCommands) {
-        auto* const button = m_controls.Get<QAbstractButton>(command.id);
+    for (const ControlTemplate& control : kMainDialog) {
+        auto* const button = m_controls.Get<QAbstractButton>(control.id);
         if (button == nullptr)
             continue;
         // A click leaves the focus where it is, so that an open cell editor is committed by the
@@ -113,43 +71,45 @@ void CDlgGridChart::CreateControls() {
         // Enter belongs to the grid.
         if (auto* const push = qobject_cast<QPushButton*>(button))
             push->setAutoDefault(false);
-        if (command.id == kEdition) {
-            // Assistive tools switch the box without a click.
-            connect(button, &QAbstractButton::toggled, this, [this, &command](bool on) {
-                if (on != m_session.isEdition())
-                    RunCommand(command);
-            });
-        } else {
-            connect(button, &QAbstractButton::clicked, this,
-                    [this, &command] { RunCommand(command); });
-        }
     }
 }
 
-void CDlgGridChart::CreateMenu() {
-    m_menu = new QMenu(this);
-    for (const MenuEntry& entry : kMenu) {
-        if (entry.id == 0) {
-            m_menu->addSeparator();
-            continue;
-        }
-        QAction* const action = m_menu->addAction(entry.caption.toString());
-        action->setShortcuts(ShortcutsOf(entry));
-        m_actions.insert(entry.id, action);
-    }
-    const std::pair<int, QKeySequence> without_entry[] = {{kAdd, Qt::Key_Insert},
-                                                          {kRedrawChart, Qt::Key_F5}};
-    for (const auto& [id, shortcut] : without_entry) {
-        auto* const action = new QAction(this);
-        action->setShortcut(shortcut);
-        m_actions.insert(id, action);
-    }
-    for (const Command& command : kCommands) {
-        if (QAction* const action = m_actions.value(command.id)) {
-            addAction(action);
-            connect(action, &QAction::triggered, this, [this, &command] { RunCommand(command); });
-        }
-    }
+// Undo and Redo by menu or key leave the modified flag alone, by button they set it; Copy sets it.
+std::vector<Command> CDlgGridChart::Commands() {
+    using S = ProfileSession;
+    constexpr bool kMarks = true;
+    const auto open = [this] { m_session.Open(); };
+    const auto save = [this] { m_session.Save(); };
+    const auto save_as = [this] { m_session.SaveAs(); };
+    const auto undo = [this] { m_session.Undo(); };
+    const auto redo = [this] { m_session.Redo(); };
+    const auto copy = [this] { m_grid->CopySelection(); };
+    const auto paste = [this] { m_grid->PasteSelection(); };
+    return {
+        {kAdd, [this] { AddPoint(); }, &S::canAdd, u"Ins"},
+        {kRemove, [this] { m_session.RemoveRows(m_grid->SelectedRows()); }, &S::canRemove},
+        {kEdition, [this] { m_session.SetEdition(!m_session.isEdition()); },
+         &S::canEditCoefficients},
+        {kAdjust, [this] { m_session.Adjust(); }, &S::canEditCoefficients},
+        {kOpen, open, &S::canOpen},
+        {kSave, save, &S::canSave},
+        {kSaveAs, save_as, &S::canSaveAs},
+        {kUndo, undo, &S::canUndo, {}, kMarks},
+        {kRedo, redo, &S::canRedo, {}, kMarks},
+        {kCopy, copy, &S::canCopy, {}, kMarks},
+        {kPaste, paste, &S::canPaste, {}, kMarks},
+        {kHelp, [] { /* the button has nothing to say */ }},
+        {kRedrawChart, [this] { RedrawChart(); }, nullptr, u"F5"},
+        {kOk, [this] { OnOK(); }},
+        {kCancel, [this] { reject(); }},
+        {kMenuOpen, open, &S::canOpen, u"Ctrl+O"},
+        {kMenuSave, save, &S::canSaveAs, u"Ctrl+S"},  // answers without a path
+        {kMenuSaveAs, save_as, &S::canSaveAs, u"Ctrl+Shift+S"},
+        {kMenuUndo, undo, &S::canUndo, u"Ctrl+Z"},
+        {kMenuRedo, redo, &S::canRedo, u"Ctrl+Y"},
+        {kMenuCopy, copy, &S::canCopy, u"Ctrl+C", kMarks},
+        {kMenuPaste, paste, &S::canPaste, u"Ctrl+V", kMarks},
+    };
 }
 
 void CDlgGridChart::CreateChart() {
@@ -172,6 +132,7 @@ void CDlgGridChart::CreateChart() {
 }
 
 void CDlgGridChart::Connect() {
+    connect(m_commands, &DialogCommands::Chosen, this, &CDlgGridChart::UpdateState);
     connect(m_grid, &CGridControl::ProfileCommandChosen, this, &CDlgGridChart::OnProfileCommand);
     connect(&m_session, &ProfileSession::StateChanged, this, &CDlgGridChart::UpdateState);
     connect(&m_session, &ProfileSession::CellRestored, m_grid, &CGridControl::SelectCell);
@@ -185,22 +146,8 @@ void CDlgGridChart::Connect() {
     connect(table, &QAbstractItemModel::modelReset, this, rows_changed);
 }
 
-void CDlgGridChart::RunCommand(const Command& command) {
-    const bool enabled = command.enabled == nullptr || (m_session.*command.enabled)();
-    // Giving up does not depend on what was typed last.
-    if (enabled && (command.id == kCancel || m_grid->CommitOpenEditor()))
-        (this->*command.run)();
-    UpdateState();
-}
-
 void CDlgGridChart::UpdateState() {
-    for (const Command& command : kCommands) {
-        const bool enabled = command.enabled == nullptr || (m_session.*command.enabled)();
-        if (QWidget* const control = m_controls[command.id])
-            control->setEnabled(enabled);
-        if (QAction* const action = m_actions.value(command.id))
-            action->setEnabled(enabled);
-    }
+    m_commands->Update();
     m_controls.Get<QCheckBox>(kEdition)->setChecked(m_session.isEdition());
     setWindowTitle(ShownText(m_session.caption(), kMostOfCell));
     if (m_chart != nullptr)
@@ -222,7 +169,7 @@ void CDlgGridChart::EndDialog(int result) {
     done(result);
 }
 
-void CDlgGridChart::OnAdd() {
+void CDlgGridChart::AddPoint() {
     CDlgAjout dialog(&m_session, this);
     dialog.exec();
     m_session.ForgetHistory();
@@ -230,65 +177,9 @@ void CDlgGridChart::OnAdd() {
         m_grid->SelectCell(dialog.InsertedRow(), ProfileTable::kValueColumn);
 }
 
-void CDlgGridChart::OnRemove() {
-    m_session.RemoveRows(m_grid->SelectedRows());
-}
-
-void CDlgGridChart::OnEdition() {
-    m_session.SetEdition(!m_session.isEdition());
-}
-
-void CDlgGridChart::OnAdjust() {
-    m_session.Adjust();
-}
-
-void CDlgGridChart::OnOpen() {
-    m_session.Open();
-}
-
-void CDlgGridChart::OnSave() {
-    m_session.Save();
-}
-
-void CDlgGridChart::OnSaveAs() {
-    m_session.SaveAs();
-}
-
-void CDlgGridChart::OnUndo() {
-    m_session.Undo();
-    m_session.SetModified();
-}
-
-void CDlgGridChart::OnRedo() {
-    m_session.Redo();
-    m_session.SetModified();
-}
-
-void CDlgGridChart::OnMenuUndo() {
-    m_session.Undo();
-}
-
-void CDlgGridChart::OnMenuRedo() {
-    m_session.Redo();
-}
-
-void CDlgGridChart::OnCopy() {
-    m_grid->CopySelection();
-    m_session.SetModified();
-}
-
-void CDlgGridChart::OnPaste() {
-    m_grid->PasteSelection();
-    m_session.SetModified();
-}
-
-void CDlgGridChart::OnRedrawChart() {
+void CDlgGridChart::RedrawChart() {
     if (m_view != nullptr)
         m_view->update();
-}
-
-// The button stands in the dialog and has nothing to say.
-void CDlgGridChart::OnHelp() {
 }
 
 void CDlgGridChart::OnProfileCommand(int row, const QString& choice) {
@@ -334,7 +225,7 @@ void CDlgGridChart::reject() {
 }
 
 void CDlgGridChart::contextMenuEvent(QContextMenuEvent* event) {
-    m_menu->popup(event->globalPos());
+    m_commands->menu()->popup(event->globalPos());
 }
 
 // A box or dialog over this window has gone. Window managers give the keyboard to the window below
@@ -378,7 +269,7 @@ void CDlgGridChart::keyPressEvent(QKeyEvent* event) {
     // The platform turns the menu key into a menu event by itself, but not everywhere this one.
     if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
         const QWidget* const at = focusWidget() != nullptr ? focusWidget() : this;
-        m_menu->popup(at->mapToGlobal(at->rect().center()));
+        m_commands->menu()->popup(at->mapToGlobal(at->rect().center()));
         return;
     }
     QDialog::keyPressEvent(event);

@@ -4,21 +4,21 @@
 #include "profiles/ProfileSession.h"
 
 #include <QDialog>
-#include <QHash>
 #include <QStringList>
 
 #include <functional>
 #include <utility>
+#include <vector>
 
 class CGraphControl;
 class CGraphView;
 class CGridControl;
+class DialogCommands;
 class MeanLabel;
-class QAction;
-class QMenu;
+struct Command;
 
 /// The main dialog: the grid and the chart of a session side by side with the commands on it. Wires
-/// the parts together; what the commands do is the session's.
+/// the parts together; most of what the commands do is the session's.
 class CDlgGridChart : public QDialog {
     Q_OBJECT
 
@@ -52,38 +52,17 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    struct Command {
-        int id;
-        void (CDlgGridChart::*run)();
-        bool (ProfileSession::*enabled)() const;  // nullptr: always
-    };
-    static const Command kCommands[];
-
     bool OnInitDialog();
     void CreateControls();
-    void CreateMenu();
+    std::vector<Command> Commands();
     void CreateChart();
     void Connect();
-    void RunCommand(const Command& command);
     void UpdateState();
     void PlaceControls();
     void EndDialog(int result);
 
-    void OnAdd();
-    void OnRemove();
-    void OnEdition();
-    void OnAdjust();
-    void OnOpen();
-    void OnSave();
-    void OnSaveAs();
-    void OnUndo();
-    void OnRedo();
-    void OnMenuUndo();
-    void OnMenuRedo();
-    void OnCopy();
-    void OnPaste();
-    void OnRedrawChart();
-    void OnHelp();
+    void AddPoint();
+    void RedrawChart();
     void OnProfileCommand(int row, const QString& choice);
     void AddDailyProfile(int row);
     void ViewDailyProfile(const QString& name);
@@ -91,8 +70,7 @@ private:
 
     ProfileSession m_session;
     DialogControls m_controls;
-    QHash<int, QAction*> m_actions;
-    QMenu* m_menu = nullptr;
+    DialogCommands* m_commands = nullptr;
     CGridControl* m_grid = nullptr;
     MeanLabel* m_mean = nullptr;
     CGraphControl* m_chart = nullptr;

@@ -9,6 +9,8 @@
 
 /// A push button with a small picture and its caption. The picture is the button's icon if it has
 /// one, drawn at its icon size, otherwise the bitmap given by `SetBitmap`.
+/// Layout, mask, corner mark, black border and last action are part of the given interface; the
+/// dialog uses none of them.
 class CSXButton : public QPushButton {
     Q_OBJECT
 

@@ -99,19 +99,18 @@ inline constexpr ControlTemplate kAddPointDialog[] = {
 struct MenuEntry {
     int id = 0;
     QStringView caption;
-    QStringView shortcut;
 };
 
 inline constexpr MenuEntry kMenu[] = {
-    {kMenuOpen, u"Ouvrir", u"Ctrl+O"},
-    {kMenuSave, u"Enregistrer", u"Ctrl+S"},
-    {kMenuSaveAs, u"Enregistrer sous", u"Ctrl+Shift+S"},
+    {kMenuOpen, u"Ouvrir"},
+    {kMenuSave, u"Enregistrer"},
+    {kMenuSaveAs, u"Enregistrer sous"},
     {},
-    {kMenuUndo, u"Annuler", u"Ctrl+Z"},
-    {kMenuRedo, u"Refaire", u"Ctrl+Y"},
+    {kMenuUndo, u"Annuler"},
+    {kMenuRedo, u"Refaire"},
     {},
-    {kMenuCopy, u"Copier", u"Ctrl+C"},
-    {kMenuPaste, u"Coller", u"Ctrl+V"},
+    {kMenuCopy, u"Copier"},
+    {kMenuPaste, u"Coller"},
 };
 
 /// Pixels of a place in dialog units: 1.5 px each across, 1.625 px each down, edges rounded to the

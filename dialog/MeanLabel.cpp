@@ -40,10 +40,9 @@ void MeanLabel::Refresh() {
     const ProfileKind kind = m_session->kind();
     const float sum = RoundedSum(kind, m_session->table().Column(ProfileTable::kValueColumn));
     const float mean = sum / static_cast<float>(CoefficientCount(kind));
-    m_warning = !SumIsRight(kind, sum);
     setText(u"Moyenne : "_s + FormatValue(mean, kMeanDecimals));
     QPalette colours = parentWidget() != nullptr ? parentWidget()->palette() : palette();
-    if (m_warning)
+    if (!SumIsRight(kind, sum))
         colours.setColor(QPalette::WindowText, WarningColour(colours));
     setPalette(colours);
 }

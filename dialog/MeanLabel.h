@@ -12,8 +12,6 @@ class MeanLabel : public QLabel {
 public:
     explicit MeanLabel(const ProfileSession* session, QWidget* parent = nullptr);
 
-    bool IsWarning() const { return m_warning; }
-
 protected:
     void changeEvent(QEvent* event) override;
 
@@ -21,5 +19,4 @@ private:
     void Refresh();
 
     const ProfileSession* m_session;  // not owned
-    bool m_warning = false;
 };

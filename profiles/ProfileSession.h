@@ -181,6 +181,7 @@ private:
     std::optional<ProfileContent> m_last_read;
     QStringList m_daily_profiles;
     std::optional<Drag> m_drag;
+    // Shown nowhere yet; hosts' tests rely on both.
     bool m_modified = false;
     bool m_saved = false;
     bool m_edition = false;

@@ -311,6 +311,28 @@ private slots:
         });
     }
 
+    // Undo and redo mark a saved profile as modified by their buttons only.
+    void CommandsThatMarkModified() {
+        const KindDialog shown(ProfileKind::Monthly, DisplayMode::OpenFile);
+        const MessageScript script;
+        shown.Run([&] {
+            QVERIFY(shown.Grid()->ValidateEntry(1, 2, u"5"_s));
+            const std::pair<std::function<void()>, bool> commands[] = {
+                {[] { Press(Qt::Key_Z, Qt::ControlModifier); }, false},
+                {[] { Press(Qt::Key_Y, Qt::ControlModifier); }, false},
+                {[&] { shown.Click(kUndo); }, true},
+                {[&] { shown.Click(kRedo); }, true},
+                {[&] { shown.Click(kCopy); }, true},
+                {[] { Press(Qt::Key_C, Qt::ControlModifier); }, true}};
+            for (const auto& [give, marks] : commands) {
+                shown.Click(kSave);
+                QVERIFY(!shown.dialog->session().isModified());
+                give();
+                QCOMPARE(shown.dialog->session().isModified(), marks);
+            }
+        });
+    }
+
     void NoPoints() {
         const FunctionDialog shown(0);
         shown.Run([&] {

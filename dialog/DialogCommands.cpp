@@ -1,0 +1,99 @@
+#include "dialog/DialogCommands.h"
+
+#include "dialog/DialogControls.h"
+#include "grid/CGridControl.h"
+#include "profiles/ProfileSession.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QMenu>
+
+#include <utility>
+
+namespace {
+
+// The command's own shortcut and, to copy and to paste, all that the platform has for it.
+QList<QKeySequence> ShortcutsOf(const Command& command) {
+    QList<QKeySequence> shortcuts;
+    if (command.id == kMenuCopy)
+        shortcuts = QKeySequence::keyBindings(QKeySequence::Copy);
+    if (command.id == kMenuPaste)
+        shortcuts = QKeySequence::keyBindings(QKeySequence::Paste);
+    const QKeySequence own(command.shortcut.toString());
+    shortcuts.removeAll(own);
+    shortcuts.prepend(own);
+    return shortcuts;
+}
+
+}  // namespace
+
+DialogCommands::DialogCommands(std::vector<Command> commands, const DialogControls& controls,
+                               ProfileSession* session, QWidget* dialog)
+    : QObject(dialog),
+      m_commands(std::move(commands)),
+      m_session(session),
+      m_grid(controls.Get<CGridControl>(kGrid)),
+      m_menu(new QMenu(dialog)) {
+    CreateMenu(dialog);
+    ConnectButtons(controls);
+}
+
+void DialogCommands::CreateMenu(QWidget* dialog) {
+    for (const MenuEntry& entry : kMenu) {
+        if (entry.id == 0)
+            m_menu->addSeparator();
+        else
+            m_actions.insert(entry.id, m_menu->addAction(entry.caption.toString()));
+    }
+    for (const Command& command : m_commands) {
+        if (command.shortcut.isEmpty())
+            continue;
+        QAction*& action = m_actions[command.id];
+        if (action == nullptr)
+            action = new QAction(this);
+        action->setShortcuts(ShortcutsOf(command));
+        dialog->addAction(action);
+        connect(action, &QAction::triggered, this, [this, &command] { Run(command); });
+    }
+}
+
+void DialogCommands::ConnectButtons(const DialogControls& controls) {
+    for (const Command& command : m_commands) {
+        auto* const button = controls.Get<QAbstractButton>(command.id);
+        if (button == nullptr)
+            continue;
+        m_buttons.insert(command.id, button);
+        if (command.id == kEdition) {
+            // Assistive tools switch the box without a click.
+            connect(button, &QAbstractButton::toggled, this, [this, &command](bool on) {
+                if (on != m_session->isEdition())
+                    Run(command);
+            });
+        } else {
+            connect(button, &QAbstractButton::clicked, this, [this, &command] { Run(command); });
+        }
+    }
+}
+
+bool DialogCommands::IsEnabled(const Command& command) const {
+    return command.enabled == nullptr || (m_session->*command.enabled)();
+}
+
+void DialogCommands::Run(const Command& command) {
+    // Giving up does not depend on what was typed last.
+    if (IsEnabled(command) && (command.id == kCancel || m_grid->CommitOpenEditor())) {
+        command.run();
+        if (command.marks_modified)
+            m_session->SetModified();
+    }
+    emit Chosen();
+}
+
+void DialogCommands::Update() {
+    for (const Command& command : m_commands) {
+        if (QWidget* const button = m_buttons.value(command.id))
+            button->setEnabled(IsEnabled(command));
+        if (QAction* const action = m_actions.value(command.id))
+            action->setEnabled(IsEnabled(command));
+    }
+}
