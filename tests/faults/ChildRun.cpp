@@ -1,6 +1,5 @@
 #include "ChildRun.h"
 
-#include <QDataStream>
 #include <QFile>
 
 #include <grp.h>
@@ -31,35 +30,25 @@ int Wait(int process) {
 
 }  // namespace
 
-SaveReport InChild(const std::function<void(SaveReport& report)>& work) {
+QString InChild(const std::function<QString()>& work) {
     int ends[2];
     if (pipe(ends) != 0)
-        return {{}, {}, u"no pipe"_s, {}};
+        return u"no pipe"_s;
     const int child = fork();
     if (child == 0) {
         close(ends[0]);
-        SaveReport report;
-        work(report);
-        QFile out;
-        bool sent = out.open(ends[1], QIODevice::WriteOnly);
-        QDataStream stream(&out);
-        stream << report.messages << report.content << report.remark << report.means;
-        sent = sent && out.flush() && stream.status() == QDataStream::Ok;
-        End(sent ? 0 : 1);
+        const QByteArray told = work().toUtf8();
+        const auto size = static_cast<size_t>(told.size());
+        End(write(ends[1], told.constData(), size) == told.size() ? 0 : 1);
     }
     close(ends[1]);
-    SaveReport report;
-    {
-        QFile in;
-        if (in.open(ends[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-            const QByteArray bytes = in.readAll();
-            QDataStream stream(bytes);
-            stream >> report.messages >> report.content >> report.remark >> report.means;
-        }
-    }
+    QFile in;
+    QString told;
+    if (in.open(ends[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        told = QString::fromUtf8(in.readAll());
     if (const int status = Wait(child); status != 0)
-        report.remark += u" the child ended with status %1"_s.arg(status);
-    return report;
+        told += u" the child ended with status %1"_s.arg(status);
+    return told;
 }
 
 EndlessChild::EndlessChild(const std::function<void()>& work) {

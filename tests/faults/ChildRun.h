@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QByteArray>
 #include <QString>
-#include <QStringList>
 
 #include <functional>
 #include <optional>
@@ -10,17 +8,9 @@
 /// A user and a group that own nothing.
 constexpr unsigned kNobody = 65534;
 
-/// What a save left behind, as the process saw it that made it.
-struct SaveReport {
-    QStringList messages;
-    QByteArray content;  ///< of the file afterwards; null when it is not there
-    QString remark;      ///< what else went wrong; "" when nothing did
-    QString means;       ///< how the fault was made, where there is a choice
-};
-
-/// The report of a child process that did `work` and nothing else: limits, users and mounts that it
-/// takes on end with it. A child that did not end by itself is told in `remark`.
-SaveReport InChild(const std::function<void(SaveReport& report)>& work);
+/// What `work`, done in a child process, tells: limits, users and mounts that the child takes on
+/// end with it. A child that did not end by itself is told too.
+QString InChild(const std::function<QString()>& work);
 
 /// A child that does `work` until it is killed.
 class EndlessChild {
