@@ -98,7 +98,6 @@ std::pair<int, int> TimeEntries::Split(int node, int count) {
         return {kNone, kNone};
     HandDown(node);
     Node& top = At(node);
-    top.parent = kNone;
     std::pair<int, int> parts;
     if (const int left_count = Count(top.left); count <= left_count) {
         parts = Split(top.left, count);
@@ -164,7 +163,6 @@ void TimeEntries::Move(int from, int to, int node) {
     MarkPassed(passed);
     const auto [head, tail] = Split(passed, from < to ? 1 : last - first);
     At(node).reprint_time = false;
-    Settle(node);
     passed = Merge(tail, head);
     m_root = Merge(Merge(before, passed), after);
     At(m_root).parent = kNone;
@@ -175,13 +173,11 @@ std::pair<QString, QString> TimeEntries::TextsOf(int node) const {
             Printed(m_values[node], At(node).reprint_value)};
 }
 
-// Whether the row at `from` holds the text `time` already, the rows that it would pass upward are
-// the same as it, and printing them anew changes nothing. Rows found alike are not looked at again
-// until something has changed.
-bool TimeEntries::MovesAmongTwins(int from, int to, const QString& time) {
-    const std::pair<QString, QString> texts = TextsOf(NodeAt(from));
-    if (texts.first != time ||
-        texts != std::pair(RewrittenNumber(time), RewrittenNumber(texts.second)))
+// Whether the rows that the one at `from` would pass upward are the same as it, and printing them
+// anew changes nothing. Rows found alike are not looked at again until something has changed.
+bool TimeEntries::MovesAmongTwins(int row, int from, int to) {
+    const std::pair<QString, QString> texts = TextsOf(row);
+    if (texts != std::pair(RewrittenNumber(texts.first), RewrittenNumber(texts.second)))
         return false;
     const bool continues = m_twins.first == to && m_twins.texts == texts;
     const int known = continues ? m_twins.last : to - 1;
@@ -200,9 +196,7 @@ void TimeEntries::Enter(int row, const QString& time) {
     const int from = PlaceOf(row);
     const int to = TargetOf(from, number);
     const Entry entry = {row, from, to, TextsOf(row).first, At(row).reprint_value};
-    const bool same_time = number == At(row).time;
-    if (from == to ? entry.time_before == time
-                   : same_time && to < from && MovesAmongTwins(from, to, time))
+    if (entry.time_before == time && (from == to || (to < from && MovesAmongTwins(row, from, to))))
         return;
     m_twins = {};
     m_times[row] = time;

@@ -80,7 +80,7 @@ private:
     int NodeAt(int place);
     int TargetOf(int from, float time) const;
     void Move(int from, int to, int node);
-    bool MovesAmongTwins(int from, int to, const QString& time);
+    bool MovesAmongTwins(int row, int from, int to);
     std::pair<QString, QString> TextsOf(int node) const;
 
     QStringList m_times;   // by row

@@ -32,9 +32,9 @@ QString ClipboardText() {
 
 // What the user does in a case of pastes.json, step by step. A step is done in this order: messages
 // to come, edit (row, column, text), edition, undo and redo (how often), remove (rows), select
-// (top, left, bottom; row 0 is the header), right click, copy (null when refused), paste (null for
-// the last copy). Texts are joined as for `Texts`. Copy and paste change nothing but the columns
-// and headers that the step names.
+// (top, left, bottom; row 0 is the header), click (1 left, 2 right), copy (null when refused),
+// paste (null for the last copy). Texts are joined as for `Texts`. Copy and paste change nothing
+// but the columns and headers that the step names.
 class Steps {
 public:
     explicit Steps(const QJsonObject& given)
@@ -105,8 +105,8 @@ private:
             m_shown.Select({top, left, cells[2].toInt(top), left});
         else if (step.contains(u"select"))
             m_shown.grid->clearSelection();
-        if (step.contains(u"right click"))
-            QTest::mouseClick(m_shown.grid->viewport(), Qt::RightButton, {}, QPoint(10, 30));
+        if (const int button = step[u"click"].toInt(); button != 0)
+            QTest::mouseClick(m_shown.grid->viewport(), Qt::MouseButton(button), {}, {10, 10});
     }
 
     // What was copied before stays when a copy is refused.
@@ -159,19 +159,22 @@ private slots:
     // A paste leaves what the same texts leave that are typed one after the
     // other, whatever the order of the rows and of the texts.
     void PastedAsTyped() {
-        const QStringList times = Texts(u"0|1|1.0|2|2.50|3|1e1|7|0.1234567890123456|-4|host"_s);
-        const QStringList entries = Texts(u"0|1|1,0|2|2.5|3|11|7.0|0.1234567890123456|-5|x|"_s);
+        const QStringList times = Texts(u"1.0|1|2.50|0|2|3|1e1|7|0.1234567890123456|-4|host"_s);
+        const QStringList entries = Texts(u"1,0|1|2.50|0|2|3|11|7.0|0.1234567890123456|-5|x|"_s);
         QRandomGenerator random(12);
+        int kinds = 0;  // of texts: the fewer, the more twins
         const auto any = [&](const QStringList& texts) {
-            return texts[random.bounded(static_cast<int>(texts.size()))];
+            return texts[random.bounded(std::min(static_cast<int>(texts.size()), kinds))];
         };
-        for (int round = 0; round < 300; ++round) {
+        for (int round = 0; round < 1000; ++round) {
             SessionBench pasted;
             SessionBench typed;
-            const int count = 1 + random.bounded(round % 50 == 0 ? 400 : 20);
+            kinds = 1 + round % 13;
+            const int count = 1 + random.bounded(round % 7 == 0 ? 60 : 8);
             for (int row = 0; row < count; ++row) {
                 pasted.times += round % 2 == 0 ? any(times) : QString::number(row / 2);
-                pasted.values += round % 3 == 0 ? u"1"_s : QString::number(row) + u".50"_s;
+                pasted.values += QString::number(row % (1 + round % 4)) +
+                                 (round % 3 == 0 ? u".50"_s : QString());
             }
             typed.times = pasted.times;
             typed.values = pasted.values;
