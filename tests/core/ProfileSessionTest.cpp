@@ -221,6 +221,9 @@ private slots:
             QCOMPARE(bench.session->name(), is_there ? u"w"_s : u"w.x"_s);
             QCOMPARE(QDir::current(), QDir(bench.Path(u"Data/Profils/Semaines"_s)));
         }
+        QVERIFY(WriteAll(bench.KindPath(u"wrong.dat"_s), "x"));
+        bench.messages.Expect(NotValid(u"wrong.dat"_s));
+        QCOMPARE(bench.session->ReadFile(u"wrong.dat"_s), ProfileFileStatus::WrongHeader);
     }
 
     void askedAtStart() {
