@@ -42,20 +42,29 @@ struct KindDialog {
         dialog = std::make_unique<CDlgGridChart>(std::move(setup));
     }
 
+    /// On a function with the points (0, 1000), (1, 1050), (2, 1100), ...
+    explicit KindDialog(int points)
+        : KindDialog(ProfileKind::Function, DisplayMode::Edit, points) {}
+
     explicit KindDialog(std::unique_ptr<CDlgGridChart> any) : dialog(std::move(any)) {}
 
     /// The control of that id; null when there is none.
-    QWidget* Control(int id) const {
+    QWidget* Control(int id) const { return Control(*dialog, id); }
+    static QWidget* Control(const CDlgGridChart& any, int id) {
         const QString start = QString::number(id) + u'_';
-        for (QWidget* const child : dialog->findChildren<QWidget*>()) {
+        for (QWidget* const child : any.findChildren<QWidget*>()) {
             if (child->objectName().startsWith(start) &&
                 child->objectName() != QStringLiteral("5001_Chart"))
                 return child;
         }
         return nullptr;
     }
+    QRect Place(int id) const { return Control(id)->geometry(); }
     QAbstractButton* Button(int id) const { return qobject_cast<QAbstractButton*>(Control(id)); }
-    void Click(int id) const { QTest::mouseClick(Control(id), Qt::LeftButton); }
+    void Click(int id) const { Click(*dialog, id); }
+    static void Click(const CDlgGridChart& any, int id) {
+        QTest::mouseClick(Control(any, id), Qt::LeftButton);
+    }
     CGridControl* Grid() const { return dialog->findChild<CGridControl*>(); }
     const CDocControl& Document() const { return dialog->findChild<CGraphControl*>()->document(); }
     QStringList Column(int column) const { return dialog->session().table().Column(column); }

@@ -10,58 +10,47 @@
 #include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
+using enum ProfileKind;
 
-class DailyProfileTest : public QObject {
-    Q_OBJECT
+namespace {
 
-    QTemporaryDir m_folder;
-    QString m_daily = m_folder.path() + u"/Data/Profils/Journalier"_s;
-    QString m_name = u"Mois"_s;
-    QStringList m_values = QStringList(12, u"1800"_s);
-    QStringList m_names = QStringList(12, u"calme"_s);
-    std::unique_ptr<CDlgGridChart> m_dialog;
-    std::unique_ptr<MessageScript> m_messages;
-    std::unique_ptr<FileDialogScript> m_files;
+// A folder with the daily profiles "calme" and "week-end", and dialogs over it that are handed the
+// name "calme" for each row. A week takes no names.
+struct ProfileFolder {
+    ProfileFolder() {
+        const QByteArray bytes = "HEURES =" + QByteArray(" 0").repeated(24) +
+                                 "\nCOEFFICIENT =" + QByteArray(" 0.50 1.50").repeated(12) + "\n";
+        for (const QString& name : {u"/calme.dat"_s, u"/week-end.dat"_s})
+            QVERIFY(WriteAll(daily + name, bytes));
+    }
 
     // What stands in the third column of `row`.
-    QString Name(int row) const { return m_dialog->session().table().CellText(row, 3); }
+    QString Name(int row) const { return shown->Column(3).value(row - 1); }
+    const ProfileSession& Session() const { return shown->dialog->session(); }
 
     void Run(ProfileKind kind, const std::function<void()>& steps) {
         SessionSetup setup;
         setup.kind = kind;
-        setup.name = m_name;
-        setup.values = m_values;
-        setup.names = m_names;
-        setup.folders = ProfileFolders(m_folder.path());
-        m_dialog = std::make_unique<CDlgGridChart>(std::move(setup));
-        RunDialog(*m_dialog, steps);
-    }
-
-    static void Click(const QWidget& dialog, const QString& name) {
-        QTest::mouseClick(dialog.findChild<QWidget*>(name), Qt::LeftButton);
+        setup.name = u"Mois"_s;
+        setup.values = QStringList(12, u"1800"_s);
+        setup.names = QStringList(12, u"calme"_s);
+        setup.folders = ProfileFolders(folder.path());
+        shown = std::make_unique<KindDialog>(std::make_unique<CDlgGridChart>(std::move(setup)));
+        shown->Run(steps);
     }
 
     // The list of the cell, opened with the keyboard; nullptr when none opens.
-    QComboBox* OpenList(int row) {
-        m_dialog->activateWindow();
-        auto* const grid = m_dialog->findChild<CGridControl*>();
-        QComboBox* opened = nullptr;
-        const auto is_open = [&] {
-            for (QComboBox* const list : grid->findChildren<QComboBox*>()) {
-                if (list->view()->isVisible())
-                    opened = list;
-            }
-            return opened != nullptr;
+    QComboBox* OpenList(int row) const {
+        shown->Grid()->SelectCell(row, 3);
+        QTest::keyClick(shown->Grid(), Qt::Key_F2);
+        const auto opened = [] {
+            const QWidget* const popup = QApplication::activePopupWidget();
+            return popup != nullptr ? qobject_cast<QComboBox*>(popup->parentWidget()) : nullptr;
         };
-        if (!QTest::qWaitForWindowActive(m_dialog.get()))
-            return nullptr;
-        grid->setFocus();
-        grid->SelectCell(row, 3);
-        QTest::keyClick(grid, Qt::Key_F2);
-        return QTest::qWaitFor(is_open) ? opened : nullptr;
+        return QTest::qWaitFor([&] { return opened() != nullptr; }) ? opened() : nullptr;
     }
 
-    void Choose(int row, const QString& choice) {
+    void Choose(int row, const QString& choice) const {
         QComboBox* const list = OpenList(row);
         QVERIFY(list != nullptr);
         const int index = list->findText(choice);
@@ -71,12 +60,12 @@ class DailyProfileTest : public QObject {
     }
 
     // Does `steps` in the dialog that opens over the first one, and waits for its end.
-    void InNestedDialog(const std::function<void(CDlgGridChart&)>& steps) {
+    void InNestedDialog(const std::function<void(CDlgGridChart&)>& steps) const {
         bool done = false;
         QTimer timer;
-        connect(&timer, &QTimer::timeout, &timer, [&] {
+        QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
             auto* const nested = qobject_cast<CDlgGridChart*>(QApplication::activeModalWidget());
-            if (nested == nullptr || nested == m_dialog.get() || done)
+            if (nested == nullptr || nested == shown->dialog.get() || done)
                 return;
             done = true;
             steps(*nested);
@@ -85,108 +74,109 @@ class DailyProfileTest : public QObject {
         });
         timer.start(0);
         QTRY_VERIFY(done);
-        QTRY_COMPARE(QApplication::activeModalWidget(), m_dialog.get());
+        QTRY_COMPARE(QApplication::activeModalWidget(), shown->dialog.get());
     }
+
+    const QTemporaryDir folder;
+    const QString daily = folder.path() + u"/Data/Profils/Journalier"_s;
+    MessageScript messages;
+    FileDialogScript files;
+    std::unique_ptr<KindDialog> shown;
+};
+
+}  // namespace
+
+class DailyProfileTest : public QObject {
+    Q_OBJECT
 
 private slots:
-    void init() {
-        const QByteArray bytes = "HEURES =" + QByteArray(" 0").repeated(24) +
-                                 "\nCOEFFICIENT =" + QByteArray(" 0.50 1.50").repeated(12) + "\n";
-        for (const QString& name : {u"/calme.dat"_s, u"/week-end.dat"_s})
-            QVERIFY(WriteAll(m_daily + name, bytes));
-        m_messages = std::make_unique<MessageScript>();
-        m_files = std::make_unique<FileDialogScript>();
-    }
-    void cleanup() {
-        m_messages.reset();
-        m_files.reset();
-    }
-
     void ChoosesAListedProfile() {
-        Run(ProfileKind::Monthly, [&] {
-            Choose(2, u"week-end"_s);
-            QCOMPARE(Name(2), u"week-end"_s);
-            QVERIFY(m_dialog->session().canUndo());
+        ProfileFolder profiles;
+        profiles.Run(Monthly, [&] {
+            profiles.Choose(2, u"week-end"_s);
+            QCOMPARE(profiles.Name(2), u"week-end"_s);
+            QVERIFY(profiles.Session().canUndo());
             // A list that is left without a choice changes nothing.
-            QPointer<QComboBox> list = OpenList(3);
+            const QPointer<QComboBox> list = profiles.OpenList(3);
             QVERIFY(list != nullptr);
             QTest::keyClick(list->view(), Qt::Key_Down);
             QTest::keyClick(list->view(), Qt::Key_Escape);
             QTRY_VERIFY(list == nullptr);
-            QCOMPARE(Name(3), u"calme"_s);
+            QCOMPARE(profiles.Name(3), u"calme"_s);
         });
     }
 
     void AddsASavedProfile() {
-        m_files->ExpectSave(m_daily + u"/atelier"_s);
-        Run(ProfileKind::Monthly, [&] {
-            Choose(4, u"AJOUTER"_s);
-            QCOMPARE(Name(4), u"calme"_s);
-            InNestedDialog([](CDlgGridChart& nested) {
+        ProfileFolder profiles;
+        profiles.files.ExpectSave(profiles.daily + u"/atelier"_s);
+        profiles.Run(Monthly, [&] {
+            profiles.Choose(4, u"AJOUTER"_s);
+            QCOMPARE(profiles.Name(4), u"calme"_s);
+            profiles.InNestedDialog([](CDlgGridChart& nested) {
                 QCOMPARE(nested.windowTitle(), u"Profil Journalier : Nouveau Profil"_s);
                 QCOMPARE(nested.session().table().Column(2), QStringList(24, u"1"_s));
-                Click(nested, u"5017_ENREGSOUS"_s);
+                KindDialog::Click(nested, kSaveAs);
                 QCOMPARE(nested.windowTitle(), u"Profil Journalier : atelier"_s);
-                Click(nested, u"5022_OK"_s);
+                KindDialog::Click(nested, kOk);
             });
-            QTRY_COMPARE(Name(4), u"atelier"_s);
-            QVERIFY(m_dialog->session().table().Choices().contains(u"atelier"_s));
-            Click(*m_dialog, u"5018_UNDO"_s);
-            QCOMPARE(Name(4), u"calme"_s);
+            QTRY_COMPARE(profiles.Name(4), u"atelier"_s);
+            QVERIFY(profiles.Session().table().Choices().contains(u"atelier"_s));
+            profiles.shown->Click(kUndo);
+            QCOMPARE(profiles.Name(4), u"calme"_s);
         });
-        QVERIFY(QFile::exists(m_daily + u"/atelier.dat"_s));
+        QVERIFY(QFile::exists(profiles.daily + u"/atelier.dat"_s));
     }
 
     void AddsNothingThatWasNotSavedHere() {
-        const std::pair<bool, QString> cases[] = {
-            {false, u"5022_OK"_s}, {true, u"5022_OK"_s}, {true, u"5011_Cancel"_s}};
-        for (const auto& one : cases) {
-            const bool saved_elsewhere = one.first;
-            const QString last_button = one.second;
+        for (const auto& [saved_elsewhere, last_button] :
+             {std::pair(false, kOk), std::pair(true, kOk), std::pair(true, kCancel)}) {
+            ProfileFolder profiles;
             if (saved_elsewhere) {
-                m_files->ExpectSave(m_folder.path() + u"/ailleurs"_s);
-                m_messages->Expect(
+                profiles.files.ExpectSave(profiles.folder.path() + u"/ailleurs"_s);
+                profiles.messages.Expect(
                     u"Ce profil n'est pas enregistré dans le répertoire par défaut\n"
                     "il ne sera pas enregistré dans les paramètres de la simulation."_s,
                     u"Attention !"_s);
             }
-            if (last_button == u"5011_Cancel")
-                m_messages->ExpectQuestion(u"Do you really want to cancel ?"_s, u"Cancelling"_s,
-                                           true);
-            Run(ProfileKind::Weekly, [&] {
-                const QStringList choices = m_dialog->session().table().Choices();
-                Choose(1, u"AJOUTER"_s);
-                InNestedDialog([&](CDlgGridChart& nested) {
-                    if (saved_elsewhere)
-                        Click(nested, u"5017_ENREGSOUS"_s);
-                    Click(nested, last_button);
+            if (last_button == kCancel)
+                profiles.messages.ExpectQuestion(u"Do you really want to cancel ?"_s,
+                                                 u"Cancelling"_s, true);
+            profiles.Run(Weekly, [&, elsewhere = saved_elsewhere, last = last_button] {
+                const QStringList choices = profiles.Session().table().Choices();
+                profiles.Choose(1, u"AJOUTER"_s);
+                profiles.InNestedDialog([&](CDlgGridChart& nested) {
+                    if (elsewhere)
+                        KindDialog::Click(nested, kSaveAs);
+                    KindDialog::Click(nested, last);
                 });
-                QCOMPARE(Name(1), QString());
-                QCOMPARE(m_dialog->session().table().Choices(), choices);
-                QVERIFY(!m_dialog->session().canUndo());
+                QCOMPARE(profiles.Name(1), QString());
+                QCOMPARE(profiles.Session().table().Choices(), choices);
+                QVERIFY(!profiles.Session().canUndo());
             });
         }
     }
 
     void ViewsTheProfileOfTheCell() {
-        m_messages->ExpectQuestion(u"Do you really want to cancel ?"_s, u"Cancelling"_s, true);
-        Run(ProfileKind::Monthly, [&] {
-            Choose(1, u"VOIR"_s);
-            InNestedDialog([](CDlgGridChart& nested) {
+        ProfileFolder profiles;
+        profiles.messages.ExpectQuestion(u"Do you really want to cancel ?"_s, u"Cancelling"_s,
+                                         true);
+        profiles.Run(Monthly, [&] {
+            profiles.Choose(1, u"VOIR"_s);
+            profiles.InNestedDialog([](CDlgGridChart& nested) {
                 QCOMPARE(nested.windowTitle(), u"Profil Journalier : calme"_s);
                 QVERIFY(nested.session().isViewOnly());
                 QCOMPARE(nested.session().table().CellText(2, 2), u"1.50"_s);
                 QVERIFY(nested.findChild<QWidget*>(u"5001_Chart"_s) == nullptr);
                 QTest::keyClick(&nested, Qt::Key_Escape);
             });
-            QCOMPARE(Name(1), u"calme"_s);
-            QVERIFY(!m_dialog->session().canUndo());
+            QCOMPARE(profiles.Name(1), u"calme"_s);
+            QVERIFY(!profiles.Session().canUndo());
         });
         // Without a name there is nothing to open.
-        Run(ProfileKind::Weekly, [&] {
-            Choose(1, u"VOIR"_s);
+        profiles.Run(Weekly, [&] {
+            profiles.Choose(1, u"VOIR"_s);
             QTest::qWait(50);
-            QCOMPARE(QApplication::activeModalWidget(), m_dialog.get());
+            QCOMPARE(QApplication::activeModalWidget(), profiles.shown->dialog.get());
         });
     }
 };

@@ -2,6 +2,7 @@
 
 #include "KindDialog.h"
 #include "MessageScript.h"
+#include "TestRows.h"
 #include "VectorFile.h"
 #include "chart/CGraphView.h"
 #include "dialog/MeanLabel.h"
@@ -11,31 +12,14 @@
 #include <QScrollBar>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-// The dialog on a function with the points (0, 1000), (1, 1050), (2, 1100), ...
-struct FunctionDialog : KindDialog {
-    explicit FunctionDialog(int points)
-        : KindDialog(ProfileKind::Function, DisplayMode::Edit, points) {}
-
-    QRect Place(int id) const { return Control(id)->geometry(); }
-    // The commands that can be given, of those named.
-    QList<int> Enabled(const QList<int>& ids) const {
-        QList<int> enabled = ids;
-        enabled.removeIf([this](int id) { return !Button(id)->isEnabled(); });
-        return enabled;
-    }
-};
-
-}  // namespace
+using enum ProfileKind;
 
 class DialogTest : public QObject {
     Q_OBJECT
 
 private slots:
     void TemplateControls() {
-        const FunctionDialog shown(12);
+        const KindDialog shown(12);
         shown.Run([&] {
             QCOMPARE(shown.dialog->windowTitle(), u" Logement"_s);
             QCOMPARE(shown.Place(kChartFrame), QRect(11, 33, 435, 375));
@@ -51,6 +35,11 @@ private slots:
             QCOMPARE(shown.Control(kAdd)->objectName(), u"5008_Add"_s);
             QCOMPARE(shown.Control(kUndo)->toolTip(), u"Annuler"_s);
             QCOMPARE(shown.Button(kUndo)->text(), QString());
+            QList<int> enabled = {kAdd,  kRemove, kOpen,    kSave,   kSaveAs, kUndo,  kRedo,
+                                  kCopy, kPaste,  kEdition, kAdjust, kOk,     kCancel};
+            enabled.removeIf([&](int id) { return !shown.Button(id)->isEnabled(); });
+            QCOMPARE(enabled,
+                     QList<int>({kAdd, kRemove, kOpen, kSaveAs, kCopy, kPaste, kOk, kCancel}));
         });
     }
 
@@ -58,7 +47,7 @@ private slots:
     void GridWindow() {
         QFETCH(QJsonObject, vector);
         const QStringList times = VectorStrings(vector[u"input"][u"times"]);
-        const FunctionDialog shown(static_cast<int>(times.size()));
+        const KindDialog shown(static_cast<int>(times.size()));
         shown.Run([&] {
             shown.Add(u"1"_s, u"1"_s);
             const QJsonArray window = vector[u"expected"][u"window"].toArray();
@@ -70,42 +59,37 @@ private slots:
     // At the start everything but the controls of wide or high columns stands as in the template;
     // what the dialog gains in size goes to the chart and the rows.
     void ProfilePlaces_data() {
-        QTest::addColumn<ProfileKind>("kind");
-        QTest::addColumn<int>("wider");
-        QTest::addColumn<int>("higher");
-        QTest::addRow("annual") << ProfileKind::Annual << 0 << 16;
-        QTest::addRow("monthly") << ProfileKind::Monthly << 81 << 0;
-        QTest::addRow("weekly") << ProfileKind::Weekly << 81 << 0;
-        QTest::addRow("daily") << ProfileKind::Daily << 0 << 0;
+        AddRows<ProfileKind>(
+            {{"annual", Annual}, {"monthly", Monthly}, {"weekly", Weekly}, {"daily", Daily}});
     }
     void ProfilePlaces() {
-        QFETCH(const ProfileKind, kind);
-        QFETCH(const int, wider);
-        QFETCH(const int, higher);
-        const KindDialog shown(kind);
+        QFETCH(const ProfileKind, row);
+        const int wider = row == Monthly || row == Weekly ? 81 : 0;
+        const int higher = row == Annual ? 16 : 0;
+        const KindDialog shown(row);
         shown.Run([&] {
             const auto check = [&](QSize by, int more_rows) {
-                const auto place = [&](int id) { return shown.Control(id)->geometry(); };
                 const int x = by.width();
                 const int y = by.height();
                 QCOMPARE(shown.dialog->size(), QSize(626 + wider, 419) + by);
-                QCOMPARE(place(kPaste), QRect(174, 0, 24, 23));
-                QCOMPARE(place(kChartFrame), QRect(11, 33, 435 + x, 375 + y));
-                QCOMPARE(shown.dialog->findChild<CGraphView*>()->geometry(), place(kChartFrame));
-                QCOMPARE(place(kHelp), QRect(371 + x, 0, 75, 23));
-                QCOMPARE(place(kAdd), QRect(456 + x, 0, 69, 23));
-                QCOMPARE(place(kRemove), QRect(533 + wider + x, 0, 83, 23));
-                QCOMPARE(place(kGrid),
+                QCOMPARE(shown.Place(kPaste), QRect(174, 0, 24, 23));
+                QCOMPARE(shown.Place(kChartFrame), QRect(11, 33, 435 + x, 375 + y));
+                QCOMPARE(shown.dialog->findChild<CGraphView*>()->geometry(),
+                         shown.Place(kChartFrame));
+                QCOMPARE(shown.Place(kHelp), QRect(371 + x, 0, 75, 23));
+                QCOMPARE(shown.Place(kAdd), QRect(456 + x, 0, 69, 23));
+                QCOMPARE(shown.Place(kRemove), QRect(533 + wider + x, 0, 83, 23));
+                QCOMPARE(shown.Place(kGrid),
                          QRect(456 + x, 31, 159 + wider, 276 + higher + more_rows * 21));
-                QCOMPARE(place(kEdition), QRect(456 + x, 323 + higher + y, 56, 16));
-                QCOMPARE(place(kAdjust), QRect(540 + wider + x, 320 + higher + y, 75, 23));
-                QCOMPARE(place(kOk), QRect(464 + (wider + 1) / 2 + x, 385 + y, 60, 23));
-                QCOMPARE(place(kCancel), QRect(542 + (wider + 1) / 2 + x, 385 + y, 60, 23));
+                QCOMPARE(shown.Place(kEdition), QRect(456 + x, 323 + higher + y, 56, 16));
+                QCOMPARE(shown.Place(kAdjust), QRect(540 + wider + x, 320 + higher + y, 75, 23));
+                QCOMPARE(shown.Place(kOk), QRect(464 + (wider + 1) / 2 + x, 385 + y, 60, 23));
+                QCOMPARE(shown.Place(kCancel), QRect(542 + (wider + 1) / 2 + x, 385 + y, 60, 23));
             };
             check({0, 0}, 0);
             const CGridControl& grid = *shown.Grid();
             QCOMPARE(grid.horizontalScrollBar()->maximum(), 0);
-            QCOMPARE(grid.verticalScrollBar()->maximum(), kind == ProfileKind::Daily ? 12 : 0);
+            QCOMPARE(grid.verticalScrollBar()->maximum(), row == Daily ? 12 : 0);
             QVERIFY(grid.horizontalHeader()->sectionResizeMode(1) != QHeaderView::Interactive);
             shown.dialog->resize(shown.dialog->size() + QSize(200, 115));
             check({200, 115}, 5);
@@ -113,7 +97,7 @@ private slots:
     }
 
     void Enlarging() {
-        const FunctionDialog shown(100);
+        const KindDialog shown(100);
         shown.Run([&] {
             QHash<int, QRect> former;
             for (const ControlTemplate& control : kMainDialog)
@@ -132,7 +116,7 @@ private slots:
     }
 
     void EnterNeverPressesAButton() {
-        const FunctionDialog shown(2);
+        const KindDialog shown(2);
         const MessageScript script;
         RunDialog(*shown.dialog, [&] {
             for (int i = 0; i < 4; ++i)
@@ -145,7 +129,7 @@ private slots:
     }
 
     void CurrentRowIsMarked() {
-        const FunctionDialog shown(4);
+        const KindDialog shown(4);
         shown.Run([&] {
             const auto marked = [&] { return shown.Document().Highlighted(); };
             const auto current_is_selected = [&] {
@@ -170,12 +154,15 @@ private slots:
     }
 
     void UndoGoesToTheChangedRow() {
-        for (const ProfileKind kind : {ProfileKind::Function, ProfileKind::Daily}) {
+        for (const ProfileKind kind : {Function, Daily}) {
             const KindDialog shown(kind, DisplayMode::Edit, 24);
             shown.Run([&] {
                 CGridControl& grid = *shown.Grid();
                 QVERIFY(grid.ValidateEntry(21, 2, u"3"_s));
                 for (const int command : {kUndo, kRedo}) {
+                    // Just the one that can be given is enabled.
+                    QCOMPARE(shown.Button(kUndo)->isEnabled(), command == kUndo);
+                    QCOMPARE(shown.Button(kRedo)->isEnabled(), command == kRedo);
                     grid.SelectCell(1, 1);
                     shown.Click(command);
                     QCOMPARE(grid.currentIndex(), grid.model()->index(20, 1));
@@ -190,7 +177,7 @@ private slots:
 
     void CancelAsks() {
         for (const int way : {0, 1, 2}) {
-            const FunctionDialog shown(3);
+            const KindDialog shown(3);
             MessageScript script;
             for (const bool yes : {false, true})
                 script.ExpectQuestion(u"Do you really want to cancel ?"_s, u"Cancelling"_s, yes);
@@ -211,7 +198,7 @@ private slots:
     }
 
     void OkTakesTheOpenEntryOrStays() {
-        const FunctionDialog shown(3);
+        const KindDialog shown(3);
         MessageScript script;
         script.Expect(
             u"Le nombre entré comporte plusieurs virgules !\nVeuillez rectifier la saisie."_s);
@@ -228,7 +215,7 @@ private slots:
     }
 
     void RefusedOkChangesNothing() {
-        const FunctionDialog shown(3);
+        const KindDialog shown(3);
         int refusals = 1;
         shown.dialog->SetAcceptance([&refusals] { return refusals-- == 0; });
         const int result = shown.Run([&] {
@@ -248,17 +235,24 @@ private slots:
     }
 
     void AddPoints() {
-        const FunctionDialog shown(3);
+        const KindDialog shown(0);
         MessageScript script;
         shown.Run([&] {
+            QCOMPARE(shown.Grid()->model()->rowCount(), 0);
+            QVERIFY(!shown.Button(kRemove)->isEnabled());
+            for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Return, Qt::Key_Down, Qt::Key_1})
+                QTest::keyClick(shown.Grid(), key);
+            QVERIFY(shown.Grid()->hasFocus());
+            shown.Add(u"3"_s, u"4"_s);
+            shown.Add(u"1"_s, u"5"_s);
             shown.Add(u"1"_s, u"2,50"_s);
-            QCOMPARE(shown.Column(1).join(u'|'), u"0|1|1|2"_s);
-            QCOMPARE(shown.Column(2).join(u'|'), u"1000|1050|2.5|1100"_s);
-            QCOMPARE(shown.Grid()->currentIndex().row(), 2);
+            QCOMPARE(shown.Column(1).join(u'|'), u"1|1|3"_s);
+            QCOMPARE(shown.Column(2).join(u'|'), u"5|2.5|4"_s);
+            QCOMPARE(shown.Grid()->currentIndex().row(), 1);
             // Cancel leaves everything; the key Insert opens the dialog too.
             shown.Add([&] { QTest::keyClick(shown.Grid(), Qt::Key_Insert); }, u"5"_s, u"5"_s,
                       Qt::Key_Escape);
-            QCOMPARE(shown.Column(1).size(), 4);
+            QCOMPARE(shown.Column(1).size(), 3);
             QVERIFY(shown.dialog->session().isModified());
             // What is no number is reported, and counts as the 0 that stood there before.
             script.Expect(u"Veuillez entrer un nombre."_s);
@@ -268,7 +262,7 @@ private slots:
     }
 
     void RemovePoints() {
-        const FunctionDialog shown(5);
+        const KindDialog shown(5);
         MessageScript script;
         shown.Run([&] {
             shown.Grid()->ValidateEntry(1, 2, u"5"_s);
@@ -296,24 +290,9 @@ private slots:
         });
     }
 
-    void CommandsFollowTheState() {
-        const FunctionDialog shown(3);
-        shown.Run([&] {
-            QCOMPARE(shown.Enabled({kAdd, kRemove, kOpen, kSave, kSaveAs, kUndo, kRedo, kCopy,
-                                    kPaste, kEdition, kAdjust, kOk, kCancel}),
-                     QList<int>({kAdd, kRemove, kOpen, kSaveAs, kCopy, kPaste, kOk, kCancel}));
-            shown.Grid()->ValidateEntry(1, 2, u"5"_s);
-            QCOMPARE(shown.Enabled({kUndo, kRedo}), QList<int>{kUndo});
-            shown.Click(kUndo);
-            QCOMPARE(shown.Enabled({kUndo, kRedo}), QList<int>{kRedo});
-            shown.Click(kRedo);
-            QCOMPARE(shown.Enabled({kUndo, kRedo}), QList<int>{kUndo});
-        });
-    }
-
     // Undo and redo mark a saved profile as modified by their buttons only.
     void CommandsThatMarkModified() {
-        const KindDialog shown(ProfileKind::Monthly, DisplayMode::OpenFile);
+        const KindDialog shown(Monthly, DisplayMode::OpenFile);
         const MessageScript script;
         shown.Run([&] {
             QVERIFY(shown.Grid()->ValidateEntry(1, 2, u"5"_s));
@@ -333,21 +312,8 @@ private slots:
         });
     }
 
-    void NoPoints() {
-        const FunctionDialog shown(0);
-        shown.Run([&] {
-            QCOMPARE(shown.Grid()->model()->rowCount(), 0);
-            QVERIFY(!shown.Button(kRemove)->isEnabled());
-            for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Return, Qt::Key_Down, Qt::Key_1})
-                QTest::keyClick(shown.Grid(), key);
-            QVERIFY(shown.Grid()->hasFocus());
-            shown.Add(u"3"_s, u"4"_s);
-            QCOMPARE(shown.Column(1), QStringList{u"3"_s});
-        });
-    }
-
     void MeanIsReadOut() {
-        const KindDialog shown(ProfileKind::Annual);
+        const KindDialog shown(Annual);
         shown.Run([&] {
             const auto* const mean = shown.dialog->findChild<MeanLabel*>();
             const QColor plain = shown.dialog->palette().color(QPalette::WindowText);
