@@ -16,17 +16,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Only a regular file has an end that can be waited for and a content that can be replaced.
-std::optional<QByteArray> ReadContent(const QString& path) {
-    QFile file;
-    if (!OpenRegularFile(file, path, QIODevice::ReadOnly))
-        return std::nullopt;
-    QByteArray content = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        return std::nullopt;
-    return content;
-}
-
 // Contents are told apart by a hash that is made piece by piece, so that a file need not be in
 // memory whole.
 constexpr qsizetype kHashedPiece = 1024 * 1024;
@@ -56,13 +45,8 @@ std::optional<size_t> HashOfFile(const QString& path) {
 
 // The line end that a file with this content is written with.
 QByteArray LineEndOf(QByteArrayView content) {
-#ifdef Q_OS_WIN
-    Q_UNUSED(content);
-    return "\r\n"_ba;
-#else
     const qsizetype first = content.indexOf('\n');
-    return first > 0 && content[first - 1] == '\r' ? "\r\n"_ba : "\n"_ba;
-#endif
+    return first > 0 && content[first - 1] == '\r' ? "\r\n"_ba : kPlatformLineEnd.toByteArray();
 }
 
 // Room for a content of about the same length that is put together piece by piece.
@@ -83,7 +67,7 @@ CPlugExchangeFile::CPlugExchangeFile(const QString& file_name)
 
 void CPlugExchangeFile::readFile() {
     m_loaded = false;
-    std::optional<QByteArray> content = ReadContent(m_path);
+    std::optional<QByteArray> content = ReadRegularFile(m_path);
     if (!content) {
         ShowMessage(u"cplug: unable to open exchange file ! ("_s + m_shown_name + u')');
         return;

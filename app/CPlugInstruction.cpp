@@ -2,6 +2,7 @@
 
 #include "app/TraceLog.h"
 #include "base/Cp1252.h"
+#include "base/EnglishAtof.h"
 #include "base/Message.h"
 
 #include <QStringLiteral>
@@ -66,7 +67,7 @@ void AppendComment(QByteArray& out, QByteArrayView comment) {
 int LeadingInt(QByteArrayView text) {
     constexpr long long kLimit = std::numeric_limits<int>::max();
     const auto* p = text.begin();
-    while (p != text.end() && (*p == ' ' || (*p >= '\t' && *p <= '\r')))
+    while (p != text.end() && IsBlank(*p))
         ++p;
     const bool negative = p != text.end() && *p == '-';
     if (p != text.end() && (*p == '-' || *p == '+'))

@@ -17,10 +17,6 @@ struct Parsed {
     qsizetype end = 0;  // index behind the number; 0 when there is none
 };
 
-bool IsBlank(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 bool IsDigit(char c) {
     return c >= '0' && c <= '9';
 }

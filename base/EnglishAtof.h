@@ -2,6 +2,11 @@
 
 #include <QStringView>
 
+/// White space before a number, and around the words of a file.
+constexpr bool IsBlank(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
 /// The leading decimal number of `text` in single precision: optional white space, a sign, digits
 /// with "." as the separator and an exponent. What follows the number is passed over. A text
 /// without a leading number ("", "abc", "nan", "inf") gives 0; a number beyond the float range

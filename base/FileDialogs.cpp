@@ -1,24 +1,19 @@
 #include "base/FileDialogs.h"
 
+#include "base/CurrentHandler.h"
+
 #include <utility>
 
-namespace {
-
-FileDialogHandler& CurrentHandler() {
-    static FileDialogHandler handler;
-    return handler;
-}
-
-}  // namespace
-
 FileDialogHandler SetFileDialogHandler(FileDialogHandler handler) {
-    return std::exchange(CurrentHandler(), std::move(handler));
+    return ExchangeHandler(std::move(handler));
 }
 
 QString AskOpenPath(const FileRequest& request) {
-    return CurrentHandler().open ? CurrentHandler().open(request) : QString();
+    const auto& handler = CurrentHandler<FileDialogHandler>();
+    return handler.open ? handler.open(request) : QString();
 }
 
 QString AskSavePath(const FileRequest& request) {
-    return CurrentHandler().save ? CurrentHandler().save(request) : QString();
+    const auto& handler = CurrentHandler<FileDialogHandler>();
+    return handler.save ? handler.save(request) : QString();
 }

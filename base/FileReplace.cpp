@@ -271,6 +271,17 @@ QString AbsolutePath(const QString& path) {
     return error ? path : TextOf(absolute);
 }
 
+std::optional<QByteArray> ReadRegularFile(const QString& path, qint64 most) {
+    QFile file;
+    if (!OpenRegularFile(file, path, QIODevice::ReadOnly))
+        return std::nullopt;
+    // A limited read reserves all the room that it is allowed to fill.
+    QByteArray bytes = file.size() <= most ? file.readAll() : file.read(most);
+    if (file.error() != QFileDevice::NoError)
+        return std::nullopt;
+    return bytes;
+}
+
 bool ReplaceFile(const QString& path, QByteArrayView bytes) {
     if (path.isEmpty() || path.contains(QChar::Null))
         return false;

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <QByteArray>
 #include <QByteArrayView>
 #include <QFile>
 #include <QString>
+
+#include <limits>
+#include <optional>
 
 // A path means what the system means by it: no function here cleans one, and ":x" is a file like
 // any other.
@@ -19,6 +23,17 @@ QString AbsolutePath(const QString& path);
 
 /// Opens an existing regular file. False for all else, such as a pipe or a device, without waiting.
 bool OpenRegularFile(QFile& file, const QString& path, QIODevice::OpenMode mode);
+
+/// The bytes of a regular file, the first `most` of them; nothing when it cannot be read.
+std::optional<QByteArray> ReadRegularFile(const QString& path,
+                                          qint64 most = std::numeric_limits<qint64>::max());
+
+/// How lines of text files end on this system.
+#ifdef Q_OS_WIN
+inline constexpr QByteArrayView kPlatformLineEnd = "\r\n";
+#else
+inline constexpr QByteArrayView kPlatformLineEnd = "\n";
+#endif
 
 /// Replaces the content of the file at `path` by `bytes` in one step: either the whole new content
 /// stands there afterwards (true) or the whole old one (false), also after a crash. A symbolic link

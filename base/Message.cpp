@@ -1,25 +1,20 @@
 #include "base/Message.h"
 
+#include "base/CurrentHandler.h"
+
 #include <utility>
 
-namespace {
-
-MessageHandler& CurrentHandler() {
-    static MessageHandler handler;
-    return handler;
-}
-
-}  // namespace
-
 MessageHandler SetMessageHandler(MessageHandler handler) {
-    return std::exchange(CurrentHandler(), std::move(handler));
+    return ExchangeHandler(std::move(handler));
 }
 
 void ShowMessage(const QString& text, MessageIcon icon, const QString& caption) {
-    if (CurrentHandler().show)
-        CurrentHandler().show(text, icon, caption);
+    const auto& handler = CurrentHandler<MessageHandler>();
+    if (handler.show)
+        handler.show(text, icon, caption);
 }
 
 bool AskYesNo(const QString& text, const QString& caption) {
-    return CurrentHandler().ask_yes_no && CurrentHandler().ask_yes_no(text, caption);
+    const auto& handler = CurrentHandler<MessageHandler>();
+    return handler.ask_yes_no && handler.ask_yes_no(text, caption);
 }

@@ -1,7 +1,8 @@
 #include "chart/CDocControl.h"
 
+#include "chart/PlotScale.h"
+
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <stdexcept>
 
@@ -79,7 +80,7 @@ ItemStyle CDocControl::StyleOf(int index) const {
 
 bool CDocControl::IsDrawn(int index) const {
     const QPointF place = Place(index);
-    return std::isfinite(place.x()) && std::isfinite(place.y());
+    return IsFinitePlace(place.x(), place.y());
 }
 
 QPointF CDocControl::Place(int index) const {
@@ -95,8 +96,7 @@ std::optional<DataBounds> CDocControl::Bounds() const {
     for (size_t i = 0; i < values.size(); ++i) {
         const double x = indexed ? static_cast<double>(i) : m_groups.front()[i];
         const double y = values[i];
-        // A difference with itself is 0 for finite numbers only.
-        if ((x - x) + (y - y) != 0.0)
+        if (!IsFinitePlace(x, y))
             continue;
         bounds.x_low = std::min(bounds.x_low, x);
         bounds.x_high = std::max(bounds.x_high, x);

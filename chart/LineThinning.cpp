@@ -113,8 +113,7 @@ ThinnedLine ThinLine(std::span<const double> xs, std::span<const double> ys, con
     for (size_t i = 0; i < count; ++i) {
         const double x = xs[i];
         const double y = ys[i];
-        // A difference with itself is 0 for finite numbers only.
-        if ((x - x) + (y - y) != 0.0)
+        if (!IsFinitePlace(x, y))
             continue;
         if (in_run && x >= from && x < to) {
             if (y < lowest) {

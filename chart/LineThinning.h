@@ -82,8 +82,7 @@ void ForEachMarker(std::span<const double> xs, std::span<const double> ys, const
             due = ++next == always.end() ? kNone : static_cast<size_t>(*next);
         else if (xs[i] > left_out_from && xs[i] < left_out_to)
             continue;
-        // A difference with itself is 0 for finite numbers only.
-        if ((xs[i] - xs[i]) + (ys[i] - ys[i]) != 0.0)
+        if (!IsFinitePlace(xs[i], ys[i]))
             continue;
         const QPointF place(x_pixels(xs[i]), y_pixels(ys[i]));
         const QPointF way = former ? place - *former : QPointF();

@@ -4,6 +4,12 @@
 
 #include <algorithm>
 
+/// Whether both numbers are finite, without a branch for each: a difference with itself is 0 for
+/// finite numbers only.
+inline bool IsFinitePlace(double x, double y) {
+    return (x - x) + (y - y) == 0.0;
+}
+
 /// The linear mapping between one axis and its pixels: value `low` stands at pixel `from`, value
 /// `high` at pixel `to`. `from` is larger than `to` on an axis that points upward.
 struct AxisScale {

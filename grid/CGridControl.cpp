@@ -1,6 +1,7 @@
 #include "grid/CGridControl.h"
 
 #include "base/Message.h"
+#include "base/SortedDistinct.h"
 #include "grid/GridCellDelegate.h"
 #include "grid/GridMetrics.h"
 #include "grid/TabMoves.h"
@@ -28,12 +29,6 @@ constexpr int kHelpKey = Qt::Key_Help;
 void AppendNumbers(QList<int>& numbers, int first, int last) {
     for (int number = first; number <= last; ++number)
         numbers.append(number);
-}
-
-QList<int> Distinct(QList<int> numbers) {
-    std::sort(numbers.begin(), numbers.end());
-    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
-    return numbers;
 }
 
 // The selection of the grid and its headers. While a header is pressed only the selection changes:
@@ -256,7 +251,7 @@ QList<int> CGridControl::SelectedRows() const {
     const QItemSelection ranges = selectionModel()->selection();
     for (const QItemSelectionRange& range : ranges)
         AppendNumbers(rows, range.top() + 1, range.bottom() + 1);
-    return Distinct(std::move(rows));
+    return SortedDistinct(std::move(rows));
 }
 
 QList<int> CGridControl::SelectedColumns() const {
@@ -264,7 +259,7 @@ QList<int> CGridControl::SelectedColumns() const {
     const QItemSelection ranges = selectionModel()->selection();
     for (const QItemSelectionRange& range : ranges)
         AppendNumbers(columns, range.left() + 1, range.right() + 1);
-    return Distinct(std::move(columns));
+    return SortedDistinct(std::move(columns));
 }
 
 void CGridControl::SettleCurrentCell() {

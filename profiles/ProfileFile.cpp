@@ -8,8 +8,6 @@
 #include "profiles/ProfileFolders.h"
 
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QList>
 
 #include <algorithm>
@@ -27,18 +25,8 @@ constexpr qint64 kLargestFile = 64 * 1024 * 1024;
 
 constexpr qsizetype kAnyCount = std::numeric_limits<qsizetype>::max();
 
-#ifdef Q_OS_WIN
-constexpr QByteArrayView kPlatformLineEnd = "\r\n";
-#else
-constexpr QByteArrayView kPlatformLineEnd = "\n";
-#endif
-
 // Labels, values, names.
 using Lines = std::array<QByteArrayView, 3>;
-
-bool IsBlank(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
 
 // Takes the first line off `rest`: without its line feed, with a CR before it, which counts as a
 // blank everywhere.
@@ -169,19 +157,6 @@ ProfileReading Failure(ProfileFileStatus status) {
     return reading;
 }
 
-// Nothing for a file that is not there, cannot be read or could keep the reader waiting, such as a
-// pipe or a device. Never more than one byte above the limit.
-std::optional<QByteArray> ReadFileBytes(const QString& path) {
-    QFile file(path);
-    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    // A read reserves all the room that it is allowed to fill.
-    QByteArray bytes = file.read(std::min(file.size(), kLargestFile) + 1);
-    if (file.error() != QFileDevice::NoError)
-        return std::nullopt;
-    return bytes;
-}
-
 QString LastComponent(const QString& path) {
     const QString plain = QDir::fromNativeSeparators(path);
     return plain.sliced(plain.lastIndexOf(u'/') + 1);
@@ -212,7 +187,7 @@ ProfileReading ParseProfile(ProfileKind kind, QByteArrayView bytes) {
 }
 
 ProfileReading ReadProfile(ProfileKind kind, const QString& path) {
-    const std::optional<QByteArray> bytes = ReadFileBytes(AbsolutePath(path));
+    const std::optional<QByteArray> bytes = ReadRegularFile(AbsolutePath(path), kLargestFile + 1);
     if (!bytes) {
         ShowMessage(u"Le fichier \""_s + path + u"\"n'a pas pu être ouvert!"_s);
         return Failure(ProfileFileStatus::CannotOpen);

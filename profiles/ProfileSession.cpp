@@ -10,7 +10,6 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -327,10 +326,7 @@ bool ProfileSession::Redo() {
 
 bool ProfileSession::RemoveRows(const QList<int>& rows) {
     EndDrag();
-    QList<int> there = rows;
-    there.removeIf([this](int row) { return row < 1 || row > m_table.RowCount(); });
-    std::sort(there.begin(), there.end());
-    there.erase(std::unique(there.begin(), there.end()), there.end());
+    const QList<int> there = m_table.DataRows(rows);
     if (!canAdd() || there.isEmpty())
         return false;
     if (m_table.RowCount() - there.size() < kFewestPoints) {

@@ -1,7 +1,8 @@
 #include "profiles/ProfileTable.h"
 
+#include "base/SortedDistinct.h"
+
 #include <algorithm>
-#include <functional>
 #include <utility>
 #include <vector>
 
@@ -97,24 +98,26 @@ void ProfileTable::InsertRow(int row, const QString& label, const QString& value
     endInsertRows();
 }
 
+QList<int> ProfileTable::DataRows(const QList<int>& rows) const {
+    QList<int> there = SortedDistinct(rows);
+    there.removeIf([this](int row) { return row < 1 || row > RowCount(); });
+    return there;
+}
+
 void ProfileTable::RemoveRows(const QList<int>& rows) {
-    QList<int> order = rows;
-    std::sort(order.begin(), order.end(), std::greater<>());
-    order.erase(std::unique(order.begin(), order.end()), order.end());
-    order.removeIf([this](int row) { return row < 1 || row > RowCount(); });
+    const QList<int> order = DataRows(rows);
     // Neighbouring rows go in one piece, so that a large selection costs one notification a run.
     QList<std::pair<int, int>> runs;
-    for (qsizetype i = 0; i < order.size();) {
-        const int last = order[i];
-        int first = last;
-        for (++i; i < order.size() && order[i] == first - 1; ++i)
-            first = order[i];
-        runs.append({first, last});
+    for (const int row : order) {
+        if (runs.isEmpty() || row != runs.last().second + 1)
+            runs.append({row, row});
+        runs.last().second = row;
     }
     if (runs.size() > kMostRuns) {
         RemoveScattered(order);
         return;
     }
+    std::reverse(runs.begin(), runs.end());
     for (const auto& [first, last] : std::as_const(runs)) {
         beginRemoveRows({}, first - 1, last - 1);
         for (QStringList& cells : m_columns)

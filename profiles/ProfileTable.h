@@ -58,6 +58,9 @@ public:
     /// Inserts one row so that it becomes row `row` (1 .. RowCount() + 1).
     void InsertRow(int row, const QString& label, const QString& value);
 
+    /// Those of `rows` that are data rows, each once, in ascending order.
+    QList<int> DataRows(const QList<int>& rows) const;
+
     /// Removes the given rows; numbers that are no data rows are passed over. Many rows that are
     /// not neighbours go in one reset of the model.
     void RemoveRows(const QList<int>& rows);

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QList>
+
+#include <algorithm>
+
+/// Each of `numbers` once, in ascending order.
+inline QList<int> SortedDistinct(QList<int> numbers) {
+    std::sort(numbers.begin(), numbers.end());
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+    return numbers;
+}
