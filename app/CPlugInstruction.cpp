@@ -5,8 +5,6 @@
 #include "base/EnglishAtof.h"
 #include "base/Message.h"
 
-#include <QStringLiteral>
-
 #include <algorithm>
 #include <limits>
 #include <stdexcept>

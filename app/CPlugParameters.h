@@ -19,6 +19,7 @@ public:
 
     qsizetype getPointCount() const { return m_times.size(); }
 
+    /// Part of the given interface, not used by the dialog: it takes all points at once.
     /// @throws std::invalid_argument when i is not in 0 .. getPointCount() - 1
     CPlugPoint getPoint(qsizetype i) const;
 

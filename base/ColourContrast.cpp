@@ -10,6 +10,12 @@ double Linear(int part) {
     return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
 }
 
+// Relative luminance, 0 black to 1 white.
+double Luminance(Colour colour) {
+    return 0.2126 * Linear(colour.red) + 0.7152 * Linear(colour.green) +
+           0.0722 * Linear(colour.blue);
+}
+
 // What is `share` 255ths of the way from one colour to another.
 Colour Between(Colour from, Colour to, int share) {
     const auto part = [share](int a, int b) {
@@ -27,11 +33,6 @@ Colour FirstLegible(Colour background, Colour from, Colour to) {
 }
 
 }  // namespace
-
-double Luminance(Colour colour) {
-    return 0.2126 * Linear(colour.red) + 0.7152 * Linear(colour.green) +
-           0.0722 * Linear(colour.blue);
-}
 
 double Contrast(Colour one, Colour other) {
     const auto [low, high] = std::minmax({Luminance(one), Luminance(other)});

@@ -5,9 +5,6 @@
 /// Contrast that lines and marks need so that everybody can tell them from what is behind them.
 inline constexpr double kLegibleContrast = 3.0;
 
-/// Relative luminance of a colour, 0 black to 1 white.
-double Luminance(Colour colour);
-
 /// Contrast ratio of two colours, between 1 and 21.
 double Contrast(Colour one, Colour other);
 

@@ -5,8 +5,6 @@
 
 #include <QModelIndex>
 
-#include <limits>
-
 namespace {
 
 constexpr int kLabelColumn = ProfileTable::kLabelColumn;

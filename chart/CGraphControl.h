@@ -27,13 +27,14 @@ public:
     /// Builds the chart of a function, without items.
     void BuildFunctionChart();
 
-    /// Builds a chart without scales, and without items.
+    /// Builds a chart without scales, and without items: the one before a kind is known.
     void BuildPlainChart();
 
     /// Gives all items the look of points on a line.
     void ApplyPointStyle();
 
-    /// Stores one value; see CDocControl::SetValue.
+    /// Stores one value; see CDocControl::SetValue. Part of the given interface, not used by the
+    /// dialog: its charts follow their table.
     virtual void SetValue(int index, int group, double value);
 
     void SetTitle(const QString& title);

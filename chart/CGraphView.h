@@ -13,11 +13,6 @@ class CGraphControl;
 class ProfileSession;
 class QCustomPlot;
 
-/// The item under the mouse.
-struct ChartHit {
-    int index = 0;
-};
-
 /// Shows the chart of a CGraphControl and lets the user read items in tips and drag them. What is
 /// dragged goes into the session's table and comes back through the control, so that chart and grid
 /// always show the same numbers. Neither pointer is owned; both outlive the view.
@@ -27,8 +22,8 @@ class CGraphView : public QWidget {
 public:
     CGraphView(ProfileSession* session, CGraphControl* control, QWidget* parent = nullptr);
 
-    /// Shows the tip of an item at the last mouse position, for 10 seconds.
-    void ShowTip(const ChartHit& hit);
+    /// Shows the tip of the item `index` at the last mouse position, for 10 seconds.
+    void ShowTip(int index);
 
     /// Moves the item that is being dragged to the height of `point`. Marks the session as
     /// modified, also when nothing is being dragged.

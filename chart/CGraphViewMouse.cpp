@@ -46,13 +46,13 @@ QString CGraphView::TipText(int index) const {
                       table.CellText(index + 1, ProfileTable::kNameColumn));
 }
 
-void CGraphView::ShowTip(const ChartHit& hit) {
-    QString text = ShownText(TipText(hit.index), kMostOfMessage);
+void CGraphView::ShowTip(int index) {
+    QString text = ShownText(TipText(index), kMostOfMessage);
     // A name is never taken for markup.
     if (Qt::mightBeRichText(text))
         text = Qt::convertFromPlainText(text);
     QToolTip::showText(mapToGlobal(m_last_mouse), text, this, {}, kTipTime);
-    m_tipped_item = hit.index;
+    m_tipped_item = index;
 }
 
 void CGraphView::Hover(QPoint position) {
@@ -60,7 +60,7 @@ void CGraphView::Hover(QPoint position) {
     if (hit == m_tipped_item)
         return;
     if (hit) {
-        ShowTip({*hit});
+        ShowTip(*hit);
         setCursor(Qt::SizeVerCursor);
     } else {
         QToolTip::hideText();
@@ -105,8 +105,8 @@ void CGraphView::DragPoint(QPoint point) {
             m_session->BeginDrag(*m_dragged_item + 1);
         m_drag_began = true;
         const double value = Scale().y.ToValue(point.y());
-        if (const std::optional<DragValue> accepted = AcceptDrag(m_session->kind(), value))
-            m_session->DragTo(accepted->text);
+        if (const std::optional<QString> accepted = AcceptDrag(m_session->kind(), value))
+            m_session->DragTo(*accepted);
         Redraw();
     }
     m_session->SetModified();

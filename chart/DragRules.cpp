@@ -20,11 +20,6 @@ constexpr double kBelowOpen = -2.6;
 constexpr double kAboveClosed = 2.1;
 constexpr double kPickSlack = 1e-6;
 
-// Single precision would lose the hundredths of numbers above 131,072.
-DragValue Printed(double value, int decimals) {
-    return {value, QString::number(value, 'f', decimals)};
-}
-
 bool IsBetween(double distance, double open, double closed) {
     return distance > open + kPickSlack && distance <= closed + kPickSlack;
 }
@@ -39,7 +34,7 @@ double CutToHundredths(double value) {
     return (is_whole ? nearest : std::trunc(hundredths)) / 100.0 + 0.0;
 }
 
-std::optional<DragValue> AcceptDrag(ProfileKind kind, double value) {
+std::optional<QString> AcceptDrag(ProfileKind kind, double value) {
     const KindDescriptor& facts = Describe(kind);
     const double cut = CutToHundredths(value);
     if (facts.columns == 0 || !std::isfinite(static_cast<float>(cut)))
@@ -47,8 +42,9 @@ std::optional<DragValue> AcceptDrag(ProfileKind kind, double value) {
     if (facts.coefficients && cut > double{facts.typed_bound})
         return {};
     if (facts.hasNames())
-        return Printed(std::trunc(cut) + 0.0, 0);
-    return Printed(cut, 2);
+        return QString::number(std::trunc(cut) + 0.0, 'f', 0);
+    // Single precision would lose the hundredths of numbers above 131,072.
+    return QString::number(cut, 'f', 2);
 }
 
 std::optional<qsizetype> PickPoint(const QList<QPointF>& points, QPointF press) {

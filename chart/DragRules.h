@@ -12,15 +12,9 @@
 /// number counts as that number.
 double CutToHundredths(double value);
 
-/// A value that a drag may store, with the text for its cell.
-struct DragValue {
-    double value = 0.0;
-    QString text;
-};
-
-/// What a drag to `value` stores in `kind`: cut, bounded from above for coefficients, whole numbers
-/// for daily needs. Nothing when the value is refused.
-std::optional<DragValue> AcceptDrag(ProfileKind kind, double value);
+/// The text that a drag to `value` stores in `kind`: cut, bounded from above for coefficients,
+/// whole numbers for daily needs. Nothing when the value is refused.
+std::optional<QString> AcceptDrag(ProfileKind kind, double value);
 
 /// The 0-based index of the first of `points` that the press at `press` picks, all in axis units:
 /// -3.6 < dx <= 3.0 and -2.6 < dy <= 2.1 with a slack of 1e-6 against the open ends.

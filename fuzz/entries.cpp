@@ -49,8 +49,8 @@ void Enter(Editing& editing, int row, int column, QString text) {
 
 void Drag(ProfileSession& session, int row, const QString& text) {
     session.BeginDrag(row);
-    if (const auto value = AcceptDrag(session.kind(), ParseNumber(text)))
-        session.DragTo(value->text);
+    if (const auto accepted = AcceptDrag(session.kind(), ParseNumber(text)))
+        session.DragTo(*accepted);
 }
 
 void Insert(ProfileSession& session, const QString& text) {

@@ -4,7 +4,6 @@
 #include "base/NumberText.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace {
 

@@ -32,7 +32,8 @@ struct HistoryStep {
 /// cell that comes back gets its very text again.
 ///
 /// Seen from outside the history is a table of 6 x 24 floats with a position and a redo limit: a
-/// snapshot a row, or two banks of three rows (before, after). `Table` shows it that way.
+/// snapshot a row, or two banks of three rows (before, after). `Table` shows it that way; it is
+/// part of the given interface and not used by the dialog.
 class EditHistory {
 public:
     explicit EditHistory(ProfileKind kind = ProfileKind::Function);

@@ -220,9 +220,8 @@ QJsonValue Tip(const QJsonValue& row, const QJsonObject&) {
 
 QJsonValue Dragged(const QJsonValue& drag, const QJsonObject&) {
     const auto stored = AcceptDrag(VectorKind(drag[0]), drag[1].toString().toDouble());
-    const bool same = stored && stored->value == stored->text.toDouble();
     return QJsonObject{{u"accepted"_s, stored.has_value()},
-                       {u"text"_s, same ? stored->text : QJsonValue()}};
+                       {u"text"_s, stored ? *stored : QJsonValue()}};
 }
 
 QJsonValue Picked(const QJsonValue& press, const QJsonObject& input) {

@@ -52,8 +52,7 @@ struct ChartWindow : SessionBench {
     // What a drag to the height of `point` stores.
     QString Dragged(QPoint point) const {
         const double value = view->Scale().y.ToValue(point.y());
-        const auto accepted = AcceptDrag(session->kind(), value);
-        return accepted ? accepted->text : QString();
+        return AcceptDrag(session->kind(), value).value_or(QString());
     }
 
     QString Cell(int row) const { return session->table().CellText(row, 2); }

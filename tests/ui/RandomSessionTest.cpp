@@ -212,7 +212,7 @@ private:
                     continue;
                 if (const auto accepted =
                         AcceptDrag(m_session.kind(), m_view->Scale().y.ToValue(to.y())))
-                    last = accepted->text;
+                    last = *accepted;
                 there = to;
                 QTest::mouseMove(m_window, origin + to);
                 Expect(Cell(row, 2) == last,
