@@ -23,7 +23,7 @@ constexpr QByteArrayView kTimeComment = "! Time at point|hr|0|+Inf";
 constexpr QByteArrayView kValueComment = "! Value at point |any|-Inf|+Inf";
 
 // So many missing values are reported one by one; a file may lack a million.
-constexpr int kMostReports = 10;
+constexpr int kMaxReports = 10;
 
 void AppendPointLine(QByteArray& out, const QString& text, QByteArrayView comment,
                      const QByteArray& line_end) {
@@ -86,9 +86,9 @@ void CPlugParameters::readPoints() {
             break;
         addPoint(point);
     }
-    if (missing > kMostReports)
+    if (missing > kMaxReports)
         ShowMessage(
-            u"CPlugParameters: value not found on %1 more lines"_s.arg(missing - kMostReports));
+            u"CPlugParameters: value not found on %1 more lines"_s.arg(missing - kMaxReports));
 }
 
 // The first value of a line; "" when it is missing. False when the line itself is missing.
@@ -99,7 +99,7 @@ bool CPlugParameters::readText(qsizetype index, QString& text, qsizetype& missin
     }
     const QByteArrayView bytes = m_file->line(index);
     const CPlugInstruction line(QByteArray::fromRawData(bytes.data(), bytes.size()));
-    if (missing < kMostReports || line.hasValue(0))
+    if (missing < kMaxReports || line.hasValue(0))
         text = line.getCStringValue(0);
     // A value that is there is not empty.
     missing += text.isEmpty() ? 1 : 0;

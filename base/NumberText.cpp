@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int kMostDecimals = 4;
+constexpr int kMaxDecimals = 4;
 constexpr int kPointDigits = 13;
 
 // Digits of a number's text between its first and its last one that is not 0.
@@ -46,7 +46,7 @@ float WholePart(float value) {
 }  // namespace
 
 QString FormatValue(float value, int decimals) {
-    if (decimals < 0 || decimals > kMostDecimals)
+    if (decimals < 0 || decimals > kMaxDecimals)
         return {};
     const float shown = decimals == 0 ? WholePart(value) : value;
     return Print(double{shown}, std::chars_format::fixed, decimals);

@@ -5,8 +5,8 @@
 /// Characters that a message shows of a text, and that a cell, a tip or a caption shows. A file may
 /// hold texts of megabytes, which no window can lay out in time.
 /// @{
-constexpr qsizetype kMostOfMessage = 1000;
-constexpr qsizetype kMostOfCell = 300;
+constexpr qsizetype kMaxMessageLength = 1000;
+constexpr qsizetype kMaxCellLength = 300;
 /// @}
 
 /// `text`, or its first `most` characters and an ellipsis. For showing only, never for storing.

@@ -28,8 +28,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kFewest = 1'000;
-constexpr int kMost = 1'000'000;
+constexpr int kMinPoints = 1'000;
+constexpr int kMaxPoints = 1'000'000;
 
 int PointsOf(const benchmark::State& state) {
     return static_cast<int>(state.range(0));
@@ -256,11 +256,11 @@ void HistorySnapshotUndoRedo(benchmark::State& state) {
 }
 
 void Sizes(benchmark::internal::Benchmark* one) {
-    one->RangeMultiplier(10)->Range(kFewest, kMost)->Unit(benchmark::kMillisecond);
+    one->RangeMultiplier(10)->Range(kMinPoints, kMaxPoints)->Unit(benchmark::kMillisecond);
 }
 
 void PasteSizes(benchmark::internal::Benchmark* one) {
-    one->RangeMultiplier(10)->Range(kFewest, kMost)->Arg(2 * kMost / 10);
+    one->RangeMultiplier(10)->Range(kMinPoints, kMaxPoints)->Arg(2 * kMaxPoints / 10);
     one->Unit(benchmark::kMillisecond)->Complexity(benchmark::oNLogN);
 }
 
@@ -276,13 +276,16 @@ BENCHMARK(ReadFile)->Apply(LinearSizes);
 BENCHMARK(WriteBytesAndSync)->Apply(LinearSizes)->UseRealTime();
 BENCHMARK(WriteFile)->Apply(LinearSizes)->UseRealTime();
 BENCHMARK(FillSession)->Apply(LinearSizes);
-BENCHMARK(EnterValue)->RangeMultiplier(10)->Range(kFewest, kMost)->Complexity(benchmark::o1);
+BENCHMARK(EnterValue)
+    ->RangeMultiplier(10)
+    ->Range(kMinPoints, kMaxPoints)
+    ->Complexity(benchmark::o1);
 BENCHMARK(EnterTimeOfMovedRow)->Apply(LinearSizes);
 BENCHMARK(UndoAndRedoMove)->Apply(LinearSizes);
 BENCHMARK(InsertAndRemovePoint)->Apply(LinearSizes);
 BENCHMARK(RemoveEverySecondRow)
     ->RangeMultiplier(10)
-    ->Range(kFewest, kMost / 10)
+    ->Range(kMinPoints, kMaxPoints / 10)
     ->Unit(benchmark::kMillisecond)
     ->Complexity(benchmark::oN);
 BENCHMARK_CAPTURE(Paste, Values, ProfileTable::kValueColumn, PasteOrder::Rising)->Apply(PasteSizes);

@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kMostRounds = 20;
+constexpr int kMaxRounds = 20;
 
 // The dialog of a function, shown and painted, and the user before it.
 class Window : public QObject {
@@ -51,7 +51,7 @@ public:
     bool Frame() {
         m_painted = false;
         // One round more: the plot asks for another painting, of what it has drawn already.
-        for (int round = 0; round < kMostRounds && !m_painted; ++round)
+        for (int round = 0; round < kMaxRounds && !m_painted; ++round)
             QApplication::processEvents();
         QApplication::processEvents();
         return m_painted;
@@ -83,7 +83,7 @@ public:
 
 private:
     void Settle() {
-        for (int round = 0; round < kMostRounds; ++round)
+        for (int round = 0; round < kMaxRounds; ++round)
             QApplication::processEvents();
     }
 

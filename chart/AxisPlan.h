@@ -21,13 +21,13 @@ struct AxisPlan {
 };
 
 /// Largest number of labels on an axis, however large it is.
-constexpr int kMostLabels = 20;
+constexpr int kMaxLabels = 20;
 
 /// Plans an axis of numbers over data from `low` to `high` (finite, in order): it covers them and
 /// has an extent. `headroom` is the free space beyond the data in per cent of their extent; there
 /// is always some above them. A fixed interval of the scale is
 /// multiplied by a whole number where it would give more than `most_labels` labels (2 to
-/// kMostLabels), an automatic one is chosen for about `wanted_labels`.
+/// kMaxLabels), an automatic one is chosen for about `wanted_labels`.
 AxisPlan PlanAxis(const ChartScale& scale, double low, double high, double headroom,
                   int wanted_labels, int most_labels);
 

@@ -211,12 +211,12 @@ void CGraphView::PlanAxes() {
         return std::clamp(static_cast<int>(pixels / distance), 2, most);
     };
     m_value_plan = PlanAxis(chart.value_scale, bounds.y_low, bounds.y_high, chart.display.headroom,
-                            fitting(room.height(), kValueLabelDistance, kMostLabels / 2),
-                            fitting(room.height(), line_height, kMostLabels));
+                            fitting(room.height(), kValueLabelDistance, kMaxLabels / 2),
+                            fitting(room.height(), line_height, kMaxLabels));
     m_index_plan =
         bars ? PlanItemAxis(chart.ItemCount())
              : PlanAxis(chart.index_scale, bounds.x_low, bounds.x_high, chart.display.headroom,
-                        fitting(room.width(), kTimeLabelDistance, kMostLabels / 2), kMostLabels);
+                        fitting(room.width(), kTimeLabelDistance, kMaxLabels / 2), kMaxLabels);
     m_plot->yAxis->setRange(m_value_plan.low, m_value_plan.high);
     m_plot->xAxis->setRange(m_index_plan.low, m_index_plan.high);
     m_plot->yAxis->setTicker(QSharedPointer<PlanTicker>::create(m_value_plan, nullptr));
@@ -323,7 +323,7 @@ void CGraphView::StyleAxes() {
 void CGraphView::PlaceTitle() {
     const ChartTitle& title = m_control->document().title;
     m_title_band = PartRect(title.rect).adjusted(kPlotMargin, 0, -kPlotMargin, 0);
-    m_title = FitText(ShownText(title.text, kMostOfMessage), ChartFont(title.text_height, true),
+    m_title = FitText(ShownText(title.text, kMaxMessageLength), ChartFont(title.text_height, true),
                       title.text_height, kSmallestTitleHeight, m_title_band.size());
 }
 

@@ -47,7 +47,7 @@ QString CGraphView::TipText(int index) const {
 }
 
 void CGraphView::ShowTip(int index) {
-    QString text = ShownText(TipText(index), kMostOfMessage);
+    QString text = ShownText(TipText(index), kMaxMessageLength);
     // A name is never taken for markup.
     if (Qt::mightBeRichText(text))
         text = Qt::convertFromPlainText(text);

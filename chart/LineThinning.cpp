@@ -7,13 +7,13 @@
 namespace {
 
 // So many points of a line per pixel column are worth drawing one by one.
-constexpr size_t kMostPerColumn = 8;
+constexpr size_t kMaxPerColumn = 8;
 
 // Pixel columns on each side of a place whose points count for its density.
 constexpr size_t kDensityReach = 4;
 
 // More than any screen has.
-constexpr double kMostColumns = 1e6;
+constexpr double kMaxColumns = 1e6;
 
 // One run of neighbouring points in the same column; the indices are in the order of the points.
 struct Run {
@@ -87,8 +87,8 @@ ThinnedLine ThinLine(std::span<const double> xs, std::span<const double> ys, con
                      double columns) {
     const size_t count = std::min(xs.size(), ys.size());
     const double width = std::ceil(std::abs(scale.x.to - scale.x.from) * columns) + 1.0;
-    const auto used_width = static_cast<size_t>(std::clamp(width, 1.0, kMostColumns));
-    const size_t most = kMostPerColumn * used_width;
+    const auto used_width = static_cast<size_t>(std::clamp(width, 1.0, kMaxColumns));
+    const size_t most = kMaxPerColumn * used_width;
     const double factor = scale.x.PixelsPerUnit() * columns;
     const double offset = (scale.x.from * columns) - scale.x.low * factor;
 

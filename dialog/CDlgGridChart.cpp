@@ -149,7 +149,7 @@ void CDlgGridChart::Connect() {
 void CDlgGridChart::UpdateState() {
     m_commands->Update();
     m_controls.Get<QCheckBox>(kEdition)->setChecked(m_session.isEdition());
-    setWindowTitle(ShownText(m_session.caption(), kMostOfCell));
+    setWindowTitle(ShownText(m_session.caption(), kMaxCellLength));
     if (m_chart != nullptr)
         m_chart->SetTitle(m_session.chartTitle());
 }

@@ -18,7 +18,7 @@ constexpr int Down(int units) {
     return (units * 13 + 4) / 8;
 }
 
-constexpr int kMostRowsWithoutScrollBar = 12;
+constexpr int kMaxRowsWithoutScrollBar = 12;
 
 // Below the grid, above the controls that had to move there.
 constexpr int kGapBelowGrid = 6;
@@ -30,11 +30,11 @@ constexpr int kBottomPart = 190;
 // The grid of a function at the dialog's starting size or, higher by whole rows, at a larger one.
 QRect PointGridRect(int rows, int extra_height) {
     constexpr int kTop = 65;
-    constexpr int kLargest = kMostRowsWithoutScrollBar * kGridRowHeight + kGridHeaderHeight;
-    const int shown = std::min(rows, kMostRowsWithoutScrollBar + extra_height / kGridRowHeight + 1);
+    constexpr int kLargest = kMaxRowsWithoutScrollBar * kGridRowHeight + kGridHeaderHeight;
+    const int shown = std::min(rows, kMaxRowsWithoutScrollBar + extra_height / kGridRowHeight + 1);
     const int height =
         std::min(shown * kGridRowHeight + kGridHeaderHeight, kLargest + extra_height);
-    if (rows <= kMostRowsWithoutScrollBar)
+    if (rows <= kMaxRowsWithoutScrollBar)
         return {456, kTop, 146, height};
     return {448, kTop, 161, height};
 }
@@ -42,7 +42,7 @@ QRect PointGridRect(int rows, int extra_height) {
 // The template's grid, larger where the columns, that wide together, or the rows ask for it. More
 // than twelve rows are scrolled.
 QSize ProfileGridSize(int columns_width, int rows, int header_height) {
-    const int shown = std::min(rows, kMostRowsWithoutScrollBar);
+    const int shown = std::min(rows, kMaxRowsWithoutScrollBar);
     return PixelRect(kMainDialog[0].place)
         .size()
         .expandedTo({columns_width, shown * kGridRowHeight + header_height});

@@ -32,7 +32,7 @@ QMessageBox::Icon BoxIcon(MessageIcon icon) {
 QMessageBox::StandardButton RunBox(
     QMessageBox::Icon icon, const QString& caption, const QString& text,
     const QList<std::pair<QMessageBox::StandardButton, QString>>& buttons) {
-    QMessageBox box(icon, ShownText(caption, kMostOfCell), ShownText(text, kMostOfMessage),
+    QMessageBox box(icon, ShownText(caption, kMaxCellLength), ShownText(text, kMaxMessageLength),
                     QMessageBox::NoButton, ActiveWindow());
     box.setTextFormat(Qt::PlainText);
     for (const auto& [button, label] : buttons) {

@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kMostActions = 40;
+constexpr int kMaxActions = 40;
 
 // The numbers of column 2, whatever order their rows are in.
 QList<double> Values(const ProfileTable& table) {
@@ -95,7 +95,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     editing.table().SetEntryHook([&editing](int row, int column, const QString& text) {
         return StoreEntry(editing.session(), row, column, text).has_value();
     });
-    for (int actions = 0; actions < kMostActions && !input.rest.isEmpty(); ++actions)
+    for (int actions = 0; actions < kMaxActions && !input.rest.isEmpty(); ++actions)
         Act(editing, input.Line());
     editing.CheckHistory();
     return 0;

@@ -123,7 +123,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (session.facts().rows == 0 && block.column == 1 && block.columns == 1 &&
         prompts.messages.isEmpty())
         CheckTimes(editing, before, block, text);
-    if (block.rows * block.columns > EditHistory::kMostSteps)
+    if (block.rows * block.columns > EditHistory::kMaxSteps)
         return 0;
     for (qsizetype column = 0; column < before.size(); ++column)
         before[column].first() = editing.cells()[column].first();  // Headers stay rewritten.

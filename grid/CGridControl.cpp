@@ -21,7 +21,7 @@ namespace {
 
 constexpr int kScrollBarWidth = 15;
 constexpr int kSmallHeaderFont = 10;  // pixels
-constexpr int kMostRowsInFullSize = 9'999;
+constexpr int kMaxRowsInFullSize = 9'999;
 
 // The key that the platform's keyboards once had for help; it moves like Tab.
 constexpr int kHelpKey = Qt::Key_Help;
@@ -156,7 +156,7 @@ void CGridControl::LayoutPointGrid() {
 // written small, so that a value of six characters is still read whole.
 void CGridControl::FitRowHeader() {
     const int rows = std::max(10, m_session->table().RowCount());
-    const bool is_long = rows > kMostRowsInFullSize;
+    const bool is_long = rows > kMaxRowsInFullSize;
     QFont digits = font();
     if (is_long)
         digits.setPixelSize(kSmallHeaderFont);

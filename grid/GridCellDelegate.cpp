@@ -86,7 +86,7 @@ QWidget* GridCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
 }
 
 QString GridCellDelegate::displayText(const QVariant& value, const QLocale& locale) const {
-    return QStyledItemDelegate::displayText(ShownText(value.toString(), kMostOfCell), locale);
+    return QStyledItemDelegate::displayText(ShownText(value.toString(), kMaxCellLength), locale);
 }
 
 // A closed editor lives on until the event loop deletes it, but it is no longer open.
@@ -131,7 +131,7 @@ bool GridCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
     const QString text = index.data().toString();
     QToolTip::showText(event->globalPos(),
                        sizeHint(option, index).width() > option.rect.width()
-                           ? ShownText(text, kMostOfMessage)
+                           ? ShownText(text, kMaxMessageLength)
                            : QString(),
                        view);
     return true;

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype kMostCopiedRows = 25;
+constexpr qsizetype kMaxCopiedRows = 25;
 
 // Headers are never pasted into: a selection that starts on one starts on the first cell behind it.
 int FirstDataNumber(const QList<int>& numbers) {
@@ -60,7 +60,7 @@ QString CopyRefusal(const QList<int>& rows, const QList<int>& columns) {
         return u"Impossible de copier:\nAucune ligne n'est sélectionnée !"_s;
     if (columns.size() > 1)
         return u"Impossible de copier plusieurs\ncolonnes à la fois !"_s;
-    if (rows.size() > kMostCopiedRows)
+    if (rows.size() > kMaxCopiedRows)
         return u"Veuillez ne pas sélectionner\nplus de 25 lignes à la fois."_s;
     if (columns.contains(ProfileTable::kLabelColumn) && rows.size() > 1)
         return u"Veuillez ne pas copier d'un coup\nplusieurs lignes de la 1ère colonne."_s;

@@ -86,7 +86,7 @@ private:
             HistoryStep step = {state, state};
             (column == kName ? step.after.name : step.after.value) = texts.last();
             steps.append(step);
-            if (steps.size() > EditHistory::kMostSteps)
+            if (steps.size() > EditHistory::kMaxSteps)
                 steps.removeFirst();
         }
         if (accepted)

@@ -208,7 +208,7 @@ void TimeEntries::Enter(int row, const QString& time) {
             Settle(node);
     }
     m_entries.append(entry);
-    if (m_entries.size() > EditHistory::kMostSteps)
+    if (m_entries.size() > EditHistory::kMaxSteps)
         m_entries.removeFirst();
 }
 

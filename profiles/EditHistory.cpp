@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr qsizetype kMostSnapshots = EditHistory::kTableRows;
+constexpr qsizetype kMaxSnapshots = EditHistory::kTableRows;
 
 // Rows of the table that hold one bank of steps.
 constexpr size_t kBankRows = 3;
@@ -41,7 +41,7 @@ void EditHistory::Push(QList<Record>& records, const Record& record, qsizetype m
 void EditHistory::PushSnapshot(const QStringList& column) {
     if (!Describe(m_kind).coefficients)
         return;
-    Push(m_store.snapshots, column, kMostSnapshots);
+    Push(m_store.snapshots, column, kMaxSnapshots);
     m_store.shown.clear();
 }
 
@@ -62,7 +62,7 @@ std::optional<QStringList> EditHistory::RedoSnapshot() {
 
 void EditHistory::PushStep(const HistoryStep& step) {
     if (!Describe(m_kind).coefficients && step.before != step.after)
-        Push(m_store.steps, step, kMostSteps);
+        Push(m_store.steps, step, kMaxSteps);
 }
 
 std::optional<HistoryStep> EditHistory::UndoStep() {

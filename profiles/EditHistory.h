@@ -39,7 +39,7 @@ public:
     explicit EditHistory(ProfileKind kind = ProfileKind::Function);
 
     /// Older steps are dropped.
-    static constexpr qsizetype kMostSteps = 12;
+    static constexpr qsizetype kMaxSteps = 12;
 
     /// Forgets everything.
     void Reset();

@@ -22,7 +22,7 @@ constexpr int kValue = ProfileTable::kValueColumn;
 constexpr int kName = ProfileTable::kNameColumn;
 
 // A function's removal never leaves fewer points.
-constexpr int kFewestPoints = 2;
+constexpr int kMinPoints = 2;
 
 bool IsReadOnlyFile(const QString& path) {
     const QFileInfo file(path);
@@ -61,7 +61,7 @@ bool ProfileSession::canAdd() const {
 }
 
 bool ProfileSession::canRemove() const {
-    return canAdd() && m_table.RowCount() > kFewestPoints;
+    return canAdd() && m_table.RowCount() > kMinPoints;
 }
 
 bool ProfileSession::canEditCoefficients() const {
@@ -329,7 +329,7 @@ bool ProfileSession::RemoveRows(const QList<int>& rows) {
     const QList<int> there = m_table.DataRows(rows);
     if (!canAdd() || there.isEmpty())
         return false;
-    if (m_table.RowCount() - there.size() < kFewestPoints) {
+    if (m_table.RowCount() - there.size() < kMinPoints) {
         ShowMessage(u"Deux points au moins doivent rester."_s, MessageIcon::Information);
         return false;
     }

@@ -9,7 +9,7 @@
 namespace {
 
 // More runs of removed rows than these are announced as a table of new rows.
-constexpr qsizetype kMostRuns = 100;
+constexpr qsizetype kMaxRuns = 100;
 
 }  // namespace
 
@@ -113,7 +113,7 @@ void ProfileTable::RemoveRows(const QList<int>& rows) {
             runs.append({row, row});
         runs.last().second = row;
     }
-    if (runs.size() > kMostRuns) {
+    if (runs.size() > kMaxRuns) {
         RemoveScattered(order);
         return;
     }

@@ -22,11 +22,11 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double kMegabyte = 1e6;
-constexpr double kMostOfSize = 4.0;  // peak memory by size of the file
-constexpr double kSmall = 10.0;      // MB; below it the toolkit's own memory counts more
-constexpr int kMostMessages = 12;
+constexpr double kMaxMemoryRatio = 4.0;  // peak memory by size of the file
+constexpr double kSmall = 10.0;          // MB; below it the toolkit's own memory counts more
+constexpr int kMaxMessages = 12;
 constexpr int kMessageBase = 16;
-constexpr rlim_t kMostSeconds = 240;  // of the processor; only a run without an end needs them
+constexpr rlim_t kMaxSeconds = 240;  // of the processor; only a run without an end needs them
 
 // A content made of a piece repeated between two ends. It is held as a whole only in passing.
 struct HostileFile {
@@ -107,7 +107,7 @@ std::optional<Child> InChild(const std::function<int()>& work) {
     const int child = fork();
     if (child == 0) {
         dup2(open("/dev/null", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
-        const rlimit limit = {kMostSeconds, kMostSeconds};
+        const rlimit limit = {kMaxSeconds, kMaxSeconds};
         setrlimit(RLIMIT_CPU, &limit);
         _exit(work());
     }
@@ -174,9 +174,9 @@ private slots:
         QVERIFY(IsSaved(hostile));
         const int opening = run->status / kMessageBase;
         const int closing = run->status % kMessageBase;
-        QVERIFY(opening + closing <= kMostMessages);
+        QVERIFY(opening + closing <= kMaxMessages);
         const double memory = run->megabytes - m_base;
-        QVERIFY2(kSanitized || size < kSmall || memory < kMostOfSize * size,
+        QVERIFY2(kSanitized || size < kSmall || memory < kMaxMemoryRatio * size,
                  qPrintable(u"%1 MB of memory"_s.arg(memory)));
         AddTableRow("hostile",
                     {QLatin1StringView(hostile.name), QString::number(size, 'f', 1),

@@ -24,7 +24,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kSteps = 2000;  // RANDOM_STEPS sets another number
-constexpr int kMostPoints = 30;
+constexpr int kMaxPoints = 30;
 
 QList<double> SortedNumbers(const QStringList& texts) {
     QList<double> numbers;
@@ -265,7 +265,7 @@ private:
     }
 
     void Add() {
-        const bool accept = m_random.bounded(4) != 0 && Table().RowCount() < kMostPoints;
+        const bool accept = m_random.bounded(4) != 0 && Table().RowCount() < kMaxPoints;
         const int rows = Table().RowCount() + (accept ? 1 : 0);
         m_log = accept ? u"adding"_s : u"adding, cancelled"_s;
         m_most_messages = 2;
