@@ -79,6 +79,14 @@ struct SaveRow {
     QString adjusted = u"1"_s;  // what all cells hold after a yes
 };
 
+struct SaveAsRow {
+    ProfileKind kind;
+    QString chosen;          // below the program folder
+    const char* extension;   // that is added
+    QString names;           // of the caller, in the caption, of the save
+    bool elsewhere = false;  // brings up the warning
+};
+
 const QByteArray kWeeklyFile =
     "JOURS = 1 2 3 4 5 6 7\nCONSOMMATION = 1 2 3 4 5 6 7\n"
     "PROFIL = \"a\" \"b\" \"gone\" \"d\" \"\" \"f\" \"g\"\n";
@@ -367,36 +375,25 @@ private slots:
     }
 
     void saveAs_data() {
-        QTest::addColumn<ProfileKind>("kind");
-        QTest::addColumn<QString>("chosen");   // below the program folder
-        QTest::addColumn<QString>("written");  // likewise
-        QTest::addColumn<QString>("names");    // of the caller, in the caption, of the save
-        QTest::addColumn<bool>("elsewhere");   // brings up the warning
-        const auto add = [](const char* name, ProfileKind kind, const QString& chosen,
-                            const char* extension, const char* names, bool elsewhere = false) {
-            QTest::newRow(name) << kind << chosen << chosen + QLatin1StringView(extension) << names
-                                << elsewhere;
-        };
         const QString daily = u"Data/Profils/Journalier/"_s;
-        add("function", Function, u"Data/Masques/a"_s, ".dat", "été|été|a");
-        add("function elsewhere", Function, u"a.txt"_s, "", "été|été|");
-        add("annual", Annual, u"Data/Profils/Annuel/a.b"_s, "", "été|été|a");
-        add("annual elsewhere", Annual, u"d.e/a"_s, ".dat", "été|été|", true);
-        add("monthly elsewhere", Monthly, u"a.dat"_s, "", "été|été|");
-        add("weekly elsewhere", Weekly, u"a b"_s, ".dat", "a b|a b|");
-        add("daily", Daily, daily + u"été 2"_s, ".dat", "été 2|été 2|été 2");
-        add("daily elsewhere", Daily, u"Data/Profils/Annuel/a"_s, ".dat", "BAD_PATH|a|", true);
-        add("daily below its folder", Daily, daily + u"b/a"_s, ".dat", "BAD_PATH|a|", true);
-        add("daily without a title", Daily, daily + u".dat"_s, "", "été|été|");
+        AddRows<SaveAsRow>(
+            {{"function", {Function, u"Data/Masques/a"_s, ".dat", u"été|été|a"_s}},
+             {"function elsewhere", {Function, u"a.txt"_s, "", u"été|été|"_s}},
+             {"annual", {Annual, u"Data/Profils/Annuel/a.b"_s, "", u"été|été|a"_s}},
+             {"annual elsewhere", {Annual, u"d.e/a"_s, ".dat", u"été|été|"_s, true}},
+             {"monthly elsewhere", {Monthly, u"a.dat"_s, "", u"été|été|"_s}},
+             {"weekly elsewhere", {Weekly, u"a b"_s, ".dat", u"a b|a b|"_s}},
+             {"daily", {Daily, daily + u"été 2"_s, ".dat", u"été 2|été 2|été 2"_s}},
+             {"daily elsewhere",
+              {Daily, u"Data/Profils/Annuel/a"_s, ".dat", u"BAD_PATH|a|"_s, true}},
+             {"daily below its folder", {Daily, daily + u"b/a"_s, ".dat", u"BAD_PATH|a|"_s, true}},
+             {"daily without a title", {Daily, daily + u".dat"_s, "", u"été|été|"_s}}});
     }
     void saveAs() {
-        QFETCH(ProfileKind, kind);
-        QFETCH(QString, chosen);
-        QFETCH(QString, written);
-        QFETCH(QString, names);
-        QFETCH(bool, elsewhere);
+        QFETCH(SaveAsRow, row);
+        const auto& [kind, chosen, extension, names, elsewhere] = row;
         Bench bench(kind, u"1|2"_s);
-        const QString path = bench.Path(written);
+        const QString path = bench.Path(chosen + QLatin1StringView(extension));
         const QString prefix = Describe(kind).title_prefix.toString().remove(u'\n');
         const QString expected = prefix + names.section(u'|', 1, 1);
         if (elsewhere)
@@ -443,51 +440,45 @@ private slots:
         }
     }
 
-    void unreadableCells_data() {
-        QTest::addColumn<ProfileKind>("kind");
-        QTest::addColumn<QStringList>("texts");  // a time, a value, a name
-        QTest::newRow("quote") << Monthly << QStringList{u""_s, u"1"_s, u"a\"b"_s};
-        QTest::newRow("line break") << Monthly << QStringList{u""_s, u"1"_s, u"a\r\nb"_s};
-        QTest::newRow("code page") << Monthly << QStringList{u""_s, u"1"_s, u"Ω"_s};
-        QTest::newRow("blank in a time") << Function << QStringList{u"1 2"_s, u"1"_s, u""_s};
-        QTest::newRow("blank before a value") << Function << QStringList{u"1"_s, u" 1"_s, u""_s};
-        QTest::newRow("no value") << Function << QStringList{u"1"_s, u""_s, u""_s};
-        QTest::newRow("no number") << Monthly << QStringList{u""_s, u"1e39"_s, u""_s};
-    }
     // What could not be read back is not written.
     void unreadableCells() {
-        QFETCH(ProfileKind, kind);
-        QFETCH(QStringList, texts);
-        Bench bench;
-        bench.times = {texts[0]};
-        bench.values = {texts[1]};
-        bench.names = {texts[2]};
-        QVERIFY(bench.Start(bench.Setup(kind)));
-        const QStringList before = Everything(*bench.session);
-        bench.messages.Expect(kWriteFailed);
-        bench.SaveAs(bench.KindPath(u"x.dat"_s));
-        QCOMPARE(Everything(*bench.session), before);
-        QVERIFY(!QFile::exists(bench.KindPath(u"x.dat"_s)));
+        const std::tuple<ProfileKind, QString, QString, QString> cells[] = {
+            {Monthly, {}, u"1"_s, u"a\"b"_s}, {Monthly, {}, u"1"_s, u"a\r\nb"_s},
+            {Monthly, {}, u"1"_s, u"Ω"_s},    {Function, u"1 2"_s, u"1"_s, {}},
+            {Function, u"1"_s, u" 1"_s, {}},  {Function, u"1"_s, u""_s, {}},
+            {Monthly, {}, u"1e39"_s, {}}};
+        for (const auto& [kind, time, value, name] : cells) {
+            Bench bench;
+            bench.times = {time};
+            bench.values = {value};
+            bench.names = {name};
+            QVERIFY(bench.Start(bench.Setup(kind)));
+            const QStringList before = Everything(*bench.session);
+            bench.messages.Expect(kWriteFailed);
+            bench.SaveAs(bench.KindPath(u"x.dat"_s));
+            QCOMPARE(Everything(*bench.session), before);
+            QVERIFY(!QFile::exists(bench.KindPath(u"x.dat"_s)));
+        }
     }
 
     // What cannot be saved leaves path, flags and name, and the place of the next save.
     void refusedSaveAs_data() {
-        QTest::addColumn<QString>("chosen");  // below the program folder
-        QTest::addColumn<QString>("message");
         const QString folder = u"Data/Profils/Journalier/"_s;
-        QTest::newRow("cancelled") << u""_s << u""_s;
-        QTest::newRow("read-only") << folder + u"fixed.dat"_s << kReadOnly;
-        QTest::newRow("read-only with its extension") << folder + u"fixed"_s << kReadOnly;
-        QTest::newRow("read-only elsewhere") << u"fixed"_s << kReadOnly;
-        QTest::newRow("a double quote") << folder + u"a\"b"_s << kWriteFailed;
-        QTest::newRow("not in the code page") << folder + u"Ω"_s << kWriteFailed;
-        QTest::newRow("a line break") << folder + u"a\nb"_s << kWriteFailed;
-        QTest::newRow("no such folder") << u"none/x"_s << kWriteFailed;
-        QTest::newRow("a folder of that name") << folder + u"sub.d"_s << kWriteFailed;
+        // What is chosen, below the program folder, and the message.
+        AddRows<QStringList>({{"cancelled", {{}, {}}},
+                              {"read-only", {folder + u"fixed.dat"_s, kReadOnly}},
+                              {"read-only with its extension", {folder + u"fixed"_s, kReadOnly}},
+                              {"read-only elsewhere", {u"fixed"_s, kReadOnly}},
+                              {"a double quote", {folder + u"a\"b"_s, kWriteFailed}},
+                              {"not in the code page", {folder + u"Ω"_s, kWriteFailed}},
+                              {"a line break", {folder + u"a\nb"_s, kWriteFailed}},
+                              {"no such folder", {u"none/x"_s, kWriteFailed}},
+                              {"a folder of that name", {folder + u"sub.d"_s, kWriteFailed}}});
     }
     void refusedSaveAs() {
-        QFETCH(QString, chosen);
-        QFETCH(QString, message);
+        QFETCH(const QStringList, row);
+        const QString& chosen = row[0];
+        const QString& message = row[1];
         Bench bench(Daily);
         const QString path = bench.KindPath(u"was.dat"_s);
         QDir().mkpath(bench.KindPath(u"sub.d"_s));

@@ -270,7 +270,7 @@ private slots:
         QVERIFY(window.view->Scale().y.high > 500.0);
     }
 
-    // A modal dialog, an undo and the removal of a row each end a drag.
+    // A modal dialog and the removal of a row each end a drag.
     void dragEnds() {
         const ChartWindow covered(Function);
         const QPoint middle = covered.At(0, 3.0);
@@ -283,16 +283,6 @@ private slots:
         dialog.close();
         QCOMPARE(covered.Cell(1), covered.Dragged(middle));
         QVERIFY(covered.session->canUndo());
-
-        const ChartWindow undone(Function);
-        undone.Press(undone.At(0));
-        undone.Move(undone.At(0, 3.0));
-        undone.session->Undo();
-        undone.Move(undone.At(0, 5.0));
-        undone.Move(undone.At(0, 6.0));
-        undone.Release(undone.At(0, 6.0));
-        QCOMPARE(undone.Cell(1), u"1"_s);
-        QVERIFY(!undone.session->canUndo());
 
         const ChartWindow cut(Function, u"0|5|10|15"_s, u"1|2|3|8"_s);
         cut.Press(cut.At(3));
@@ -329,18 +319,14 @@ private slots:
 
     // A press near a point picks its row but takes nothing in hand.
     void tolerancePick() {
-        const std::pair<QPointF, int> cases[] = {
-            {{22.5, 20.0}, 2}, {{20.0, 18.0}, 2}, {{30.0, 10.0}, 0}};
-        for (const auto& [place, row] : cases) {
-            const ChartWindow window(Function, u"0|20|40"_s, u"0|20|0"_s);
-            QSignalSpy picked(window.view.get(), &CGraphView::CellPicked);
-            const QPoint at = window.view->Scale().ToPixels(place).toPoint();
-            window.Press(at);
-            QCOMPARE(picked.value(0).value(0).toInt(), row);
-            window.Move(at + QPoint(0, 40));
-            window.Release(QPoint(5, 5));
-            QVERIFY(!window.session->canUndo());
-        }
+        const ChartWindow window(Function, u"0|20|40"_s, u"0|20|0"_s);
+        QSignalSpy near(window.view.get(), &CGraphView::CellPicked);
+        const QPoint at = window.view->Scale().ToPixels({22.5, 20.0}).toPoint();
+        window.Press(at);
+        QCOMPARE(near.value(0).value(0).toInt(), 2);
+        window.Move(at + QPoint(0, 40));
+        window.Release(QPoint(5, 5));
+        QVERIFY(!window.session->canUndo());
         // Bars have no tolerance: a place above one is no part of it, however near in axis units.
         const ChartWindow bars(Annual);
         QSignalSpy picked(bars.view.get(), &CGraphView::CellPicked);
