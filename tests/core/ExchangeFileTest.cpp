@@ -78,10 +78,7 @@ private slots:
     void Saves();
     void IntegersSaturate();
     void ValueAccess();
-    void HugeDeclaredCount();
-    void ManyMissingValues();
     void SavedTwice();
-    void OddBytesSurvive();
     void RefusedWriteKeepsTheFile();
     void PathsMeanWhatTheSystemMeans_data();
     void PathsMeanWhatTheSystemMeans();
@@ -211,40 +208,6 @@ void ExchangeFileTest::ValueAccess() {
     QVERIFY2(script.Done(), qPrintable(script.Report()));
 }
 
-void ExchangeFileTest::HugeDeclaredCount() {
-    const ScratchFile scratch;
-    const QByteArray content = "\n\n\n1 2 x\n\n\n\n\n\n\n1\n0\n2000000000\n0\n1\n5\n6\n";
-    QVERIFY(WriteAll(scratch.Path(), content));
-    MessageScript script;
-    // The empty line behind the last line end has no value, and then there are no more lines.
-    script.Expect(QStringLiteral("CPlugInstruction::setCStringValue: value not found: "));
-    script.Expect(QStringLiteral("CPlugInstruction::setCStringValue: value not found"));
-    CPlugExchangeFile file(scratch.Path());
-    CPlugParameters parameters;
-    parameters.setParameters(&file);
-    QVERIFY2(script.Done(), qPrintable(script.Report()));
-    QCOMPARE(parameters.getPointCount(), 2);
-    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, parameters.writeFile());
-    QCOMPARE(ReadAll(scratch.Path()), content);
-}
-
-// A user can answer ten messages, not a hundred thousand.
-void ExchangeFileTest::ManyMissingValues() {
-    const ScratchFile scratch;
-    const QByteArray head = "\n\n\n1 2 x\n\n\n\n\n\n\n1\n49999\n";
-    QVERIFY(WriteAll(scratch.Path(), head + "100000\n" + QByteArray(100'000, '\n') + "tail"));
-    MessageScript script;
-    for (int i = 0; i < 10; ++i)
-        script.Expect(QStringLiteral("CPlugInstruction::setCStringValue: value not found: "));
-    script.Expect(QStringLiteral("CPlugParameters: value not found on 99990 more lines"));
-    CPlugExchangeFile file(scratch.Path());
-    CPlugParameters parameters;
-    parameters.setParameters(&file);
-    QVERIFY2(script.Done(), qPrintable(script.Report()));
-    QCOMPARE(parameters.getPointCount(), 50'000);
-    QCOMPARE(parameters.getPoint(49'999), CPlugPoint());
-}
-
 // What was written stays as it is, and can still be changed and written again.
 void ExchangeFileTest::SavedTwice() {
     for (const QByteArray line_end : {"\n", "\r\n"}) {
@@ -277,22 +240,6 @@ void ExchangeFileTest::SavedTwice() {
                  with_ends("\n\n\n1 5 x !a\n\n\n\n\n\n\n1 \n0 \n2 \n1 \n2 \n! tail\r\n!t\r\n"));
         QVERIFY2(script.Done(), qPrintable(script.Report()));
     }
-}
-
-void ExchangeFileTest::OddBytesSurvive() {
-    const ScratchFile scratch;
-    const QByteArray nul(1, '\0');
-    const QByteArray head = "a" + nul + "b ! c" + nul + "\r\n\xFF\xFE x\rlone ! \x81";
-    const QByteArray content = head + "\nlast\r";
-    QVERIFY(WriteAll(scratch.Path(), content));
-    MessageScript script;
-    CPlugExchangeFile file(scratch.Path());
-    file.readFile();
-    QCOMPARE(file.instructionCount(), 3);
-    QCOMPARE(file.getInstruction(0)->getCStringValue(0), QStringLiteral("a") + QChar(0) + u'b');
-    file.writeFile();
-    QCOMPARE(ReadAll(scratch.Path()), head + "\r\nlast\r \r\n");
-    QVERIFY2(script.Done(), qPrintable(script.Report()));
 }
 
 void ExchangeFileTest::RefusedWriteKeepsTheFile() {
