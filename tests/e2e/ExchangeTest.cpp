@@ -1,10 +1,13 @@
+#include "ChildRun.h"
 #include "FaultTable.h"
 #include "HostTest.h"
 
+#include <QDateTime>
 #include <QFileInfo>
 #include <QScopeGuard>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -87,9 +90,50 @@ private:
     int m_theirs = -1;
 };
 
+bool SetMode(const QString& path, unsigned mode) {
+    return chmod(QFile::encodeName(path).constData(), mode) == 0;
+}
+
+// A reason for which a write is refused, and its end.
+struct Refusal {
+    // False where the system does not let it.
+    bool (*prepare)(const QString& folder);
+    bool (*begin)(const QString& folder, const QString& file);
+    bool (*end)(const QString& folder, const QString& file);
+    bool asks = false;  // the file no longer is what was read
+};
+
+bool Nothing(const QString&) {
+    return true;
+}
+
+const std::pair<const char*, Refusal> kRefusals[] = {
+    {"program, file and folder read-only at OK",
+     {Nothing,
+      [](const QString& folder, const QString& file) {
+          return SetMode(file, 0444) && SetMode(folder, 0555);
+      },
+      [](const QString&, const QString& file) { return SetMode(file, 0666); }}},
+    {"program, folder gone at OK",
+     {Nothing,
+      [](const QString& folder, const QString&) { return QDir(folder).removeRecursively(); },
+      [](const QString& folder, const QString&) {
+          return QDir().mkdir(folder) && SetMode(folder, 0777);
+      },
+      true}},
+    {"program, disk full at OK",
+     {[](const QString& folder) { return MountSmallDisk(folder, 1 << 20); },
+      [](const QString& folder, const QString&) {
+          FillDisk(folder);
+          return true;
+      },
+      [](const QString& folder, const QString&) { return QFile::remove(folder + u"/filler"_s); }}},
+};
+
 }  // namespace
 
 Q_DECLARE_METATYPE(State)
+Q_DECLARE_METATYPE(const Refusal*)
 
 /// What a run leaves in the exchange file, byte for byte, and how it ends.
 class ExchangeTest : public HostTest {
@@ -177,29 +221,76 @@ private slots:
         }
     }
 
+    void KeepsFileAndEditsWhenWritingIsRefused_data() {
+        QTest::addColumn<const Refusal*>("refusal");
+        for (const auto& [name, refusal] : kRefusals)
+            QTest::newRow(name) << &refusal;
+    }
+    // The dialog comes back with the edit, and the next OK saves it.
     void KeepsFileAndEditsWhenWritingIsRefused() {
-        QTemporaryDir folder;
-        const QString file = folder.filePath(u"exchange.txt"_s);
-        const QString program = folder.filePath(u"function-editor"_s);
-        QVERIFY(WriteAll(file, HostFile(kPoints)));
+        QFETCH(const Refusal*, refusal);
+        const QTemporaryDir parent;
+        const QString folder = parent.filePath(u"host"_s);
+        const QString file = folder + u"/exchange.txt"_s;
+        const QString program = parent.filePath(u"function-editor"_s);
+        QVERIFY(QDir().mkdir(folder) && SetMode(parent.path(), 0755) && SetMode(folder, 0777));
         QVERIFY(QFile::copy(HostRun::ProgramPath(), program));
-        QVERIFY(
-            QFile::setPermissions(file, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
-        const QByteArray folder_path = QFile::encodeName(folder.path());
-        QCOMPARE(chmod(folder_path.constData(), 0555), 0);
-        const auto writable = qScopeGuard([&] { (void)chmod(folder_path.constData(), 0755); });
+        if (!refusal->prepare(folder))
+            QSKIP("the system does not let this user do that");
+        const auto restored = qScopeGuard([&] {
+            UnmountDisk(folder);
+            SetMode(folder, 0755);
+        });
+        QVERIFY(WriteAll(file, HostFile(kPoints)));
+        // As the stranger's own the file can be replaced by a new one.
+        (void)!chown(QFile::encodeName(file).constData(), kNobody, kNobody);
 
         HostRun host(m_screen);
         host.StartAsStranger(program, {file});
         QVERIFY(host.WaitForDialog());
         QVERIFY(host.TypeInto(CellPlace(1, 2), u"9"_s) && host.Keys({u"Return"_s}));
-        QVERIFY(host.Click(kOkButton));
-        QVERIFY(host.PassMessage());
-        QVERIFY(host.WaitForDialog());
-        QCOMPARE(ReadAll(file), HostFile(kPoints));
-        QCOMPARE(chmod(QFile::encodeName(file).constData(), 0666), 0);
-        QVERIFY(host.PressOk());
+        QVERIFY(refusal->begin(folder, file));
+        const QByteArray content = ReadAll(file);
+        const QStringList entries = QDir(folder).entryList(QDir::AllEntries | QDir::Hidden);
+        const auto press_ok = [&] {
+            return host.Click(kOkButton) &&
+                   (!refusal->asks || (host.WaitForWindow(u"Exchange file"_s) &&
+                                       host.Keys({u"Return"_s}) && host.WaitUntilClosed()));
+        };
+        QVERIFY(press_ok() && host.PassMessage() && host.WaitForDialog());
+        QCOMPARE(ReadAll(file), content);
+        QCOMPARE(QDir(folder).entryList(QDir::AllEntries | QDir::Hidden), entries);
+        QVERIFY(refusal->end(folder, file));
+        QVERIFY(press_ok() && host.HasEnded());
         QCOMPARE(ReadAll(file), SavedFile({{"0", "9"}, {"10", "4"}, {"20", "-3e0"}}));
+        const QString row = QLatin1StringView(QTest::currentDataTag());
+        AddTableRow(
+            "saves",
+            {row, u"1"_s, u"nothing; one message, the next OK saves"_s,
+             u"`e2e/ExchangeTest \"KeepsFileAndEditsWhenWritingIsRefused:%1\"`"_s.arg(row)});
+    }
+
+    void SaysThatMemoryDoesNotSuffice() {
+        if (kSanitized)
+            QSKIP("the sanitizers need more room than there is");
+        constexpr rlim_t kRoom = rlim_t{2} << 30;
+        QFile file(m_file);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(2 * qint64{kRoom}));
+        const QDateTime written = QFileInfo(file).lastModified();
+        HostRun host(m_screen);
+        host.Program().setProcessChannelMode(QProcess::SeparateChannels);
+        host.Program().setChildProcessModifier([] {
+            const rlimit limits = {kRoom, kRoom};
+            (void)setrlimit(RLIMIT_AS, &limits);
+        });
+        host.Start({m_file});
+        QVERIFY(host.PassMessage());
+        QVERIFY(!host.HasEnded());
+        QCOMPARE(host.Program().exitStatus(), QProcess::NormalExit);
+        QCOMPARE(host.Program().exitCode(), 1);
+        const QByteArray error = host.Program().readAllStandardError();
+        QVERIFY2(error.contains("not enough memory"), error.constData());
+        QCOMPARE(QFileInfo(file).lastModified(), written);
     }
 
     // The toolkit's texts do not hold such a name: a shell hands it over.
