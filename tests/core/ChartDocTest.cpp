@@ -207,11 +207,9 @@ private slots:
 
     // Of a cluster only the first point and the current one get a marker, of free ones each.
     void crowdedPoints() {
-        std::vector<double> xs;
-        for (int i = 0; i < 60; ++i)
-            xs.push_back(i * 0.01);
-        for (int i = 1; i <= 10; ++i)
-            xs.push_back(i * 10.0);
+        std::vector<double> xs(70);
+        for (size_t i = 0; i < xs.size(); ++i)
+            xs[i] = i < 60 ? static_cast<double>(i) * 0.01 : static_cast<double>(i - 59) * 10.0;
         std::vector<double> ys(xs.size(), 50.0);
         ys[20] = kNaN;
         xs.insert(xs.end(), {100.0, 100.0});
@@ -225,11 +223,11 @@ private slots:
         QCOMPARE(marked.back(), ScaleFor(100.0).ToPixels({100.0, 52.0}));
 
         // Of a dense zigzag those get one that stand some way along the axis.
-        xs.clear();
-        ys.clear();
-        for (int i = 0; i < 2000; ++i) {
-            xs.push_back(i * 0.02);
-            ys.push_back(i % 2 * 50.0);
+        xs.assign(2000, 0.0);
+        ys.assign(2000, 0.0);
+        for (size_t i = 0; i < xs.size(); ++i) {
+            xs[i] = static_cast<double>(i) * 0.02;
+            ys[i] = i % 2 == 0 ? 0.0 : 50.0;
         }
         // The last one jumps back to where others were left out.
         xs.insert(xs.end(), {60.0, 60.0, 100.0, 39.8});
