@@ -101,8 +101,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const GridSelection selection = Select(input, editing.table(), flags);
     GridClipboard clipboard(&editing.session());
     QGuiApplication::clipboard()->setText(QString::fromUtf8(input.rest));
-    if ((flags & kOwnCopy) != 0)
-        clipboard.Copy(selection);
+    const bool own = (flags & kOwnCopy) != 0 && clipboard.Copy(selection);
 
     const QByteArray state = editing.State();
     Cells before = editing.cells();
@@ -113,7 +112,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const bool refused = !prompts.messages.isEmpty() &&
                          (session.facts().coefficients || prompts.messages[0].startsWith(u"Imp"));
     const QString text = QGuiApplication::clipboard()->text();
-    const bool nothing = text.isEmpty() && (flags & kOwnCopy) == 0;
+    const bool nothing = text.isEmpty() && !own;
     if (refused || view_only || nothing || selection.rows.isEmpty()) {
         Require(editing.State() == state, "a refused paste changes nothing");
         return 0;
