@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Builds the function editor and starts it: ./run.sh [exchange-file]
 # Without a file it edits a copy of a sample. Without a display it shows a scripted user at work on a
 # copy of the file, on a virtual screen.

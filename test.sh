@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Builds the function editor as users run it and runs all its tests.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"

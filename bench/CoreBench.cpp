@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Time of the operations without a window, beside plain reading and writing of the same bytes. The
 // argument of a benchmark is the number of points.
 

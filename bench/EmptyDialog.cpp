@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a start costs at least: a dialog of the toolkit with title and size of the editor's, and
 // nothing in it.
 

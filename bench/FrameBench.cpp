@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Time of one change in the real dialog on the offscreen platform, up to the painted window. The
 // arguments of a benchmark are the number of points and whether their times stand in order.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Reads an exchange file and saves it again, without a window: ReadSave FILE
 // Tools that count instructions count those of ReadAndSave only.
 

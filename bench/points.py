@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Exchange files to measure with: bench/points.py POINTS FILE"""
 
 import math

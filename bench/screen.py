@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """A screen of its own for measurements: Xvfb, whose picture lies in mapped memory, and openbox,
 which puts every window without a frame at the top left corner. Keys and mouse events are made by the
 server itself (XTest)."""

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The mouse on the chart: tips, picking and dragging.
 
 #include "base/ShownText.h"

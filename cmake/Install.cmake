@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # The program stands beside its profiles, with a link to it on the user's path.
 include(CMakePackageConfigHelpers)
 

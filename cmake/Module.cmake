@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # The module `functioneditor`: the dialog for other programs, through InputAPI and the C entry.
 include(GenerateExportHeader)
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # The buttons' pictures and the window's icon: drawn as SVG, turned into shapes by the build, kept as
 # resources of the program.
 find_package(Qt6 REQUIRED COMPONENTS Svg)

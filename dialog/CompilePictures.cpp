@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Turns SVG drawings into what the program paints: CompilePictures FOLDER SVG...
 // writes FOLDER/NAME.picture for each NAME.svg.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "fuzz/Harness.h"
 
 #include "base/Cp1252.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Runs a target without the fuzzer: all inputs in files first, then COUNT that are made of them.
 // fuzz_TARGET COUNT FOLDER...
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Entries into the cells of a session, mixed with all else that changes its rows.
 // Input: a byte for the kind, numbers to start with, a line end; then a line for each action. Its
 // first byte is one of the letters below, followed by a row and a text, or is itself the row of an

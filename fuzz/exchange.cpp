@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // An exchange file is read, its points are edited, it is saved and read again.
 // Input: how many points stay ("*": all), new times and values, a line end; then the file.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A text from the clipboard is pasted into the table of a session.
 // Input: bytes for kind and flags, numbers to start with, a line end; bytes for the first row, the
 // column and the number of rows selected; then the text.

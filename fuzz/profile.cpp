@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A profile file is read into a session, saved and read again.
 // Input: a byte for kind and mode; then the file.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 /* The function editor's dialog for programs in C, and in any language that can call C.
  *
  * All texts are UTF-8 and end with a zero byte. */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "profiles/ProfileFolders.h"
 
 #include "base/Cp1252.h"

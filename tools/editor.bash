@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Functions for scripts that build the editor and show it on a screen of its own; to be sourced by
 # bash after `set -euo pipefail`. What start_screen and start_editor started ends with the script.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 /* A host in C: shows the dialog through the C entry and prints what came back.
  *
  * usage: host-c KIND MODE [--name NAME] [--file PATH] [--data FOLDER] [TIME=VALUE[=NAME]]... */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A host in C++: shows the dialog through InputAPI and prints what came back.
 //
 // usage: host-cpp KIND MODE [--name NAME] [--file PATH] [TIME=VALUE[=NAME]]...

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """A host in Python: shows the dialog through the C entry and prints what came back.
 
 FUNCTIONEDITOR_LIBRARY names the module's file when it is not where the system looks for libraries.

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # A host that starts the program: writes an exchange file, waits for the editor and plots what
 # changed. usage: host.sh [EDITOR]
 set -euo pipefail

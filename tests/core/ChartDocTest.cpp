@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "chart/AxisPlan.h"
 #include "chart/CGraphControl.h"
 #include "chart/ItemPicking.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The exchange file from bytes to points and back.
 
 #include "MessageScript.h"

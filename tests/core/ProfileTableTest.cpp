@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The model of the live rows against plain lists, and a chart that follows it.
 
 #include "SessionChecks.h"

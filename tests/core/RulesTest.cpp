@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Rules without a state of their own: numbers, coefficients, entries, names of files, copy and
 // paste, the mouse on the chart and the parts of a button. All under a locale with a decimal comma
 // where the machine has one.

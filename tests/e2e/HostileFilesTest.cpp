@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Exchange files that no host should write: huge, endless, broken. The core reads each and writes
 // it back within bounds of memory and messages; the program does so with two of them.
 

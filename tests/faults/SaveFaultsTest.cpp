@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Every way in which replacing a file can be stopped, made with the system itself: full disks,
 // limits, missing rights, what others do to the folder meanwhile, and kills.
 

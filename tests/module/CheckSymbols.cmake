@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Fails when the module shows another symbol than the operations named here:
 # cmake -D NM=... -D MODULE=... -P CheckSymbols.cmake
 set(expected

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "Contrast.h"
 #include "dialog/BitmapButton.h"
 #include "dialog/CSXButton.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The list of daily profiles in a monthly profile, with its two commands.
 
 #include "FileDialogScript.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The main dialog with the function: places, keys and commands.
 
 #include "KindDialog.h"

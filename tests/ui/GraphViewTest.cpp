@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "SessionBench.h"
 #include "base/EnglishAtof.h"
 #include "chart/CGraphControl.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The main dialog in the hands of a user without a mouse.
 
 #include "KindDialog.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The main dialog as drawn: every kind, light and dark, with the fonts of several desktops. And as
 // assistive tools read it.
 

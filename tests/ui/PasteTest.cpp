@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Copy and paste between the grid and the system clipboard.
 
 #include "KindDialog.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The whole dialog under thousands of random steps, made with real keys and mouse events.
 
 #include "KindDialog.h"
