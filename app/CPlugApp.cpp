@@ -28,8 +28,8 @@ bool IsSwitch(const QString& argument) {
 #endif
 }
 
-// The first argument that is not a switch; "" when there is none. The toolkit has taken its own
-// options out before. A name that is not UTF-8 is in the bytes only, other systems have texts only.
+// The first argument that is not a switch; "" when there is none. The toolkit has removed its own
+// options already. Only the bytes hold a name that is not UTF-8; other systems have texts only.
 QString ExchangeFileName([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
 #ifdef Q_OS_WIN
     const QStringList arguments = QCoreApplication::arguments();
@@ -66,7 +66,7 @@ bool CPlugApp::notify(QObject* object, QEvent* event) {
     try {
         return QApplication::notify(object, event);
     } catch (const std::bad_alloc&) {
-        // A box over a window that cannot be painted would have it painted again.
+        // A message box would repaint this window, which just ran out of memory.
         const QEvent::Type type = event->type();
         if (type != QEvent::Paint && type != QEvent::UpdateRequest && type != QEvent::Expose)
             ShowMessage(u"There is not enough memory for this."_s);
@@ -88,7 +88,7 @@ bool CPlugApp::InitInstance() {
     return false;
 }
 
-// False when the dialog is to stay, for a write that can be tried again.
+// False when the write was refused and can be tried again: then the dialog stays.
 bool CPlugApp::WriteBack(const CDlgGridChart& dialog) {
     QStringList times;
     QStringList values;
@@ -100,7 +100,7 @@ bool CPlugApp::WriteBack(const CDlgGridChart& dialog) {
     } catch (const std::invalid_argument& error) {
         ShowMessage(QString::fromLatin1(error.what()));
     }
-    // A second reference would turn the next edit into a copy of all rows.
+    // While the lists are shared an edit would copy all rows.
     m_parameters.clearPoints();
     return is_done;
 }

@@ -16,10 +16,10 @@ class CPlugApp : public QApplication {
 public:
     CPlugApp(int& argc, char** argv);
 
-    /// What a command lacks memory for is told and left out: the dialog stays, with all edits.
+    /// A command that runs out of memory shows a message. The dialog stays with all edits.
     bool notify(QObject* object, QEvent* event) override;
 
-    /// Does the whole run. Always false: there is no message loop to enter afterwards.
+    /// Does the whole run. Always returns false: no message loop follows.
     bool InitInstance();
 
 protected:

@@ -17,8 +17,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Contents are told apart by a hash that is made piece by piece, so that a file need not be in
-// memory whole.
+// Contents are compared by a hash. It is computed piece by piece, so a file is never in memory as a
+// whole.
 constexpr qsizetype kHashedPiece = 1024 * 1024;
 
 size_t HashOf(QByteArrayView content) {
@@ -55,7 +55,7 @@ qsizetype LikelySize(const QByteArray& content) {
     return content.size() + content.size() / 8;
 }
 
-// The same bytes, not copied.
+// Views the bytes without a copy.
 QByteArray AsArray(QByteArrayView line) {
     return QByteArray::fromRawData(line.data(), line.size());
 }
@@ -100,7 +100,7 @@ QByteArrayView CPlugExchangeFile::line(qsizetype index) const {
     if (i + 1 == m_starts.size())
         return rest;
     const qsizetype length = m_starts[i + 1] - m_starts[i] - 1;
-    // In lines as written a CR belongs to the line end only if that is the file's own.
+    // In written lines a CR belongs to the line end only in a file with CR LF.
     const bool may_have_cr = !m_rebuilt || m_line_end.size() > 1;
     const bool has_cr = may_have_cr && length > 0 && rest[length - 1] == '\r';
     return rest.first(has_cr ? length - 1 : length);
@@ -152,7 +152,7 @@ void CPlugExchangeFile::replaceInstructions(qsizetype index, qsizetype count,
     QByteArray tail;
     appendRebuilt(content, 0, index);
     appendRebuilt(tail, index + count, instructionCount());
-    // What is replaced makes room for what takes its place.
+    // Free the old content first: this halves the peak memory.
     m_opened.clear();
     m_starts.clear();
     m_content.clear();

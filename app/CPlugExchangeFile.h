@@ -28,13 +28,13 @@ public:
     qsizetype instructionCount() const { return static_cast<qsizetype>(m_starts.size()); }
 
     /// Line `index`, for reading and changing; past the end shows a message and returns nullptr.
-    /// The pointer is good until the next `readFile`, `replaceInstructions` or `writeFile`. A line
-    /// that is asked for this way keeps an object of its own: to read many, use `line`.
+    /// The pointer is valid until the next `readFile`, `replaceInstructions` or `writeFile`. Each
+    /// line asked for keeps an object of its own: to read many lines, use `line`.
     /// @throws std::invalid_argument when index is negative
     CPlugInstruction* getInstruction(qsizetype index);
 
     /// The bytes of line `index` (0 .. instructionCount() - 1) without line end, as they stood
-    /// before any change through `getInstruction`. Good as long as such a pointer is.
+    /// before any change through `getInstruction`. Valid as long as such a pointer is.
     QByteArrayView line(qsizetype index) const;
 
     /// Adds whole lines to a text, each ended by `line_end`.
@@ -46,7 +46,7 @@ public:
     /// nothing has changed then
     void replaceInstructions(qsizetype index, qsizetype count, const LineAppender& append);
 
-    /// Throws what `replaceInstructions` would throw for the same range.
+    /// Throws the exception that `replaceInstructions` would throw for the same range.
     void requireRange(qsizetype index, qsizetype count) const;
 
     /// Writes all lines to the same path in one step, each rebuilt and with the line end the file

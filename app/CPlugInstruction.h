@@ -12,8 +12,8 @@ class TraceLog;
 
 /// One line of the exchange file: blank-separated values and a comment behind "!".
 ///
-/// The line is kept as the bytes it was read as and split when a value is asked for, so that a
-/// file of a million lines costs little more than its bytes. Values are numbered from 0.
+/// The line keeps its bytes and is split when a value is asked for. So a file of a million lines
+/// takes little more memory than its bytes. Values are numbered from 0.
 class CPlugInstruction {
 public:
     /// `line` without its line end. It may be a view made by QByteArray::fromRawData, whose bytes

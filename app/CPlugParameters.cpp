@@ -23,7 +23,7 @@ constexpr qsizetype kSecondPointLine = kFirstPointLine + 2;
 constexpr QByteArrayView kTimeComment = "! Time at point|hr|0|+Inf";
 constexpr QByteArrayView kValueComment = "! Value at point |any|-Inf|+Inf";
 
-// So many missing values are reported one by one; a file may lack a million.
+// Up to this many missing values are reported one by one. A file may lack a million.
 constexpr int kMaxReports = 10;
 
 void AppendPointLine(QByteArray& out, const QString& text, QByteArrayView comment,
@@ -56,7 +56,7 @@ bool CPlugParameters::readHeader() {
     const CPlugInstruction* const fourth = m_file->getInstruction(kFourthLine);
     if (fourth == nullptr)
         return false;
-    // Only asked for: the user learns of it when one is missing.
+    // Reading the value is enough: a missing one shows its message.
     fourth->getIntValue(0);
     fourth->getIntValue(1);
     fourth->getCStringValue(2);
@@ -102,7 +102,7 @@ bool CPlugParameters::readText(qsizetype index, QString& text, qsizetype& missin
     const CPlugInstruction line(QByteArray::fromRawData(bytes.data(), bytes.size()));
     if (missing < kMaxReports || line.hasValue(0))
         text = line.getCStringValue(0);
-    // A value that is there is not empty.
+    // An empty text means that the value is missing.
     missing += text.isEmpty() ? 1 : 0;
     return true;
 }
@@ -113,7 +113,7 @@ void CPlugParameters::addPoint(const CPlugPoint& point) {
 }
 
 void CPlugParameters::clearPoints() {
-    // Lists that are shared are given up; cleared, they would get new room of the same size.
+    // Assign empty lists: clear() of a shared list would allocate a new one of the same size.
     m_times = {};
     m_values = {};
 }
@@ -127,7 +127,7 @@ void CPlugParameters::setPoints(QStringList times, QStringList values) {
     m_times = std::move(times);
     m_values = std::move(values);
     for (QStringList* const list : {&m_times, &m_values}) {
-        if (list->size() > count)  // else a shared list would be copied
+        if (list->size() > count)  // resize() would copy a shared list
             list->resize(count);
     }
 }

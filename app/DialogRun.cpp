@@ -50,7 +50,7 @@ void MakeApplication() {
     static QByteArray words[] = {"functioneditor", "-platform", *platform};
     static char* arguments[] = {words[0].data(), words[1].data(), words[2].data(), nullptr};
     static int count = platform->isEmpty() ? 1 : 3;
-    // Never deleted: at the end of a host's process it would outlive what it stands on.
+    // Never deleted: when the host's process ends, libraries that it needs may be gone already.
     auto* const application = new QApplication(count, arguments);
     application->setQuitOnLastWindowClosed(false);
 }

@@ -8,7 +8,7 @@
 
 #include <optional>
 
-/// What runs the dialog inside a process that is not the editor's own.
+// Runs the dialog inside a host's process.
 
 /// Result of a call that could not show a dialog.
 inline constexpr int kNoDialog = -1;
@@ -18,10 +18,10 @@ inline constexpr int kNoDialog = -1;
 /// keeps its locale for numbers, dates and sorting.
 void MakeApplication();
 
-/// The process can show windows, and this is the thread for it.
+/// True when the process can show windows and this is the thread for them.
 bool CanShowDialog();
 
-/// What a dialog left behind.
+/// The result of a closed dialog.
 struct DialogOutcome {
     int result = kNoDialog;                   ///< of `CDlgGridChart::DoModal`
     QString name;                             ///< the profile's name for the caller

@@ -23,9 +23,9 @@ constexpr const char* kNullDevice = "/dev/null";
 // Where WriteError writes: standard error, or the socket that it was.
 int error_output = STDERR_FILENO;
 
-// Whether a write waits is a property of what was opened, which the host shares. So the stream is
-// opened once more. A socket cannot be; nor can a pipe that nobody reads or that another user made:
-// the null device takes their place.
+// The host shares the open file description, and with it the setting whether a write waits. So the
+// stream is opened once more. A socket, a pipe that nobody reads and a pipe of another user cannot
+// be opened: the null device takes their place.
 void NeverWait(int stream) {
     struct stat facts = {};
     if (fstat(stream, &facts) != 0 ||

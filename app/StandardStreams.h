@@ -3,9 +3,9 @@
 
 #include <QString>
 
-/// Makes standard input, output and error as they were handed over safe to live with; to be called
-/// before anything else is opened. A stream that was closed is opened on the null device, or the
-/// next file or socket would take its number. From then on no write to output or error waits: what
+/// Makes standard input, output and error safe to use, in whatever state the host handed them over.
+/// Call it before anything else is opened. A closed stream is opened on the null device; else the
+/// next file or socket would get its number. Writes to output and error never wait afterwards: what
 /// a pipe or a terminal has no room for is lost. The host's own ends keep their settings.
 void PrepareStandardStreams();
 

@@ -68,7 +68,7 @@ TraceLog::~TraceLog() {
 void TraceLog::Token(QByteArrayView word) {
     if (m_ended)
         return;
-    // One growth a word: a line may hold a hundred million of them.
+    // Grows once for each word: a line may hold a hundred million words.
     const bool is_long = word.size() >= kFlushSize;
     const qsizetype end = m_pending.size();
     m_pending.resize(end + kStart.size() + (is_long ? 0 : word.size() + 1));

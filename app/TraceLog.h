@@ -5,9 +5,9 @@
 #include <QByteArrayView>
 
 /// Writes the tokenizer's trace lines to standard output, many at a time, if that is a pipe or a
-/// file. The lines carry nothing a host needs, so a host that never empties its end of a pipe
-/// cannot stop the editor: once all waiting for room has come to a twentieth of a second the rest
-/// of the trace is dropped. A pipe must be set not to wait by itself.
+/// file. A host does not need the lines and may never read them. So the editor waits for
+/// room in a full pipe for 50 ms in all and then drops the rest of the trace. The pipe itself must
+/// be set not to wait.
 class TraceLog {
 public:
     TraceLog();

@@ -11,7 +11,7 @@
 
 namespace {
 
-// The members of the request's first version: all that a caller must have.
+// The size of the request's first version, which every caller has.
 constexpr size_t kSmallestRequest = sizeof(functioneditor_request);
 
 struct RequestError {
@@ -38,7 +38,7 @@ QStringList ListFrom(const char* const* texts, size_t count) {
     return list;
 }
 
-// The request with its texts decoded. Throws what is wrong with it.
+// The request with decoded texts. Throws the result code of the first fault in it.
 struct Request {
     explicit Request(const functioneditor_request* request) {
         if (request == nullptr || request->size < kSmallestRequest)

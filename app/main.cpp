@@ -19,8 +19,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What the toolkit says while it starts. It ends the process when no display can be used; then one
-/// line says so and the exit status is 1. Else all of it is said at the end.
+/// Collects the toolkit's messages while it starts. Without a usable display the toolkit ends the
+/// process: then one line says so and the exit status is 1. Else the messages are written at the
+/// end.
 class StartMessages {
 public:
     StartMessages() { qInstallMessageHandler(Take); }
@@ -50,7 +51,7 @@ private:
 
 const QString kNoMemory = u"There is not enough memory, the exchange file is unchanged."_s;
 
-// The toolkit does not let every exception through.
+// The toolkit does not pass on every exception.
 [[noreturn]] void EndWithoutMemory() {
     try {
         if (const std::exception_ptr error = std::current_exception())
@@ -70,9 +71,9 @@ int main(int argc, char* argv[]) {
 #ifdef Q_OS_UNIX
     // A host that closed its end of our standard output must not end the editor.
     std::signal(SIGPIPE, SIG_IGN);
-    // Nor must a limit on the size of files: the write fails with its message.
+    // Nor must a limit on file sizes: the write fails, and a message says so.
     std::signal(SIGXFSZ, SIG_IGN);
-    // Nor must a terminal that holds up programs in the background.
+    // Nor must a terminal that stops background programs which write to it.
     std::signal(SIGTTOU, SIG_IGN);
 #endif
     std::set_terminate(EndWithoutMemory);

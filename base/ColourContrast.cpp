@@ -17,7 +17,7 @@ double Luminance(Colour colour) {
            0.0722 * Linear(colour.blue);
 }
 
-// What is `share` 255ths of the way from one colour to another.
+// Mixes two colours: share 0 gives `from`, 255 gives `to`.
 Colour Between(Colour from, Colour to, int share) {
     const auto part = [share](int a, int b) {
         return static_cast<std::uint8_t>(a + (b - a) * share / 255);
@@ -25,7 +25,7 @@ Colour Between(Colour from, Colour to, int share) {
     return {part(from.red, to.red), part(from.green, to.green), part(from.blue, to.blue)};
 }
 
-// The first colour on that way that stands out, or its end.
+// The first mix on the way from one colour to another that is visible; the end if none is.
 Colour FirstLegible(Colour background, Colour from, Colour to) {
     int share = 0;
     while (share < 255 && Contrast(background, Between(from, to, share)) < kLegibleContrast)
@@ -45,7 +45,7 @@ bool IsDark(Colour background) {
 }
 
 Colour LegibleOn(Colour background, Colour colour) {
-    // On the way to black or white the hue stays.
+    // Mixing with black or white keeps the hue.
     return FirstLegible(background, colour,
                         IsDark(background) ? Colour{255, 255, 255} : Colour{0, 0, 0});
 }

@@ -3,19 +3,20 @@
 
 #include "base/Colour.h"
 
-/// Contrast that lines and marks need so that everybody can tell them from what is behind them.
+/// The contrast that lines and marks need to be visible to everybody.
 inline constexpr double kLegibleContrast = 3.0;
 
 /// Contrast ratio of two colours, between 1 and 21.
 double Contrast(Colour one, Colour other);
 
-/// Whether light colours stand out from it better than dark ones.
+/// True when light colours contrast better with it than dark ones.
 bool IsDark(Colour background);
 
-/// `colour` itself if it stands out from `background`, else the nearest lighter or darker colour of
-/// the same hue that does.
+/// `colour` if it is visible on `background`; else the nearest lighter or darker colour of the same
+/// hue that is.
 Colour LegibleOn(Colour background, Colour colour);
 
-/// The colour of a grid line that is `colour` on light backgrounds. Light lines would be the
-/// brightest thing on a dark one, dark lines could not be seen: both just stand out there.
+/// The colour of a grid line that is `colour` on light backgrounds. On a dark background every line
+/// gets the least contrast that is visible: light lines would be the brightest thing there, dark
+/// lines would vanish.
 Colour GridLineOn(Colour background, Colour colour);

@@ -6,14 +6,14 @@
 #include <QString>
 #include <QStringView>
 
-/// Text of files is one byte a character in code page 1252. Both directions lose nothing: the five
-/// bytes that the page leaves open stand for the control characters of the same number.
+/// Files hold text in code page 1252, one byte a character. Every byte sequence survives both
+/// directions: the five bytes that the page leaves open are the control characters of that number.
 
 /// The characters of `bytes`, as many as there are bytes.
 QString FromCp1252(QByteArrayView bytes);
 
-/// The bytes of `text`, as many as there are UTF-16 units; what the page does not hold becomes "?".
+/// The bytes of `text`, one for each UTF-16 unit. A character that the page lacks becomes "?".
 QByteArray ToCp1252(QStringView text);
 
-/// Adds what `ToCp1252` gives for `text` to `bytes`.
+/// Appends `ToCp1252(text)` to `bytes`.
 void AppendCp1252(QByteArray& bytes, QStringView text);

@@ -3,14 +3,14 @@
 
 #include <utility>
 
-/// The handler of this type that is installed in the process; an empty one at first.
+/// The process's handler of this type; at first an empty one.
 template <typename Handler>
 Handler& CurrentHandler() {
     static Handler handler;
     return handler;
 }
 
-/// Installs `handler` and returns the one that was there before.
+/// Installs `handler` and returns the previous one.
 template <typename Handler>
 Handler ExchangeHandler(Handler handler) {
     return std::exchange(CurrentHandler<Handler>(), std::move(handler));

@@ -31,8 +31,8 @@ bool MayStandInNumber(QChar c) {
            letter == 'e' || letter == 'E';
 }
 
-// Whether a number that std::from_chars calls out of range is too large rather than too small: the
-// decimal exponent of its first significant digit tells.
+// True when a number that std::from_chars calls out of range is too large, false when it is too
+// small. The decimal exponent of its first significant digit decides.
 bool IsTooLarge(const char* begin, const char* end) {
     long long exponent = 0;
     long long digits_before = 0;
@@ -65,7 +65,7 @@ bool IsTooLarge(const char* begin, const char* end) {
 }
 
 Parsed Parse(QStringView text) {
-    // The part of the text that may be a number. What follows cannot change it.
+    // Only this part of the text can belong to the number.
     QVarLengthArray<char, 64> latin;
     for (const QChar c : text.first(std::min(text.size(), kLongestNumber))) {
         if (!MayStandInNumber(c))

@@ -3,13 +3,13 @@
 
 #include <QStringView>
 
-/// White space before a number, and around the words of a file.
+/// True for white space as it stands before numbers and between words of a file.
 constexpr bool IsBlank(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
 /// The leading decimal number of `text` in single precision: optional white space, a sign, digits
-/// with "." as the separator and an exponent. What follows the number is passed over. A text
+/// with "." as the separator and an exponent. Text behind the number is ignored. A text
 /// without a leading number ("", "abc", "nan", "inf") gives 0; a number beyond the float range
 /// gives an infinity of its sign, one too small gives 0. The process locale is neither read nor
 /// changed.
@@ -18,6 +18,6 @@ float EnglishAtof(QStringView text);
 /// As `EnglishAtof`, in double precision.
 double ParseNumber(QStringView text);
 
-/// True when the whole of `text`, white space around it aside, is one finite decimal number. White
-/// space is what `EnglishAtof` passes over; a no-break space is not.
+/// True when `text` is exactly one finite decimal number with optional white space around it. White
+/// space is the same as for `EnglishAtof`; a no-break space is none.
 bool IsNumber(QStringView text);

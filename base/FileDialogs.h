@@ -6,7 +6,7 @@
 
 #include <functional>
 
-/// What a file dialog starts from.
+/// The initial state of a file dialog.
 struct FileRequest {
     /// One line of the dialog's list of file types.
     struct FileType {
@@ -19,9 +19,9 @@ struct FileRequest {
     QString default_suffix;
 };
 
-/// How the user is asked for a file. The program installs one that shows dialogs, tests install a
-/// script. Each gives the chosen path, "" when the user cancelled; a lacking function counts as
-/// that. The save dialog has the user confirm that a file is to be overwritten.
+/// Asks the user for a file. The program installs a handler that shows dialogs, tests install a
+/// script. Each function returns the chosen path, or "" when the user cancelled. An empty function
+/// counts as a cancelled dialog. The save dialog asks before it returns an existing file.
 struct FileDialogHandler {
     std::function<QString(const FileRequest&)> open;
     std::function<QString(const FileRequest&)> save;

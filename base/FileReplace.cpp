@@ -25,8 +25,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Bytes that are no UTF-8 stand in a text as halves of surrogate pairs, U+DC80 to U+DCFF. All other
-// characters of such a text are ASCII.
+// A path keeps bytes that are not UTF-8 as lone surrogates, U+DC80 to U+DCFF. All other characters
+// of such a path are ASCII.
 QByteArray BytesOf(const QString& path) {
     if (path.isValidUtf16())
         return QFile::encodeName(path);
@@ -44,12 +44,13 @@ QString TextOf(const fs::path& path) {
     return PathFromBytes(QByteArrayView(path.native()));
 }
 
-// A disk may refuse only now what it took before. File systems that cannot flush are no error.
+// Some disks report a failed write only here. A file system that cannot flush is no error.
 bool FlushToDisk(int handle) {
     return fsync(handle) == 0 || errno == EINVAL || errno == ENOTSUP;
 }
 
-// The rename itself reaches the disk with the folder. The new content stands whatever comes of it.
+// Flushing the folder writes the rename to the disk. The new content is in place even if this
+// fails.
 void FlushFolder(const fs::path& folder) {
     const int handle = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (handle < 0)
@@ -58,7 +59,7 @@ void FlushFolder(const fs::path& folder) {
     close(handle);
 }
 
-// The other names of a file would keep the old content.
+// With further hard links the other names would keep the old content.
 bool HasOneName(const fs::path& path) {
     struct stat old = {};
     return stat(path.c_str(), &old) != 0 || (S_ISREG(old.st_mode) && old.st_nlink == 1);
@@ -66,7 +67,7 @@ bool HasOneName(const fs::path& path) {
 
 #ifdef Q_OS_LINUX
 
-// What one of the system's calls puts into a buffer of unknown length; nothing after an error.
+// The bytes that a system call writes into a buffer of unknown length; nothing after an error.
 template <typename Call>
 std::optional<QByteArray> Fetch(const Call& call) {
     const ssize_t size = call(nullptr, 0);
@@ -78,7 +79,7 @@ std::optional<QByteArray> Fetch(const Call& call) {
     return bytes;
 }
 
-// The access list is one of the extended attributes. A new file may have got some of its folder.
+// The access list is an extended attribute. A new file may have inherited some from its folder.
 bool TakeOverAttributes(int handle, const char* old_path) {
     const auto listed = [](ssize_t size) { return size < 0 && errno == ENOTSUP ? 0 : size; };
     const auto names =
@@ -112,8 +113,8 @@ bool TakeOverAttributes(int, const char*) {
 
 #endif
 
-// Gives the new file all that the old one has beside its content. False where the system does not
-// permit it: only an administrator may give a file away.
+// Copies owner, rights and attributes of the old file to the new one. False where the system
+// forbids it: only an administrator may give a file away.
 bool TakeOver(int handle, const fs::path& old_path) {
     struct stat old = {};
     struct stat now = {};
@@ -226,7 +227,7 @@ bool Write(QFileDevice& file, QByteArrayView bytes) {
 
 enum class Replacing { Done, Failed, NotPossible };
 
-// With `NotPossible` nothing has been touched.
+// After `NotPossible` the file and its folder are unchanged.
 Replacing ReplaceByRename(const fs::path& path, QByteArrayView bytes) {
     const QString name = TextOf(path);
     if (!name.isValidUtf16() || !HasOneName(path))
@@ -238,15 +239,15 @@ Replacing ReplaceByRename(const fs::path& path, QByteArrayView bytes) {
         file.cancelWriting();
         return Replacing::Failed;
     }
-    // All bytes are on the disk: what can fail now is to give the new file its name.
+    // All bytes are on the disk. Only giving the new file its name can still fail.
     if (!file.commit())
         return Replacing::NotPossible;
     FlushFolder(path.parent_path());
     return Replacing::Done;
 }
 
-// The file is not truncated before the new content stands, so the old content still has its room on
-// the disk when it must be put back.
+// The file is truncated last. So the old content still has its space on the disk if it must be put
+// back.
 bool OverwriteInPlace(const QString& path, QByteArrayView bytes) {
     QFile file;
     if (!OpenRegularFile(file, path, QIODevice::ReadWrite | QIODevice::Unbuffered))
@@ -276,7 +277,7 @@ std::optional<QByteArray> ReadRegularFile(const QString& path, qint64 most) {
     QFile file;
     if (!OpenRegularFile(file, path, QIODevice::ReadOnly))
         return std::nullopt;
-    // A limited read reserves all the room that it is allowed to fill.
+    // QFile::read(n) allocates n bytes, however small the file is.
     QByteArray bytes = file.size() <= most ? file.readAll() : file.read(most);
     if (file.error() != QFileDevice::NoError)
         return std::nullopt;

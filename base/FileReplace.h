@@ -9,20 +9,20 @@
 #include <limits>
 #include <optional>
 
-// A path means what the system means by it: no function here cleans one, and ":x" is a file like
-// any other.
+// A path means what the system means by it: no function here shortens it, and ":x" is an ordinary
+// file.
 
-/// The path with these bytes, as the system hands them over. Bytes that are not UTF-8 are kept:
-/// the functions below find that file. For messages see `ShownPath`.
+/// The path that the system wrote as these bytes. Bytes that are not UTF-8 are kept, so that the
+/// functions below find the file. For messages see `ShownPath`.
 QString PathFromBytes(QByteArrayView bytes);
 
-/// The path for people: bytes that are not UTF-8 become U+FFFD.
+/// The path for display: bytes that are not UTF-8 become U+FFFD.
 QString ShownPath(const QString& path);
 
 /// `path` with the working folder in front unless it is absolute or empty.
 QString AbsolutePath(const QString& path);
 
-/// Opens an existing regular file. False for all else, such as a pipe or a device, without waiting.
+/// Opens an existing regular file. Returns false at once for anything else, such as a pipe.
 bool OpenRegularFile(QFile& file, const QString& path, QIODevice::OpenMode mode);
 
 /// The bytes of a regular file, the first `most` of them; nothing when it cannot be read.

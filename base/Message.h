@@ -7,8 +7,8 @@
 
 enum class MessageIcon { None, Information, Warning };
 
-/// How messages and questions reach the user. The program installs one that shows modal boxes,
-/// tests install a script. A handler that lacks a function drops the message and answers No.
+/// Shows messages and questions to the user. The program installs a handler that shows modal boxes,
+/// tests install a script. An empty function drops the message or answers No.
 struct MessageHandler {
     std::function<void(const QString& text, MessageIcon icon, const QString& caption)> show;
     std::function<bool(const QString& text, const QString& caption)> ask_yes_no;

@@ -39,7 +39,7 @@ QString Print(double value, std::chars_format format, int precision) {
                                 : QString();
 }
 
-// `value` without its fraction. 0 has no sign, as if it had come from an integer.
+// `value` without its fraction. The result 0 has no sign.
 float WholePart(float value) {
     return std::trunc(value) + 0.0F;
 }

@@ -22,7 +22,6 @@ QString NumberText13(double value);
 /// "%.7g": profile values and added points.
 QString NumberText7(double value);
 
-/// `text` printed anew with "%.13g" from double precision. A text that is no number, one with more
-/// digits than that would keep, or one too small to be held with all its digits comes back as it
-/// is.
+/// `text` printed anew with "%.13g" from double precision. Returns `text` unchanged when it is no
+/// number, when it has more digits than that, or when it is too small to keep all its digits.
 QString RewrittenNumber(const QString& text);

@@ -3,8 +3,8 @@
 
 #include <QString>
 
-/// Characters that a message shows of a text, and that a cell, a tip or a caption shows. A file may
-/// hold texts of megabytes, which no window can lay out in time.
+/// Maximum number of characters that a message, and that a cell, a tip or a caption shows of a
+/// text. A file may hold texts of megabytes, and no window can lay those out in time.
 /// @{
 constexpr qsizetype kMaxMessageLength = 1000;
 constexpr qsizetype kMaxCellLength = 300;

@@ -42,10 +42,10 @@ QSize BitmapButton::sizeHint() const {
 void BitmapButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const ButtonPicture& picture = Picture(ShownState());
-    // At its own size whatever the button's: a stretched line is no longer sharp.
+    // Drawn at its own size: a stretched line would be blurred.
     QRect place(QPoint(), m_size);
     place.moveTopLeft({(width() - place.width()) / 2, (height() - place.height()) / 2});
-    // The active colours in every state: what is faint about a disabled button is in its picture.
+    // Active colours in every state: the picture of the disabled state is pale itself.
     QPalette colors = palette();
     colors.setCurrentColorGroup(QPalette::Active);
     picture.Draw(painter, place, colors);

@@ -7,8 +7,8 @@
 
 #include <array>
 
-/// A button that is nothing but a picture, one for each of its four states. The pictures bring
-/// their own frame.
+/// A button that shows only a picture, one for each of its four states. The pictures include the
+/// frame.
 class BitmapButton : public QPushButton {
     Q_OBJECT
 
@@ -17,9 +17,9 @@ public:
 
     explicit BitmapButton(QWidget* parent = nullptr);
 
-    /// Takes the pictures that are named after `caption` and a letter for the state: U, D, F or X.
-    /// A lacking picture is replaced by that of the state Up; false when that one lacks too, and
-    /// then the button keeps what it had. The caption itself is never shown.
+    /// Loads the pictures named after `caption` and a letter for the state: U, D, F or X. The
+    /// picture of the state Up replaces a missing one. False when that is missing too: then the
+    /// button keeps its pictures. The caption itself is never shown.
     bool AutoLoad(const QString& caption);
 
     State ShownState() const;

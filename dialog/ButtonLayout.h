@@ -19,7 +19,7 @@ struct ButtonLayout {
     int image_text_gap = 8;  ///< between image and caption
 };
 
-/// What is placed.
+/// The parts to place.
 struct ButtonContent {
     QSize client;                ///< of the whole button
     int frame_left = 0;          ///< left edge of the button's frame
@@ -31,10 +31,10 @@ struct ButtonContent {
 /// Top left corner of the image.
 QPoint ImagePlace(const ButtonLayout& layout, const ButtonContent& content);
 
-/// Top left corner of the caption. One that is centred vertically sits one pixel higher.
+/// Top left corner of the caption. A vertically centred caption sits one pixel higher.
 QPoint TextPlace(const ButtonLayout& layout, const ButtonContent& content);
 
-/// What a button's looks depend on.
+/// The states that a button shows.
 struct ButtonState {
     bool pressed = false;
     bool disabled = false;
@@ -43,11 +43,11 @@ struct ButtonState {
     friend bool operator==(const ButtonState&, const ButtonState&) = default;
 };
 
-/// What a draw of a button is for: all of it, or nothing but a change of the focus.
+/// Why a button is repainted: completely, or only because the focus changed.
 enum class DrawAction { None, Entire, Focus };
 
-/// The action of a draw of `state` on a button that was last drawn in `last`.
+/// The reason to repaint a button that shows `last` when its state becomes `state`.
 DrawAction ActionFor(ButtonState state, ButtonState last);
 
-/// By how many pixels the focus rectangle of a button of `size` is smaller on every side.
+/// Distance in pixels between the edges of a button of `size` and its focus rectangle.
 int FocusInset(QSize size);

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Whatever its opacity.
+// Ignores the opacity.
 bool Is(const QColor& colour, QRgb rgb) {
     return colour.rgb() == QColor::fromRgb(rgb).rgb();
 }

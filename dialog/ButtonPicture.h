@@ -11,19 +11,18 @@
 
 class QPainter;
 
-/// A drawing from the resources that follows the palette: its ink takes the colour of button texts,
-/// its focus mark the colour of selections. It is rendered anew for every size, so that it is sharp
-/// at every scale of the screen.
+/// A drawing from the resources that follows the palette: its ink has the colour of button texts,
+/// its focus mark the colour of selections. It is drawn anew for each size, so it is sharp at each
+/// scale.
 class ButtonPicture {
 public:
-    /// The colours that stand for ink and focus mark in the drawings.
+    /// The colours that mean ink and focus mark in the drawings.
     static constexpr QRgb kInk = 0xff202020;
     static constexpr QRgb kFocusMark = 0xff0a64c8;
 
     ButtonPicture() = default;
 
-    /// Null when no drawing has this name. It is not looked into before it is drawn: most pictures
-    /// never are.
+    /// Null when no drawing has this name. Decoded on first use; most pictures are never drawn.
     explicit ButtonPicture(const QString& name);
 
     bool isNull() const { return m_shapes.isEmpty(); }

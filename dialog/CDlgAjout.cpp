@@ -42,8 +42,8 @@ void CDlgAjout::TakeNumber(QLineEdit* field, float& number) {
         ShowMessage(u"Veuillez entrer un nombre."_s);
 }
 
-// A field that holds no number is reported, and the point still goes in with the last number
-// accepted.
+// A field that holds no number shows a message. The point is then inserted with the last accepted
+// number.
 void CDlgAjout::InsertPoint() {
     TakeNumber(m_time_field, m_add_point_x);
     TakeNumber(m_value_field, m_add_point_y);

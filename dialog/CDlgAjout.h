@@ -14,7 +14,7 @@ class CDlgAjout : public QDialog {
 public:
     explicit CDlgAjout(ProfileSession* session, QWidget* parent = nullptr);
 
-    /// The 1-based row that was inserted; 0 before.
+    /// The 1-based row of the inserted point; 0 before.
     int InsertedRow() const { return m_inserted_row; }
 
 private:

@@ -104,7 +104,7 @@ std::vector<Command> CDlgGridChart::Commands() {
         {kOk, [this] { OnOK(); }},
         {kCancel, [this] { reject(); }},
         {kMenuOpen, open, &S::canOpen, u"Ctrl+O"},
-        {kMenuSave, save, &S::canSaveAs, u"Ctrl+S"},  // answers without a path
+        {kMenuSave, save, &S::canSaveAs, u"Ctrl+S"},  // asks for a path if there is none
         {kMenuSaveAs, save_as, &S::canSaveAs, u"Ctrl+Shift+S"},
         {kMenuUndo, undo, &S::canUndo, u"Ctrl+Z"},
         {kMenuRedo, redo, &S::canRedo, u"Ctrl+Y"},
@@ -229,8 +229,8 @@ void CDlgGridChart::contextMenuEvent(QContextMenuEvent* event) {
     m_commands->menu()->popup(event->globalPos());
 }
 
-// A box or dialog over this window has gone. Window managers give the keyboard to the window below
-// the one that was closed, and when two were closed at once to one that is no longer there.
+// Called after a box or dialog over this window was closed. Window managers give the keyboard to
+// the window below the closed one. When two close at once, that window may be gone.
 bool CDlgGridChart::event(QEvent* event) {
     if (event->type() == QEvent::WindowUnblocked) {
         const auto activate = [this] {
@@ -242,7 +242,7 @@ bool CDlgGridChart::event(QEvent* event) {
     return QDialog::event(event);
 }
 
-// A button that is disabled keeps the mouse to itself; here it is a part of the dialog like any.
+// A disabled button swallows mouse presses. Here they reach the dialog.
 bool CDlgGridChart::eventFilter(QObject* object, QEvent* event) {
     const auto* const button = qobject_cast<QAbstractButton*>(object);
     if (button != nullptr && !button->isEnabled()) {
@@ -254,7 +254,7 @@ bool CDlgGridChart::eventFilter(QObject* object, QEvent* event) {
     return QDialog::eventFilter(object, event);
 }
 
-// A click beside all controls ends an entry like any other click.
+// A click between the controls commits an open entry like any other click.
 void CDlgGridChart::mousePressEvent(QMouseEvent* event) {
     m_grid->CommitOpenEditor();
     QDialog::mousePressEvent(event);

@@ -18,8 +18,8 @@ class DialogCommands;
 class MeanLabel;
 struct Command;
 
-/// The main dialog: the grid and the chart of a session side by side with the commands on it. Wires
-/// the parts together; most of what the commands do is the session's.
+/// The main dialog: grid and chart of a session side by side, with the commands. It connects the
+/// parts; the session does most of the work of the commands.
 class CDlgGridChart : public QDialog {
     Q_OBJECT
 
@@ -41,7 +41,7 @@ public:
     const ProfileSession& session() const { return m_session; }
 
 public slots:
-    /// Escape, the close box and the Cancel button: asks before anything is given up.
+    /// Escape, the close box and the Cancel button: asks before edits are lost.
     void reject() override;
 
 protected:
@@ -75,7 +75,7 @@ private:
     CGridControl* m_grid = nullptr;
     MeanLabel* m_mean = nullptr;
     CGraphControl* m_chart = nullptr;
-    CGraphView* m_view = nullptr;     // none in the view-only mode
-    std::function<bool()> m_accepts;  // none: always
+    CGraphView* m_view = nullptr;     // nullptr in view-only mode
+    std::function<bool()> m_accepts;  // empty: always accepts
     int m_result = kCancelled;
 };

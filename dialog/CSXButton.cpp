@@ -122,7 +122,7 @@ void CSXButton::DrawImage(QPainter& painter, QRect place) const {
                      isEnabled() ? QIcon::Normal : QIcon::Disabled);
         return;
     }
-    // What one logical pixel covers on the device that is painted on, be it the screen or an image.
+    // Device pixels per logical pixel, of the screen or of an image.
     const qreal ratio = painter.deviceTransform().m11();
     QImage image = m_bitmap.Image(place.size(), ratio, palette());
     if (m_mask) {
@@ -144,10 +144,10 @@ void CSXButton::DrawFocus(QPainter& painter) const {
     option.initFrom(this);
     option.rect = rect().adjusted(inset, inset, -inset, -inset);
     option.backgroundColor = palette().color(QPalette::Button);
-    // Also after a click: some styles show the focus only once a key has moved it.
+    // Drawn after a click too: some styles show the focus only after a key moved it.
     option.state |= QStyle::State_KeyboardFocusChange;
     style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
-    // The frames of some styles can hardly be seen on a dark button.
+    // Some styles draw frames that are hardly visible on a dark button.
     const QColor mark = palette().color(QPalette::Highlight);
     painter.setPen(ToQColor(LegibleOn(ToColour(option.backgroundColor), ToColour(mark))));
     painter.drawRect(option.rect.adjusted(0, 0, -1, -1));

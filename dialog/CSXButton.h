@@ -16,8 +16,8 @@ class CSXButton : public QPushButton {
     Q_OBJECT
 
 public:
-    /// Whether one colour of a bitmap, its mask, is replaced: by the colour of button faces, and by
-    /// white in the image of the disabled button.
+    /// Whether the mask colour of a bitmap is replaced: by the colour of button faces, and by white
+    /// in the image of the disabled button.
     enum class ColorMapping { Off, On };
 
     explicit CSXButton(QWidget* parent = nullptr);
@@ -36,8 +36,8 @@ public:
     /// A black line of one pixel around the button.
     void SetBlackBorder(bool on);
 
-    /// What the last draw was for and the state it showed, also while disabled: the focus rectangle
-    /// stands if that state is focused and not disabled.
+    /// Why the button was last repainted and the state it showed, also while disabled. The focus
+    /// rectangle is visible if that state is focused and not disabled.
     DrawAction lastAction() const { return m_last_action; }
     ButtonState lastState() const { return m_last_state; }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Turns SVG drawings into what the program paints: CompilePictures FOLDER SVG...
+// Turns SVG drawings into shapes that the program paints: CompilePictures FOLDER SVG...
 // writes FOLDER/NAME.picture for each NAME.svg.
 
 #include "dialog/PictureShape.h"
@@ -16,7 +16,7 @@
 
 namespace {
 
-// Notes what is painted as shapes, in the units of the drawing.
+// Records paint calls as shapes, in the units of the drawing.
 class ShapeRecorder : public QPaintEngine {
 public:
     explicit ShapeRecorder(QList<PictureShape>& shapes)
@@ -25,7 +25,7 @@ public:
                        QPaintEngine::Antialiasing),
           m_shapes(shapes) {}
 
-    /// False once something was painted that no shape can hold.
+    /// False after a paint call that no shape can represent.
     bool isWhole() const { return m_whole; }
 
     bool begin(QPaintDevice*) override { return true; }
@@ -50,7 +50,7 @@ public:
     void drawTextItem(const QPointF&, const QTextItem&) override { m_whole = false; }
 
 private:
-    // What is turned or scaled would need another width of the line; the colours are plain ones.
+    // A rotated or scaled shape would need another line width. Only plain colours are supported.
     void Note(const QPainterPath& path, const QBrush& fill) {
         const QPen line = painter()->pen();
         const QTransform& place = painter()->combinedTransform();

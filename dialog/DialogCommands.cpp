@@ -13,7 +13,7 @@
 
 namespace {
 
-// The command's own shortcut and, to copy and to paste, all that the platform has for it.
+// The command's own shortcut and, for copy and paste, all shortcuts of the platform.
 QList<QKeySequence> ShortcutsOf(const Command& command) {
     QList<QKeySequence> shortcuts;
     if (command.id == kMenuCopy)
@@ -65,7 +65,7 @@ void DialogCommands::ConnectButtons(const DialogControls& controls) {
             continue;
         m_buttons.insert(command.id, button);
         if (command.id == kEdition) {
-            // Assistive tools switch the box without a click.
+            // Assistive tools toggle the box without a click.
             connect(button, &QAbstractButton::toggled, this, [this, &command](bool on) {
                 if (on != m_session->isEdition())
                     Run(command);
@@ -81,7 +81,7 @@ bool DialogCommands::IsEnabled(const Command& command) const {
 }
 
 void DialogCommands::Run(const Command& command) {
-    // Giving up does not depend on what was typed last.
+    // Cancel works even if the open entry is refused.
     if (IsEnabled(command) && (command.id == kCancel || m_grid->CommitOpenEditor())) {
         command.run();
         if (command.marks_modified)

@@ -14,17 +14,17 @@ class ProfileSession;
 class QAction;
 class QMenu;
 
-/// What the user can have done by a button, a menu entry or a key.
+/// A command of the user: a button, a menu entry, a key, or several of them.
 struct Command {
     int id = 0;  ///< of the button or the menu entry
     std::function<void()> run;
     bool (ProfileSession::*enabled)() const = nullptr;  ///< nullptr: always
     QStringView shortcut = {};
-    bool marks_modified = false;  ///< whatever it changed
+    bool marks_modified = false;  ///< also when nothing changed
 };
 
-/// The commands of the main dialog: ties them to their buttons, menu entries and keys, runs them
-/// and keeps them enabled as the session allows.
+/// The commands of the main dialog. Connects them with their buttons, menu entries and keys, runs
+/// them and enables them as the session allows.
 class DialogCommands : public QObject {
     Q_OBJECT
 
@@ -38,7 +38,7 @@ public:
     void Update();
 
 signals:
-    /// A command was chosen, also when it did not run because the open entry was refused.
+    /// The user chose a command. It may not have run because the open entry was refused.
     void Chosen();
 
 private:

@@ -39,7 +39,7 @@ QWidget* MakeControl(const ControlTemplate& control, QDialog* dialog, ProfileSes
         }
         case ControlClass::CheckBox: {
             auto* const box = new QCheckBox(caption, dialog);
-            box->setStyleSheet(u"spacing: 3px"_s);  // the template's width asks for it
+            box->setStyleSheet(u"spacing: 3px"_s);  // to fit the template's width
             return box;
         }
         case ControlClass::Edit: return new QLineEdit(dialog);
@@ -58,7 +58,7 @@ DialogControls::DialogControls(std::span<const ControlTemplate> controls, QDialo
     for (const ControlTemplate& control : controls) {
         QWidget* const widget = MakeControl(control, dialog, session);
         widget->setGeometry(PixelRect(control.place));
-        // The template's labels are narrow for some fonts.
+        // Some fonts are too wide for the template's labels.
         if (control.control_class == ControlClass::Label)
             widget->resize(std::max(widget->width(), widget->sizeHint().width()), widget->height());
         widget->setAccessibleName(control.accessible_name.toString());

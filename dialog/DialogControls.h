@@ -17,15 +17,15 @@ class DialogControls {
 public:
     DialogControls() = default;
 
-    /// Gives `dialog` the templates' font and makes a child of it for each control, at the
-    /// template's place. The dialog owns the widgets; a grid works on `session`.
+    /// Gives `dialog` the templates' font and creates a child widget for each control, at the
+    /// template's place. The dialog owns the widgets. A grid works on `session`.
     DialogControls(std::span<const ControlTemplate> controls, QDialog* dialog,
                    ProfileSession* session);
 
     /// Null when there is no control of that id.
     QWidget* operator[](int id) const { return m_widgets.value(id); }
 
-    /// Null as well when the control is not of that class.
+    /// Null when there is no control of that id and class.
     template <typename Widget>
     Widget* Get(int id) const {
         return qobject_cast<Widget*>(m_widgets.value(id));

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Rounded to the nearest pixel without leaving integers.
+// Rounds to the nearest pixel in integers.
 constexpr int Across(int units) {
     return (units * 3 + 1) / 2;
 }
@@ -21,7 +21,7 @@ constexpr int Down(int units) {
 
 constexpr int kMaxRowsWithoutScrollBar = 12;
 
-// Below the grid, above the controls that had to move there.
+// The line of the mean is below the grid, above the controls that moved down for it.
 constexpr int kGapBelowGrid = 6;
 
 // Controls from here on keep their distance to the right or the bottom edge of the dialog.
@@ -49,7 +49,7 @@ QSize ProfileGridSize(int columns_width, int rows, int header_height) {
         .expandedTo({columns_width, shown * kGridRowHeight + header_height});
 }
 
-// What the grid of a kind has more than that of the template.
+// Extra size of a kind's grid beyond the template's.
 QSize GridBeyondTemplate(const KindDescriptor& facts) {
     return ProfileGridSize(facts.columnsWidth(), facts.rows, facts.header_height) -
            ProfileGridSize(0, 0, 0);
@@ -74,7 +74,7 @@ QHash<int, QRect> MainDialogPlaces(ProfileKind kind, int rows, QSize extra) {
     const KindDescriptor& facts = Describe(kind);
     const QSize more_grid = GridBeyondTemplate(facts);
     const int wider = more_grid.width();
-    const int more_rows = extra.height() / kGridRowHeight * kGridRowHeight;  // none of them cut
+    const int more_rows = extra.height() / kGridRowHeight * kGridRowHeight;  // whole rows only
     QHash<int, QRect> places;
     for (const ControlTemplate& control : kMainDialog) {
         QRect place = PixelRect(control.place);
@@ -93,7 +93,7 @@ QHash<int, QRect> MainDialogPlaces(ProfileKind kind, int rows, QSize extra) {
             place.setSize(place.size() + more_grid + QSize(0, more_rows));
         places.insert(control.id, place);
     }
-    // The grid's lower end at the dialog's starting size: from there on all below it moves along.
+    // The grid's lower end at the starting size. All controls below it move with it.
     int start_end = places[kGrid].bottom() + 1 - more_rows;
     if (kind == ProfileKind::Function) {
         places[kGrid] = PointGridRect(rows, more_rows).translated(extra.width(), 0);

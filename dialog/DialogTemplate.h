@@ -122,13 +122,13 @@ QSize PixelSize(const std::array<int, 2>& size);
 /// The size at which the main dialog starts: the template's, wider where the kind's columns are.
 QSize MainDialogStartSize(ProfileKind kind);
 
-/// Where the controls of the main dialog stand, by their ids, when the grid has `rows` rows and the
-/// window is larger by `extra` than at its start. The grid of a function grows by a row a point up
-/// to twelve, then makes room for its scroll bar.
+/// The places of the main dialog's controls, by their ids, when the grid has `rows` rows and the
+/// window is larger by `extra` than at its start. The grid of a function grows with its points up
+/// to twelve rows; with more points it gets a scroll bar.
 QHash<int, QRect> MainDialogPlaces(ProfileKind kind, int rows, QSize extra);
 
 /// The line of the mean, directly below the grid.
 inline constexpr int kMeanHeight = 13;
 
-/// The font that the templates' places are made for.
+/// The font for which the templates' places were chosen.
 inline constexpr int kDialogFontPixels = 11;

@@ -14,7 +14,7 @@ namespace {
 constexpr int kFontPixelSize = 10;
 constexpr int kMeanDecimals = 3;
 
-// Red that can be read on the window's own colour, light or dark.
+// A red that is readable on the window's colour, light or dark.
 QColor WarningColour(const QPalette& palette) {
     const bool dark = palette.color(QPalette::Window).lightness() < 128;
     return dark ? QColor(255, 120, 110) : QColor(180, 0, 20);

@@ -5,8 +5,8 @@
 
 class ProfileSession;
 
-/// Reads out the mean of a coefficient profile as it stands: in the plain text colour while it is
-/// 1, in a warning colour otherwise. Empty for the other kinds.
+/// Shows the current mean of a coefficient profile: in the text colour while it is 1, in a warning
+/// colour otherwise. Empty for the other kinds.
 class MeanLabel : public QLabel {
     Q_OBJECT
 

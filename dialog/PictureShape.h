@@ -16,8 +16,8 @@ struct PictureShape {
     qreal opacity = 1.0;
 };
 
-/// A drawing as it is kept in the resources: its shapes in the order in which they are painted,
-/// made from an SVG file when the program is built, so that none is read when it starts.
+/// A drawing in the resources: its shapes in painting order. The build makes them from an SVG file,
+/// so that the program reads no SVG when it starts.
 struct PictureShapes {
     QSize size;
     QList<PictureShape> shapes;

@@ -29,7 +29,7 @@ QMessageBox::Icon BoxIcon(MessageIcon icon) {
     return QMessageBox::Warning;
 }
 
-// The buttons have the texts "OK", "Yes" and "No" whatever the desktop's language.
+// The buttons read "OK", "Yes" and "No" in every language of the desktop.
 QMessageBox::StandardButton RunBox(
     QMessageBox::Icon icon, const QString& caption, const QString& text,
     const QList<std::pair<QMessageBox::StandardButton, QString>>& buttons) {
@@ -46,7 +46,7 @@ QMessageBox::StandardButton RunBox(
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 
-/// Opens a file without a dot as it stands: the toolkit would look for one with the default suffix.
+/// Opens a file whose name has no dot: the toolkit would append the default suffix.
 class FileChoice : public QFileDialog {
 public:
     using QFileDialog::QFileDialog;
@@ -65,7 +65,7 @@ protected:
 
 QString RunFileDialog(const FileRequest& request, QFileDialog::AcceptMode mode) {
     FileChoice dialog(ActiveWindow(), QString(), request.folder);
-    // The toolkit finds the pattern in the last brackets and leaves these out of the caption.
+    // The toolkit takes the pattern from the last brackets and does not show these.
     QStringList filters;
     for (const FileRequest::FileType& type : request.types)
         filters.append(type.caption + u" ("_s + type.pattern + u')');

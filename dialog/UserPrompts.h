@@ -5,7 +5,7 @@
 #include "base/Message.h"
 
 /// While it lives, messages, questions and file dialogs of the process are modal windows over the
-/// active one; what was installed before comes back afterwards.
+/// active one. Its destructor installs the previous handlers again.
 class UserPrompts {
 public:
     UserPrompts();
