@@ -12,8 +12,10 @@
 #include "dialog/ButtonLayout.h"
 #include "grid/PasteRules.h"
 #include "grid/TabMoves.h"
+#include "profiles/Calculation.h"
 #include "profiles/Coefficients.h"
 #include "profiles/EntryRules.h"
+#include "profiles/PointSeries.h"
 #include "profiles/ProfileFile.h"
 #include "profiles/ProfileTable.h"
 
@@ -26,6 +28,7 @@
 #include <clocale>
 #include <cmath>
 #include <limits>
+#include <random>
 
 using namespace Qt::StringLiterals;
 
@@ -241,6 +244,48 @@ QJsonValue Ratio(const QJsonValue& pair, const QJsonObject&) {
                : QJsonValue();
 }
 
+// The place of `name` in `names`.
+template <typename Enum>
+Enum EnumOf(const QJsonValue& name, const QStringList& names) {
+    return static_cast<Enum>(names.indexOf(name.toString(names.first())));
+}
+
+QJsonValue Calculated(const QJsonValue&, const QJsonObject& input) {
+    const Calculation calculation = {
+        EnumOf<Operation>(input[u"operation"],
+                          {u"multiply"_s, u"add"_s, u"set"_s, u"linear"_s, u"limit"_s, u"round"_s}),
+        input[u"a"].toDouble(), input[u"b"].toDouble()};
+    const QList<int> numbers = Numbers(input[u"rows"]);
+    const auto result = Calculate(calculation, VectorStrings(input[u"column"]),
+                                  {numbers.begin(), numbers.end()}, VectorStrings(input[u"times"]));
+    if (const auto* column = std::get_if<QStringList>(&result))
+        return QJsonObject{{u"column"_s, Array(*column)}};
+    const auto& [reason, row] = std::get<CalculationFault>(result);
+    const QStringList reasons = {u"wrong field"_s, u"no number"_s, u"not finite"_s};
+    return QJsonObject{{u"fault"_s, reasons[static_cast<int>(reason)]}, {u"row"_s, row}};
+}
+
+QJsonValue Series(const QJsonValue&, const QJsonObject& input) {
+    const QJsonObject fields = input[u"plan"].toObject();
+    SeriesPlan plan;
+    plan.shape = EnumOf<SeriesShape>(
+        fields[u"shape"], {u"constant"_s, u"linear"_s, u"sine"_s, u"pulse"_s, u"interpolated"_s});
+    plan.count = fields[u"count"].toInt(plan.count);
+    for (const auto& [name, number] : {std::pair{"start", &plan.start},
+                                       {"step", &plan.step},
+                                       {"a", &plan.a},
+                                       {"b", &plan.b},
+                                       {"period", &plan.period},
+                                       {"phase", &plan.phase},
+                                       {"share", &plan.share}})
+        *number = fields[QLatin1StringView(name)].toDouble(*number);
+    const auto points = MakeSeries(plan, {VectorStrings(input[u"function"][u"times"]),
+                                          VectorStrings(input[u"function"][u"values"])});
+    return points ? QJsonObject{{u"times"_s, Array(points->times)},
+                                {u"values"_s, Array(points->values)}}
+                  : QJsonValue();
+}
+
 // A rule and the cases that it is for.
 struct Rule {
     const char* file;
@@ -292,7 +337,13 @@ const Rule kRules[] = {
      [](Value in, All) -> QJsonValue {
          return FocusInset({in[0].toInt(), in[1].toInt()});
      }},
-    {"chart", "contrast", Ratio}};
+    {"chart", "contrast", Ratio},
+    {"calculations", "operation", Calculated},
+    {"calculations", "orders",
+     [](Value in, All) -> QJsonValue {
+         return KeepsTimeOrder(VectorStrings(in[0]), VectorStrings(in[1]));
+     }},
+    {"series", nullptr, Series}};
 
 // In a form that can be compared and printed; of an object only what `keys` has too.
 QByteArray Text(const QJsonValue& value, const QJsonObject& keys) {
@@ -350,6 +401,51 @@ private slots:
         for (const auto& [one, expected] : pairs) {
             const QJsonValue result = rule->result(one, input);
             QCOMPARE(Text(result, expected.toObject()), Text(expected, result.toObject()));
+        }
+    }
+
+    // Random columns against the definitions, and resampling against a search through all points.
+    void CalculationsAndSeries() {
+        std::mt19937 random(20261121);
+        const auto number = [&] { return static_cast<int>(random() % 2001) / 8.0 - 125.0; };
+        for (int round = 0; round < 200; ++round) {
+            const int count = 2 + static_cast<int>(random() % 30);
+            PointTexts function;
+            std::vector<std::pair<double, double>> points;
+            QList<qsizetype> rows;
+            for (int i = 0; i < count; ++i) {
+                points.emplace_back(i + static_cast<int>(random() % 4) / 4.0, number());
+                function.times.append(NumberText13(points.back().first));
+                function.values.append(NumberText13(points.back().second));
+                if (random() % 2 == 0)
+                    rows.append(i);
+            }
+            const double low = number();
+            for (const Calculation& one : {Calculation{Operation::Multiply, low},
+                                           {Operation::Add, low},
+                                           {Operation::Limit, low, low + 50.0}}) {
+                const auto result = std::get<QStringList>(Calculate(one, function.values, rows));
+                for (int i = 0; i < count; ++i) {
+                    const double x = points[static_cast<size_t>(i)].second;
+                    const double y = one.operation == Operation::Multiply ? x * low
+                                     : one.operation == Operation::Add
+                                         ? x + low
+                                         : std::min(std::max(x, low), low + 50.0);
+                    QCOMPARE(ParseNumber(result[i]), rows.contains(i) ? y : x);
+                }
+            }
+            const SeriesPlan plan = {-1.0, 0.25, 140, SeriesShape::Interpolated};
+            const PointTexts resampled = MakeSeries(plan, function).value();
+            for (int i = 0; i < plan.count; ++i) {
+                const double time = plan.start + i * plan.step;
+                double expected = points.front().second;
+                for (size_t k = 0; k < points.size() && points[k].first <= time; ++k) {
+                    const auto& [t0, v0] = points[k];
+                    const auto& [t1, v1] = points[std::min(k + 1, points.size() - 1)];
+                    expected = t1 > t0 ? v0 + (v1 - v0) * (time - t0) / (t1 - t0) : v0;
+                }
+                QVERIFY(std::abs(ParseNumber(resampled.values[i]) - expected) < 1e-9);
+            }
         }
     }
 
