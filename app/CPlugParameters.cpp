@@ -2,6 +2,7 @@
 #include "app/CPlugParameters.h"
 
 #include "app/CPlugExchangeFile.h"
+#include "app/ExchangeLines.h"
 #include "base/Cp1252.h"
 #include "base/Message.h"
 
@@ -13,11 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype kFourthLine = 3;
-constexpr qsizetype kCyclesLine = 10;
-constexpr qsizetype kPointCountLine = 11;
-constexpr qsizetype kPointLineCountLine = 12;
-constexpr qsizetype kFirstPointLine = 13;
 constexpr qsizetype kSecondPointLine = kFirstPointLine + 2;
 
 constexpr QByteArrayView kTimeComment = "! Time at point|hr|0|+Inf";

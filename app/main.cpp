@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CPlugApp.h"
+#include "app/CommandLine.h"
 #include "app/StandardStreams.h"
+#include "base/FileReplace.h"
 #include "base/Message.h"
 
 #include <QMutex>
 #include <QStringList>
 
+#include <algorithm>
 #include <cstdlib>
 #include <exception>
+#include <iterator>
 #include <new>
 #include <optional>
 
@@ -67,6 +71,11 @@ const QString kNoMemory = u"There is not enough memory, the exchange file is unc
 }  // namespace
 
 int main(int argc, char* argv[]) {
+    QStringList arguments;
+    std::transform(argv + std::min(argc, 1), argv + argc, std::back_inserter(arguments),
+                   PathFromBytes);
+    if (const std::optional<int> status = RunWithoutWindow(arguments))
+        return *status;
     PrepareStandardStreams();
 #ifdef Q_OS_UNIX
     // A host that closed its end of our standard output must not end the editor.

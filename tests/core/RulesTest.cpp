@@ -3,7 +3,9 @@
 // paste, the mouse on the chart and the parts of a button. All under a locale with a decimal comma
 // where the machine has one.
 
+#include "TestFiles.h"
 #include "VectorFile.h"
+#include "app/FileCheck.h"
 #include "base/ColourContrast.h"
 #include "base/EnglishAtof.h"
 #include "base/Message.h"
@@ -21,6 +23,7 @@
 
 #include <QJsonDocument>
 #include <QLocale>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
@@ -286,6 +289,27 @@ QJsonValue Series(const QJsonValue&, const QJsonObject& input) {
                   : QJsonValue();
 }
 
+// The sample with some lines replaced, and those from "end" on gone. "%" stands for a byte.
+QJsonValue FileChecked(const QJsonValue&, const QJsonObject& input) {
+    QList<QByteArray> lines = ReadAll(QStringLiteral(SAMPLES_DIR "pump-start.txt")).split('\n');
+    lines.resize(input[u"end"].toInt(static_cast<int>(lines.size()) + 1) - 1);
+    const QJsonObject edits = input[u"edits"].toObject();
+    for (auto edit = edits.begin(); edit != edits.end(); ++edit)
+        lines[edit.key().toInt() - 1] =
+            QByteArray::fromPercentEncoding(edit.value().toString().toLatin1());
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"file.txt"_s);
+    WriteAll(path, lines.join(input[u"crlf"].toBool() ? "\r\n" : "\n"));
+    QJsonArray found;
+    const FileCheck check = CheckExchangeFile(path, [&](qsizetype line, const QString& text) {
+        found.append(u"%1: %2"_s.arg(QString::number(line), text));
+    });
+    const FileSummary& summary = check.summary;
+    if (check.faults == 0)
+        found = {check.readable, summary.points, summary.first_time, summary.last_time};
+    return QJsonObject{{u"found"_s, found}};
+}
+
 // A rule and the cases that it is for.
 struct Rule {
     const char* file;
@@ -338,6 +362,7 @@ const Rule kRules[] = {
          return FocusInset({in[0].toInt(), in[1].toInt()});
      }},
     {"chart", "contrast", Ratio},
+    {"file_checks", nullptr, FileChecked},
     {"calculations", "operation", Calculated},
     {"calculations", "orders",
      [](Value in, All) -> QJsonValue {
