@@ -100,6 +100,13 @@ double ParseNumber(QStringView text) {
     return Parse(text).value;
 }
 
+std::vector<double> ParseNumbers(const QStringList& texts) {
+    std::vector<double> numbers(static_cast<size_t>(texts.size()));
+    std::transform(texts.cbegin(), texts.cend(), numbers.begin(),
+                   [](const QString& text) { return ParseNumber(text); });
+    return numbers;
+}
+
 float EnglishAtof(QStringView text) {
     return static_cast<float>(ParseNumber(text));
 }

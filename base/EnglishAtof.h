@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QStringList>
 #include <QStringView>
+
+#include <vector>
 
 /// True for white space as it stands before numbers and between words of a file.
 constexpr bool IsBlank(char c) {
@@ -17,6 +20,9 @@ float EnglishAtof(QStringView text);
 
 /// As `EnglishAtof`, in double precision.
 double ParseNumber(QStringView text);
+
+/// The same for each of `texts`.
+std::vector<double> ParseNumbers(const QStringList& texts);
 
 /// True when `text` is exactly one finite decimal number with optional white space around it. White
 /// space is the same as for `EnglishAtof`; a no-break space is none.

@@ -21,18 +21,11 @@ bool FieldsAreRight(const SeriesPlan& plan) {
            (plan.shape != SeriesShape::Pulse || (plan.share >= 0.0 && plan.share <= 1.0));
 }
 
-std::vector<double> Numbers(const QStringList& texts) {
-    std::vector<double> numbers(static_cast<size_t>(texts.size()));
-    std::transform(texts.begin(), texts.end(), numbers.begin(),
-                   [](const QString& text) { return ParseNumber(text); });
-    return numbers;
-}
-
 // The value of a function at times that rise from call to call.
 class Interpolation {
 public:
     explicit Interpolation(const PointTexts& function)
-        : m_times(Numbers(function.times)), m_values(Numbers(function.values)) {
+        : m_times(ParseNumbers(function.times)), m_values(ParseNumbers(function.values)) {
         if (!std::is_sorted(m_times.begin(), m_times.end()))
             Sort();
     }

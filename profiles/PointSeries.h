@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QStringList>
+#include "profiles/PointTexts.h"
 
 #include <optional>
 
@@ -28,12 +28,6 @@ struct SeriesPlan {
     double period = 24.0;  ///< hours, above 0
     double phase = 0.0;    ///< degrees
     double share = 0.5;    ///< 0 to 1
-};
-
-/// Points as the texts of the table: lists of the same length.
-struct PointTexts {
-    QStringList times;
-    QStringList values;
 };
 
 /// The points of the series as "%.13g" texts. `Interpolated` takes the values from `function`: on

@@ -6,6 +6,7 @@
 #include "base/FileReplace.h"
 #include "base/Message.h"
 #include "base/NumberText.h"
+#include "base/Words.h"
 #include "profiles/ProfileFolders.h"
 
 #include <QDir>
@@ -36,14 +37,6 @@ QByteArrayView TakeLine(QByteArrayView& rest) {
     const QByteArrayView line = end < 0 ? rest : rest.first(end);
     rest = rest.sliced(end < 0 ? rest.size() : end + 1);
     return line;
-}
-
-// Takes the first word off `rest`; empty when nothing but blanks is left.
-QByteArrayView TakeWord(QByteArrayView& rest) {
-    const auto begin = std::find_if_not(rest.begin(), rest.end(), IsBlank);
-    const auto end = std::find_if(begin, rest.end(), IsBlank);
-    rest = QByteArrayView(end, rest.end());
-    return QByteArrayView(begin, end);
 }
 
 Lines SplitLines(QByteArrayView bytes) {

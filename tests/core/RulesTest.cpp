@@ -17,9 +17,12 @@
 #include "profiles/Calculation.h"
 #include "profiles/Coefficients.h"
 #include "profiles/EntryRules.h"
+#include "profiles/InsertPoints.h"
+#include "profiles/PointFile.h"
 #include "profiles/PointSeries.h"
 #include "profiles/ProfileFile.h"
 #include "profiles/ProfileTable.h"
+#include "profiles/TableText.h"
 
 #include <QJsonDocument>
 #include <QLocale>
@@ -152,6 +155,72 @@ QJsonValue AddedPoint(const QJsonValue&, const QJsonObject& input) {
     return QJsonObject{
         {u"row"_s, InsertionRow(VectorStrings(input[u"times"]), time)},
         {u"cells"_s, Array({NumberText7(double{time}), NumberText7(double{value})})}};
+}
+
+// Rows as a text: "time value|time value".
+PointTexts RowsFrom(const QJsonValue& value) {
+    PointTexts rows;
+    for (const QString& row : value.toString().split(u'|', Qt::SkipEmptyParts)) {
+        rows.times.append(row.section(u' ', 0, 0));
+        rows.values.append(row.section(u' ', 1));
+    }
+    return rows;
+}
+
+QString RowsText(const PointTexts& points) {
+    QStringList rows;
+    for (qsizetype i = 0; i < points.times.size(); ++i)
+        rows.append(points.times[i] + u' ' + points.values.value(i));
+    return rows.join(u'|');
+}
+
+QJsonValue FaultOf(const PointReading& reading, PointTask task) {
+    return reading.fault ? FaultMessage(*reading.fault, task) : QJsonValue();
+}
+
+QJsonValue Pasted(const QJsonValue& text, const QJsonObject& input) {
+    const PointTexts present = RowsFrom(input[u"rows"]);
+    const PointReading reading = ReadPastedPoints(text.toString(), present.times);
+    const InsertedPoints all = InsertPoints(present, reading.points);
+    QJsonArray added;
+    for (const int row : all.rows)
+        added.append(row);
+    return QJsonObject{{u"rows"_s, RowsText(all.points)},
+                       {u"added"_s, added},
+                       {u"message"_s, FaultOf(reading, PointTask::Insert)}};
+}
+
+// Reads with the columns that the file itself shows, unless a case names others.
+QJsonValue Imported(const QJsonValue& content, const QJsonObject& input) {
+    const std::array separators = {u"tab"_s,  u"semicolon"_s, u"comma"_s,
+                                   u"wide"_s, u"blanks"_s,    u"none"_s};
+    const PointFile file(input.contains(u"utf8"_s) ? input[u"utf8"].toString().toUtf8()
+                                                   : VectorBytes(content));
+    QStringList layouts;
+    for (const PointLayout& layout : file.layouts())
+        layouts.append(separators[static_cast<size_t>(layout.separator)] +
+                       QString::number(layout.columns));
+    PointColumns columns = file.likelyColumns();
+    if (input.contains(u"columns"_s)) {
+        columns.time = input[u"columns"][0].toInt();
+        columns.value = input[u"columns"][1].toInt();
+    }
+    const PointReading reading = file.Read(columns);
+    return QJsonObject{{u"points"_s, RowsText(reading.points)},
+                       {u"layouts"_s, layouts.join(u' ')},
+                       {u"asks"_s, file.needsChoice()},
+                       {u"message"_s, FaultOf(reading, PointTask::Import)}};
+}
+
+QJsonValue Exported(const QJsonValue& rows, const QJsonObject&) {
+    ProfileTable table(Function);
+    const auto [times, values] = RowsFrom(rows);
+    table.ResetRows(times, values);
+    return QJsonObject{{u"copied"_s, TableText(table, kCopiedTable, {2, 1})},
+                       {u"commas"_s, TableText(table, kCopiedTableWithCommas)},
+                       {u"semicolon_file"_s, TableText(table, kSemicolonFile, {}, u"\r\n")},
+                       {u"comma_file"_s, TableText(table, kCommaFile)},
+                       {u"tab_file"_s, TableText(table, kTabFile)}};
 }
 
 QJsonValue Clipboard(const QJsonValue&, const QJsonObject& input) {
@@ -353,6 +422,15 @@ const Rule kRules[] = {
     {"dat_write", "chosen",
      [](Value in, All) -> QJsonValue { return WithExtension(PathFrom(in)).replace(u'/', u'\\'); },
      "written"},
+    {"points", "number",
+     [](Value in, All) -> QJsonValue {
+         const std::optional<QString> number = PointNumber(in.toString());
+         return number ? *number : QJsonValue();
+     }},
+    {"points", "pasted", [](Value, All all) { return Pasted(all[u"pasted"], all); }},
+    {"points", "file", [](Value, All all) { return Imported(all[u"file"], all); }},
+    {"points", "utf8", [](Value, All all) { return Imported({}, all); }},
+    {"points", "table", [](Value, All all) { return Exported(all[u"table"], all); }},
     {"chart", "tip", Tip},
     {"chart", "drag", Dragged},
     {"chart", "cut", [](Value in, All) -> QJsonValue { return CutToHundredths(in.toDouble()); }},
@@ -485,6 +563,21 @@ private slots:
         QCOMPARE(AdjustCoefficients(Daily, column, 1e-20F), column);
         for (const QStringList& left : {QStringList(12, u"3e38"_s), QStringList{u"13.00"_s}})
             QCOMPARE(SettleRemainder(left.size() == 12 ? Annual : Daily, left), left);
+    }
+
+    // Reading a file can be cancelled, and tells how far it is.
+    void ImportGoesOnOrNot() {
+        const PointFile file(QByteArray("1.5;2.5").leftJustified(1000).append('\n').repeated(2000));
+        QList<int> told;
+        const auto tell = [&](int percent) {
+            told.append(percent);
+            return told.size() < 4;
+        };
+        const PointReading cancelled = file.Read(file.likelyColumns(), tell);
+        QVERIFY(cancelled.cancelled && cancelled.points.times.isEmpty() && !cancelled.fault);
+        QVERIFY(told.size() == 4 && std::is_sorted(told.cbegin(), told.cend()));
+        QCOMPARE(file.Read(file.likelyColumns()).points.values.size(), 2000);
+        QCOMPARE(PointFile::Open(u"/"_s).fault()->kind, PointFault::Kind::CannotOpen);
     }
 
     // From headers, and from a cell that is no longer there, a move ends on a data cell.
