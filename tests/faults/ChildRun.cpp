@@ -17,11 +17,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Nothing of the parent is run down in a child that ends here.
-[[noreturn]] void End(int status) {
-    _exit(status);
-}
-
 int Wait(int process) {
     int status = 0;
     while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
@@ -31,55 +26,23 @@ int Wait(int process) {
 
 }  // namespace
 
-QString InChild(const std::function<QString()>& work) {
-    int ends[2];
-    if (pipe(ends) != 0)
-        return u"no pipe"_s;
+int InChild(const std::function<int()>& work) {
     const int child = fork();
-    if (child == 0) {
-        close(ends[0]);
-        const QByteArray told = work().toUtf8();
-        const auto size = static_cast<size_t>(told.size());
-        End(write(ends[1], told.constData(), size) == told.size() ? 0 : 1);
-    }
-    close(ends[1]);
-    QFile in;
-    QString told;
-    if (in.open(ends[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
-        told = QString::fromUtf8(in.readAll());
-    if (const int status = Wait(child); status != 0)
-        told += u" the child ended with status %1"_s.arg(status);
-    return told;
+    if (child == 0)
+        _exit(work());  // nothing of the parent is run down
+    const int status = child > 0 ? Wait(child) : -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-EndlessChild::EndlessChild(const std::function<void()>& work) {
-    int ends[2];
-    if (pipe(ends) != 0)
-        return;
-    m_process = fork();
-    if (m_process == 0) {
-        (void)!write(ends[1], "", 1);
-        while (true)
-            work();
-    }
-    close(ends[1]);
-    char ready = 0;
-    (void)!read(ends[0], &ready, 1);
-    close(ends[0]);
-}
-
-EndlessChild::~EndlessChild() {
-    KillAfter(0);
-}
-
-bool EndlessChild::KillAfter(unsigned microseconds) {
-    if (m_process <= 0)
+bool KillAfter(unsigned microseconds, const std::function<void()>& work) {
+    const int child = fork();
+    while (child == 0)
+        work();
+    if (child < 0)
         return false;
     usleep(microseconds);
-    kill(m_process, SIGKILL);
-    const int status = Wait(m_process);
-    m_process = -1;
-    return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
+    kill(child, SIGKILL);
+    return WIFSIGNALED(Wait(child));
 }
 
 void LimitFileSize(qint64 bytes) {
@@ -89,12 +52,10 @@ void LimitFileSize(qint64 bytes) {
     (void)setrlimit(RLIMIT_FSIZE, &limits);
 }
 
-void BecomeNobody(std::optional<unsigned> also_of_group) {
-    if (geteuid() != 0)
-        return;
-    const gid_t group = also_of_group.value_or(kNobody);
-    if (setgroups(1, &group) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0)
-        End(2);
+void BecomeNobody(unsigned group) {
+    if (geteuid() == 0 &&
+        (setgroups(1, &group) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0))
+        _exit(1);
 }
 
 void FillDisk(const QString& folder) {

@@ -4,29 +4,16 @@
 #include <QString>
 
 #include <functional>
-#include <optional>
 
 /// A user and a group that own nothing.
 constexpr unsigned kNobody = 65534;
 
-/// What `work`, done in a child process, tells: limits, users and mounts that the child takes on
-/// end with it. A child that did not end by itself is told too.
-QString InChild(const std::function<QString()>& work);
+/// Does `work` in a child process: limits, users and mounts that the child takes on end with it.
+/// Returns what `work` does, 0 .. 255, or -1 when the child did not end by itself.
+int InChild(const std::function<int()>& work);
 
-/// A child that does `work` until it is killed.
-class EndlessChild {
-public:
-    explicit EndlessChild(const std::function<void()>& work);
-    ~EndlessChild();
-    EndlessChild(const EndlessChild&) = delete;
-    EndlessChild& operator=(const EndlessChild&) = delete;
-
-    /// False when it ended by itself, before or after `microseconds`.
-    bool KillAfter(unsigned microseconds);
-
-private:
-    int m_process = -1;
-};
+/// A child does `work` again and again until it is killed. False when it ended by itself before.
+bool KillAfter(unsigned microseconds, const std::function<void()>& work);
 
 /// @{ For use inside a child, or in a test that lives with them until its end.
 
@@ -34,7 +21,7 @@ private:
 void LimitFileSize(qint64 bytes);
 
 /// Gives up all rights of an administrator, if this process has them.
-void BecomeNobody(std::optional<unsigned> also_of_group = {});
+void BecomeNobody(unsigned group = kNobody);
 
 /// Puts a new file system of `bytes` on the folder, for this process alone. False when the system
 /// does not let it.
