@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "VectorFile.h"
 #include "chart/AxisPlan.h"
 #include "chart/CGraphControl.h"
-#include "chart/ItemPicking.h"
 #include "chart/LineThinning.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTest>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <map>
@@ -50,45 +55,45 @@ class ChartDocTest : public QObject {
     }
 
 private slots:
+    // What a build gives: sizes, colours of grid lines and marks, items.
+    void charts_data() { AddVectorRows("charts"); }
     void charts() {
-        // Height of the title, step, colours of grid lines and marks, items, axis titles; then the
-        // items: upright labels, value, last label.
-        const QString colours = u"205 205 205|0 128 0|56 102 224|255 0 0"_s;
-        const std::pair<int, QString> charts[] = {
-            {-1,
-             u"15|0|230 230 230|230 230 230|0 0 0|255 0 0|0 0 255|0|Value of function|Value of time"_s},
-            {0, u"11|0.2|%1|12|Coefficient Multiplicateur|Mois de l'année|0|1|Décembre"_s},
-            {1, u"22|250|%1|12|Besoin journalier moyen l/j|Mois de l'année|0|1800|Décembre"_s},
-            {2, u"22|20|%1|7|Besoin journalier moyen en l/j|Jours de la Semaine|0|100|Dimanche"_s},
-            {3, u"11|0.2|%1|24|Coefficient Horaire|Heures de la Journée|1|1|23 h"_s},
-            {9, u"11|0|%1|12|||0|nan|"_s}};
-        for (const auto& [kind, expected] : charts) {
-            CGraphControl control;
-            control.SetTitle(u" \nMask"_s);
-            kind < 0 ? control.BuildFunctionChart()
-                     : control.BuildProfileChart(static_cast<ProfileKind>(kind));
-            const CDocControl& chart = control.document();
-            const double title_height = chart.title.rect.bottom;
-            QStringList facts = {QString::number(title_height),
-                                 QString::number(chart.value_scale.interval)};
-            const auto add_colour = [&facts](Colour colour) {
-                facts += u"%1 %2 %3"_s.arg(colour.red).arg(colour.green).arg(colour.blue);
-            };
-            for (const auto& line : chart.grid_lines)
-                add_colour(line.colour);
-            for (const auto& mark : chart.tick_marks)
-                add_colour(mark.colour);
-            const int last = chart.ItemCount() - 1;
-            facts += {QString::number(last + 1), chart.value_label.text, chart.index_label.text};
-            if (last >= 0)
-                facts += {QString::number(chart.item_style.flags / ItemStyle::kUprightLabel),
-                          QString::number(chart.Value(last, 0)), chart.Label(last)};
-            QCOMPARE(facts.join(u'|'), expected.contains(u"%1") ? expected.arg(colours) : expected);
-            QCOMPARE(chart.title.text, u" \nMask"_s);
-            QCOMPARE(chart.title.rect, (PercentRect{0.0, 0.0, 100.0, title_height}));
-            QCOMPARE(chart.display_rect, (PercentRect{0.0, title_height, 100.0, 100.0}));
-        }
-        // The point style leaves the other flags.
+        QFETCH(const QJsonObject, vector);
+        const ProfileKind kind = VectorKind(vector[u"input"][u"kind"]);
+        CGraphControl control;
+        control.SetTitle(u" \nMask"_s);
+        kind == ProfileKind::Function ? control.BuildFunctionChart()
+                                      : control.BuildProfileChart(kind);
+        const CDocControl& chart = control.document();
+        QJsonArray colours;
+        const auto add_colour = [&colours](Colour colour) {
+            colours.append(QJsonArray{colour.red, colour.green, colour.blue});
+        };
+        for (const auto& line : chart.grid_lines)
+            add_colour(line.colour);
+        for (const auto& mark : chart.tick_marks)
+            add_colour(mark.colour);
+        const double title_height = chart.title.rect.bottom;
+        const int last = chart.ItemCount() - 1;
+        const QJsonObject built = {
+            {u"title_height"_s, title_height},
+            {u"step"_s, QString::number(chart.value_scale.interval)},
+            {u"colours"_s, colours},
+            {u"items"_s, chart.ItemCount()},
+            {u"value_axis"_s, chart.value_label.text},
+            {u"index_axis"_s, chart.index_label.text},
+            {u"upright"_s, (chart.item_style.flags & ItemStyle::kUprightLabel) != 0},
+            {u"last_value"_s, QString::number(chart.Value(last, 0))},
+            {u"last_label"_s, chart.Label(last)}};
+        QCOMPARE(QJsonDocument(built).toJson(),
+                 QJsonDocument(vector[u"expected"].toObject()).toJson());
+        QCOMPARE(chart.title.text, u" \nMask"_s);
+        QCOMPARE(chart.title.rect, (PercentRect{0.0, 0.0, 100.0, title_height}));
+        QCOMPARE(chart.display_rect, (PercentRect{0.0, title_height, 100.0, 100.0}));
+    }
+
+    // The point style leaves the other flags.
+    void pointStyle() {
         CGraphControl daily;
         daily.BuildProfileChart(ProfileKind::Daily);
         daily.ApplyPointStyle();
@@ -110,23 +115,13 @@ private slots:
 
     // An axis has finite limits with room beyond the data, and few labels that can be told apart.
     void axis() {
-        constexpr double kFifth = double{0.2F};
-        struct Case {
-            double interval;
-            double low;
-            double high;
-            double multiple;  // of the interval between labels; 0 when automatic
-        };
-        const Case cases[] = {
-            {kFifth, 0.0, 1.4, 1.0},     {kFifth, 0.0, 12.0, 5.0},    {250.0, 0.0, 99999.0, 50.0},
-            {kFifth, 0.0, 24.0, 10.0},   {250.0, 0.0, 0.0002, 1.0},   {20.0, 0.0, 1.6e-5, 1.0},
-            {kFifth, 0.0, 1e-7, 1.0},    {0.0, -5.0, 0.0, 0.0},       {0.0, -5.0, -3.0, 0.0},
-            {250.0, 0.0, 1e300, -1.0},   {20.0, -50.0, 100.0, 1.0},   {0.0, -3.0, 17.0, 0.0},
-            {0.0, 5.0, 5.0, 0.0},        {0.0, 0.0, 0.0, 0.0},        {0.0, -1.7e308, 1.7e308, 0.0},
-            {0.0, -3.4e38, 3.4e38, 0.0}, {20.0, 0.0, 3.4e38, 0.0},    {0.0, 0.0, 5e-324, 0.0},
-            {0.0, 1e15, 1e15 + 1, 0.0},  {20.0, -1e-300, 1e-300, 0.0}};
-        for (const auto& [interval, low, high, multiple] : cases)
-            CheckAxis(interval, low, high, multiple);
+        for (const QJsonObject& one : VectorCases("chart_axes")) {
+            const QJsonArray axes = one[u"input"][u"axes"].toArray();
+            QVERIFY(!axes.isEmpty());
+            for (const QJsonValue& axis : axes)
+                CheckAxis(axis[0].toDouble(), axis[1].toDouble(), axis[2].toDouble(),
+                          axis[3].toDouble());
+        }
 
         std::mt19937 random(1);
         const auto number = [&random] {
@@ -136,7 +131,7 @@ private slots:
         for (int i = 0; i < 3000; ++i) {
             const double one = number();
             const double other = i % 3 == 0 ? 0.0 : i % 3 == 1 ? one * (1.0 + number()) : number();
-            for (const double interval : {0.0, kFifth, 20.0, 250.0})
+            for (const double interval : {0.0, double{0.2F}, 20.0, 250.0})
                 CheckAxis(interval, std::min(one, other), std::max(one, other), 0.0);
         }
     }
@@ -156,29 +151,27 @@ private slots:
             if (!gap)
                 whole.push_back(scale.ToPixels({xs.back(), ys.back()}));
         }
+        // Of each column: first and last point, lowest and highest value.
+        using Columns = std::map<double, std::array<double, 6>>;
         const auto columns = [](const std::vector<QPointF>& line) {
-            std::map<int, std::vector<QPointF>> result;
-            for (QPointF pixel : line)
-                result[static_cast<int>(std::floor(pixel.x()))].push_back(pixel);
+            Columns result;
+            for (const QPointF pixel : line) {
+                const double x = pixel.x();
+                const double y = pixel.y();
+                auto& column =
+                    result.try_emplace(std::floor(x), Columns::mapped_type{x, y, x, y, y, y})
+                        .first->second;
+                column = {
+                    column[0], column[1], x, y, std::min(column[4], y), std::max(column[5], y)};
+            }
             return result;
-        };
-        const auto heights = [](const std::vector<QPointF>& column) {
-            const auto [low, high] = std::minmax_element(
-                column.begin(), column.end(), [](QPointF a, QPointF b) { return a.y() < b.y(); });
-            return QPointF(low->y(), high->y());
         };
         const std::vector<QPointF> line = ThinLine(xs, ys, scale).points;
         QVERIFY(std::is_sorted(line.begin(), line.end(),
                                [](QPointF a, QPointF b) { return a.x() < b.x(); }));
-        auto kept = columns(line);
-        const auto all = columns(whole);
-        QCOMPARE(kept.size(), all.size());
-        for (const auto& [x, column] : all) {
-            QVERIFY(!kept[x].empty() && kept[x].size() <= 4);
-            QCOMPARE(kept[x].front(), column.front());
-            QCOMPARE(kept[x].back(), column.back());
-            QCOMPARE(heights(kept[x]), heights(column));
-        }
+        const Columns all = columns(whole);
+        QVERIFY(columns(line) == all);
+        QVERIFY(line.size() <= 4 * all.size());
     }
 
     // Times without order cost no more, and their peaks are seen all the same.
@@ -240,45 +233,6 @@ private slots:
         int count = 0;
         ForEachMarker(xs, ys, ScaleFor(100.0), density, {}, [&count](QPointF) { ++count; });
         QCOMPARE(count, 160 / 6 + 1 + 4);
-    }
-
-    void hits() {
-        const std::pair<QPointF, int> on_points[] = {
-            // Points at pixels (40, 150), (44, 150), (44, 150) and (200, 0).
-            {{43, 151}, 1},   // nearest
-            {{48, 150}, 1},   // lower row of two
-            {{42, 150}, 0},   // same distance
-            {{34, 145}, -1},  // too far
-            {{200, 2}, 3}};   // top edge
-        CDocControl points;
-        points.ClearItems(2);
-        int item = 0;
-        for (QPointF point : {QPointF(10, 50), QPointF(11, 50), QPointF(11, 50), QPointF(50, 100),
-                              QPointF(kNaN, 50), QPointF(10, kInf)}) {
-            points.SetValue(item, 0, point.x());
-            points.SetValue(item++, 1, point.y());
-        }
-        PlotScale scale = ScaleFor(100.0);
-        for (const auto& [pixels, hit] : on_points)
-            QCOMPARE(HitItem(points, scale, pixels).value_or(-1), hit);
-
-        const std::pair<QPointF, int> on_bars[] = {
-            // Bars on x = 0 .. 3 with the ends at pixels 225, none, 300 and 330.
-            {{50, 220}, 0},     // above its end
-            {{50, 200}, -1},    // well above
-            {{150, 299}, -1},   // no value
-            {{250, 297}, 2},    // no height
-            {{100, 280}, -1},   // between bars
-            {{350, 320}, 3},    // below the axis
-            {{-60, 280}, -1}};  // left of all
-        CDocControl bars;
-        bars.display.form = DisplayForm::Bars;
-        item = 0;
-        for (double value : {25.0, kInf, 0.0, -10.0})
-            bars.SetValue(item++, 0, value);
-        scale.x = {-0.5, 3.5, 0.0, 400.0};
-        for (const auto& [pixels, hit] : on_bars)
-            QCOMPARE(HitItem(bars, scale, pixels).value_or(-1), hit);
     }
 };
 

@@ -11,6 +11,7 @@
 #include "base/Message.h"
 #include "base/NumberText.h"
 #include "chart/DragRules.h"
+#include "chart/ItemPicking.h"
 #include "dialog/ButtonLayout.h"
 #include "grid/PasteRules.h"
 #include "grid/TabMoves.h"
@@ -309,6 +310,27 @@ QJsonValue Picked(const QJsonValue& press, const QJsonObject& input) {
     return picked ? *picked + 1 : QJsonValue();
 }
 
+// A mouse over points or bars on 400 x 300 pixels; values go from 0 to 100, upward.
+QJsonValue Hit(const QJsonValue& place, const QJsonObject& input) {
+    CDocControl chart;
+    PlotScale scale = {{0.0, 100.0, 0.0, 400.0}, {0.0, 100.0, 300.0, 0.0}};
+    const QJsonArray points = input[u"points"].toArray();
+    const QJsonArray bars = input[u"bars"].toArray();
+    if (!bars.isEmpty()) {
+        chart.display.form = DisplayForm::Bars;
+        scale.x = {-0.5, static_cast<double>(bars.size()) - 0.5, 0.0, 400.0};
+    }
+    chart.ClearItems(bars.isEmpty() ? 2 : 1);
+    for (int i = 0; i < points.size(); ++i) {
+        for (const int group : {0, 1})
+            chart.SetValue(i, group, points[i][group].toString().toDouble());
+    }
+    for (int i = 0; i < bars.size(); ++i)
+        chart.SetValue(i, 0, bars[i].toString().toDouble());
+    const auto hit = HitItem(chart, scale, PointOf(place));
+    return hit ? *hit : QJsonValue();
+}
+
 QJsonValue Ratio(const QJsonValue& pair, const QJsonObject&) {
     const double contrast = Contrast(ColourOf(pair[0]), ColourOf(pair[1]));
     return contrast == Contrast(ColourOf(pair[1]), ColourOf(pair[0]))
@@ -435,6 +457,7 @@ const Rule kRules[] = {
     {"chart", "drag", Dragged},
     {"chart", "cut", [](Value in, All) -> QJsonValue { return CutToHundredths(in.toDouble()); }},
     {"chart", "pick", Picked},
+    {"chart", "hit", Hit},
     {"chart", "inset",
      [](Value in, All) -> QJsonValue {
          return FocusInset({in[0].toInt(), in[1].toInt()});
