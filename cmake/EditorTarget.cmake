@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Settings that every target of the editor shares.
-function(editor_target target)
+# Flags that every target of the editor shares.
+function(editor_flags target)
     target_compile_definitions(${target} PRIVATE QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
     if(EDITOR_WARNINGS_AS_ERRORS)
@@ -17,6 +17,12 @@ function(editor_target target)
             -fprofile-instr-generate -fcoverage-mapping)
         target_link_options(${target} PUBLIC -fsanitize=address,undefined -fprofile-instr-generate)
     endif()
+endfunction()
+
+# A target of the editor: the shared flags, and the precompiled headers if there are any.
+function(editor_target target)
+    editor_flags(${target})
+    set_property(GLOBAL APPEND PROPERTY EDITOR_TARGETS ${target})
 endfunction()
 
 # Makes the headers of a folder known as "folder/Name.h" to the libraries of that folder and to

@@ -4,7 +4,8 @@ include(GenerateExportHeader)
 
 add_library(functioneditor SHARED app/InputAPI.cpp app/functioneditor.cpp)
 add_library(functioneditor::functioneditor ALIAS functioneditor)
-editor_target(functioneditor)
+# Not with the precompiled headers, which are compiled for visible symbols.
+editor_flags(functioneditor)
 set(module_headers ${PROJECT_BINARY_DIR}/module)
 generate_export_header(functioneditor EXPORT_FILE_NAME ${module_headers}/functioneditor_export.h)
 set_target_properties(functioneditor PROPERTIES
