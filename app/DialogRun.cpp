@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QThread>
+#include <QWindow>
 
 #include <clocale>
 #include <string>
@@ -37,6 +38,17 @@ private:
     std::vector<std::pair<int, std::string>> m_former;
 };
 
+// The window `id` of another program or toolkit, owned by `dialog`. Does nothing where the display
+// knows no such windows.
+void SetTransientParent(QWidget* dialog, WindowId id) {
+    QWindow* const parent = id != 0 ? QWindow::fromWinId(static_cast<WId>(id)) : nullptr;
+    if (parent == nullptr)
+        return;
+    QObject::connect(dialog, &QObject::destroyed, parent, &QObject::deleteLater);
+    dialog->winId();  // makes the dialog's own window
+    dialog->windowHandle()->setTransientParent(parent);
+}
+
 }  // namespace
 
 void MakeApplication() {
@@ -60,10 +72,11 @@ bool CanShowDialog() {
     return application != nullptr && application->thread() == QThread::currentThread();
 }
 
-DialogOutcome RunDialog(SessionSetup setup) {
+DialogOutcome RunDialog(SessionSetup setup, WindowId parent) {
     const UserPrompts prompts;
     CDlgGridChart dialog(std::move(setup));
     dialog.setWindowIcon(WindowIcon());
+    SetTransientParent(&dialog, parent);
     DialogOutcome outcome;
     outcome.result = dialog.DoModal();
     outcome.name = dialog.session().nameForCaller();

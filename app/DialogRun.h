@@ -34,5 +34,9 @@ struct DialogOutcome {
     /// @}
 };
 
-/// Shows the dialog, with the process's messages and file dialogs as windows meanwhile.
-DialogOutcome RunDialog(SessionSetup setup);
+/// A window of the display, such as an X11 window id or an HWND; 0 for none.
+using WindowId = unsigned long long;
+
+/// Shows the dialog, with the process's messages and file dialogs as windows meanwhile. The window
+/// manager keeps it above `parent` where the display supports windows of other programs.
+DialogOutcome RunDialog(SessionSetup setup, WindowId parent = 0);

@@ -2,17 +2,19 @@
 #include "functioneditor.h"
 
 #include "app/DialogRun.h"
+#include "app/FileCheck.h"
 
 #include <QStringDecoder>
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 namespace {
 
 // The size of the request's first version, which every caller has.
-constexpr size_t kSmallestRequest = sizeof(functioneditor_request);
+constexpr size_t kSmallestRequest = FUNCTIONEDITOR_REQUEST_SIZE_0_1;
 
 struct RequestError {
     int code;
@@ -58,6 +60,8 @@ struct Request {
         times = ListFrom(request->times, request->count);
         values = ListFrom(request->values, request->count);
         names = ListFrom(request->names, request->count);
+        if (request->size > kSmallestRequest)
+            parent_window = request->parent_window;
     }
 
     QString text;
@@ -66,6 +70,7 @@ struct Request {
     QStringList times;
     QStringList values;
     QStringList names;
+    WindowId parent_window = 0;
 };
 
 void StoreName(const QString& name, functioneditor_request* request) {
@@ -100,7 +105,7 @@ int Prompt(functioneditor_request* request) {
     if (!decoded.program_folder.isEmpty())
         setup.folders = ProfileFolders(decoded.program_folder);
 
-    const DialogOutcome outcome = RunDialog(std::move(setup));
+    const DialogOutcome outcome = RunDialog(std::move(setup), decoded.parent_window);
     StoreName(outcome.name, request);
     for (qsizetype row = 0; request->on_row != nullptr && row < outcome.labels.size(); ++row)
         request->on_row(static_cast<size_t>(row), outcome.labels[row].toUtf8().constData(),
@@ -121,6 +126,29 @@ int functioneditor_prompt(functioneditor_request* request) {
     }
 }
 
+int functioneditor_check(const char* path, functioneditor_fault on_fault, void* user) {
+    if (path == nullptr)
+        return FUNCTIONEDITOR_ERROR_REQUEST;
+    try {
+        const FileCheck check =
+            CheckExchangeFile(TextFrom(path), [&](qsizetype line, const QString& text) {
+                if (on_fault != nullptr)
+                    on_fault(static_cast<size_t>(line), text.toUtf8().constData(), user);
+            });
+        constexpr qsizetype kMax = std::numeric_limits<int>::max();
+        return check.readable ? static_cast<int>(std::min(check.faults, kMax))
+                              : FUNCTIONEDITOR_ERROR_FILE;
+    } catch (const RequestError& error) {
+        return error.code;
+    } catch (...) {
+        return FUNCTIONEDITOR_ERROR_INTERNAL;
+    }
+}
+
+const char* functioneditor_version() {
+    return FUNCTION_EDITOR_VERSION;
+}
+
 const char* functioneditor_result_text(int result) {
     switch (result) {
         case FUNCTIONEDITOR_OK: return "The user pressed OK.";
@@ -138,6 +166,7 @@ const char* functioneditor_result_text(int result) {
         case FUNCTIONEDITOR_ERROR_INTERNAL:
             return "The editor ran out of memory or failed, or the row callback threw. The dialog "
                    "may have been shown.";
+        case FUNCTIONEDITOR_ERROR_FILE: return "The file cannot be read.";
         default: return "This is no result of the editor.";
     }
 }

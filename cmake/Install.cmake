@@ -36,6 +36,11 @@ configure_file(cmake/functioneditor.pc.in functioneditor.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/functioneditor.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
+set(EDITOR_PYTHON_FOLDER lib/python3/dist-packages CACHE STRING
+    "Where the Python package goes, relative to the prefix")
+install(DIRECTORY python/functioneditor DESTINATION ${EDITOR_PYTHON_FOLDER}
+    PATTERN __pycache__ EXCLUDE)
+
 # Desktop and documents.
 install(FILES resources/function-editor.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES resources/icons/function-editor.svg

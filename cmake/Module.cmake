@@ -18,6 +18,7 @@ target_include_directories(functioneditor PUBLIC
     $<BUILD_INTERFACE:${module_headers}>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/function-editor>)
 target_link_libraries(functioneditor PRIVATE editor_app)
+target_compile_definitions(functioneditor PRIVATE FUNCTION_EDITOR_VERSION="${PROJECT_VERSION}")
 
 # Hidden visibility does not reach the static libraries and the templates of the standard library.
 if(UNIX AND NOT APPLE)

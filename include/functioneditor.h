@@ -40,7 +40,8 @@ enum functioneditor_result {
     FUNCTIONEDITOR_ERROR_ROWS = -5,     /* more rows than FUNCTIONEDITOR_MAX_ROWS */
     FUNCTIONEDITOR_ERROR_NAME = -6,     /* the name does not end within its buffer */
     FUNCTIONEDITOR_ERROR_ENCODING = -7, /* a text is not valid UTF-8 */
-    FUNCTIONEDITOR_ERROR_INTERNAL = -8  /* out of memory, a fault of the editor, or on_row threw */
+    FUNCTIONEDITOR_ERROR_INTERNAL = -8, /* out of memory, a fault of the editor, or on_row threw */
+    FUNCTIONEDITOR_ERROR_FILE = -9      /* functioneditor_check only: the file cannot be read */
 };
 
 #define FUNCTIONEDITOR_MAX_ROWS 10000000
@@ -80,7 +81,15 @@ typedef struct functioneditor_request {
 
     functioneditor_row on_row; /* may be NULL */
     void* user;                /* handed to on_row as it is */
+
+    /* Since 0.2. The window of the host that the dialog belongs to: an X11 window id or an HWND;
+     * 0 for none. The window manager keeps the dialog above it. Ignored where the display cannot
+     * do that. */
+    unsigned long long parent_window;
 } functioneditor_request;
+
+/* The size of a request without the members since 0.2. */
+#define FUNCTIONEDITOR_REQUEST_SIZE_0_1 offsetof(functioneditor_request, parent_window)
 
 /* Shows the dialog and returns once the user has closed it: a functioneditor_result. The first call
  * makes its thread the one for windows, unless the process has one already; call from that thread
@@ -88,6 +97,20 @@ typedef struct functioneditor_request {
  * FUNCTIONEDITOR_ERROR_INTERNAL: the user may have seen the dialog and saved files, and `name` and
  * `name_length` may be set. No exception leaves it; one that on_row throws ends the calls of it. */
 FUNCTIONEDITOR_EXPORT int functioneditor_prompt(functioneditor_request* request);
+
+/* Called for each fault of an exchange file with an English sentence. Lines count from 1. The text
+ * is valid during the call only. */
+typedef void (*functioneditor_fault)(size_t line, const char* text, void* user);
+
+/* Since 0.2. Reads the exchange file `path` without a dialog, from any thread, and returns the
+ * number of its faults; FUNCTIONEDITOR_ERROR_FILE when it cannot be read, another error of
+ * functioneditor_result for a wrong path. `on_fault` may be NULL. It is called for the first
+ * hundred faults in the order of lines and once more with the number of all others. */
+FUNCTIONEDITOR_EXPORT int functioneditor_check(const char* path, functioneditor_fault on_fault,
+                                               void* user);
+
+/* Since 0.2. The version of the module, such as "0.2.0". Never NULL; not to be freed. */
+FUNCTIONEDITOR_EXPORT const char* functioneditor_version(void);
 
 /* An English sentence about a functioneditor_result, for logs. Never NULL; not to be freed. */
 FUNCTIONEDITOR_EXPORT const char* functioneditor_result_text(int result);

@@ -5,8 +5,10 @@ set(expected
     "FUNCTIONEDITOR_0"  # the version that the linker writes as a symbol of its own
     "InputAPI::Init()"
     "InputAPI::Prompt(int, int, QString)"
+    "functioneditor_check"
     "functioneditor_prompt"
-    "functioneditor_result_text")
+    "functioneditor_result_text"
+    "functioneditor_version")
 
 execute_process(COMMAND ${NM} --dynamic --defined-only --demangle ${MODULE}
     OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)

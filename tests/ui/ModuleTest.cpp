@@ -324,7 +324,7 @@ private slots:
         static const char* const kBroken[] = {"\xC3"};
         static char open_name[] = {'a', 'b'};
         const std::pair<int, std::function<void(functioneditor_request&)>> cases[] = {
-            {FUNCTIONEDITOR_ERROR_REQUEST, [](auto& request) { --request.size; }},
+            {FUNCTIONEDITOR_ERROR_REQUEST, [](auto& request) { request.size = FUNCTIONEDITOR_REQUEST_SIZE_0_1 - 1; }},
             {FUNCTIONEDITOR_ERROR_KIND, [](auto& request) { request.kind = -2; }},
             {FUNCTIONEDITOR_ERROR_KIND, [](auto& request) { request.kind = 4; }},
             {FUNCTIONEDITOR_ERROR_MODE, [](auto& request) { request.mode = 0; }},
