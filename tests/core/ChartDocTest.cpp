@@ -5,7 +5,6 @@
 #include "chart/LineThinning.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
 
@@ -55,43 +54,6 @@ class ChartDocTest : public QObject {
     }
 
 private slots:
-    // What a build gives: sizes, colours of grid lines and marks, items.
-    void charts_data() { AddVectorRows("charts"); }
-    void charts() {
-        QFETCH(const QJsonObject, vector);
-        const ProfileKind kind = VectorKind(vector[u"input"][u"kind"]);
-        CGraphControl control;
-        control.SetTitle(u" \nMask"_s);
-        kind == ProfileKind::Function ? control.BuildFunctionChart()
-                                      : control.BuildProfileChart(kind);
-        const CDocControl& chart = control.document();
-        QJsonArray colours;
-        const auto add_colour = [&colours](Colour colour) {
-            colours.append(QJsonArray{colour.red, colour.green, colour.blue});
-        };
-        for (const auto& line : chart.grid_lines)
-            add_colour(line.colour);
-        for (const auto& mark : chart.tick_marks)
-            add_colour(mark.colour);
-        const double title_height = chart.title.rect.bottom;
-        const int last = chart.ItemCount() - 1;
-        const QJsonObject built = {
-            {u"title_height"_s, title_height},
-            {u"step"_s, QString::number(chart.value_scale.interval)},
-            {u"colours"_s, colours},
-            {u"items"_s, chart.ItemCount()},
-            {u"value_axis"_s, chart.value_label.text},
-            {u"index_axis"_s, chart.index_label.text},
-            {u"upright"_s, (chart.item_style.flags & ItemStyle::kUprightLabel) != 0},
-            {u"last_value"_s, QString::number(chart.Value(last, 0))},
-            {u"last_label"_s, chart.Label(last)}};
-        QCOMPARE(QJsonDocument(built).toJson(),
-                 QJsonDocument(vector[u"expected"].toObject()).toJson());
-        QCOMPARE(chart.title.text, u" \nMask"_s);
-        QCOMPARE(chart.title.rect, (PercentRect{0.0, 0.0, 100.0, title_height}));
-        QCOMPARE(chart.display_rect, (PercentRect{0.0, title_height, 100.0, 100.0}));
-    }
-
     // The point style leaves the other flags.
     void pointStyle() {
         CGraphControl daily;

@@ -2,10 +2,13 @@
 #include "SessionBench.h"
 #include "VectorFile.h"
 #include "base/EnglishAtof.h"
+#include "profiles/Coefficients.h"
 #include "profiles/ProfileFile.h"
+#include "profiles/ProfileFolders.h"
 
 #include <QJsonDocument>
 
+#include <cstdlib>
 #include <functional>
 #include <map>
 
@@ -17,10 +20,25 @@ constexpr int kLabel = ProfileTable::kLabelColumn;
 constexpr int kValue = ProfileTable::kValueColumn;
 constexpr int kName = ProfileTable::kNameColumn;
 
-// The cases name their files below the program folder, or, from "./" on, as they stand. In texts
-// the folder is "DIR".
+// The cases name their files below the program folder, or, from "." or "/" on, as they stand. In
+// texts the folder is "DIR".
 QString PathIn(const SessionBench& bench, const QString& path) {
-    return path.isEmpty() || path.startsWith(u"./") ? path : bench.Path(path);
+    return path.isEmpty() || path.startsWith(u"./") || path.startsWith(u'/') ? path
+                                                                             : bench.Path(path);
+}
+
+// The history's floats without the empty slots at the ends of rows.
+QString HistoryText(const ProfileSession& session) {
+    QStringList rows;
+    for (const auto& row : session.history().Table(session.dailyProfiles())) {
+        QStringList numbers;
+        for (const float number : row)
+            numbers.append(QString::number(number));
+        while (!numbers.isEmpty() && numbers.last() == QString::number(EditHistory::kEmptySlot))
+            numbers.removeLast();
+        rows.append(numbers.join(u' '));
+    }
+    return rows.join(u'|');
 }
 
 // All of a session that a user can see or that a command depends on.
@@ -54,6 +72,7 @@ QJsonObject State(const SessionBench& bench) {
                                                  {u"path"_s, session.path()},
                                                  {u"title"_s, session.chartTitle()},
                                                  {u"caption"_s, session.caption()},
+                                                 {u"history"_s, HistoryText(session)},
                                                  {u"working folder"_s, QDir::currentPath()}};
     for (const auto& [name, text] : texts)
         state[name] = QString(text).replace(bench.folder.path(), u"DIR"_s);
@@ -95,6 +114,11 @@ bool Do(SessionBench& bench, const QJsonArray& step) {
         {u"link"_s, [&] { result = QFile::link(PathIn(bench, message), path); }},
         {u"read-only"_s, [&] { result = QFile::setPermissions(path, QFile::ReadUser); }},
         {u"folder gone"_s, [&] { result = QDir(path).removeRecursively(); }},
+        {u"shell"_s,
+         [&] {
+             result =
+                 std::system(qPrintable(u"cd '"_s + bench.folder.path() + u"' && "_s + text)) == 0;
+         }},
         {u"go there"_s, [&] { result = QDir::setCurrent(bench.folder.path()); }},
         // What the dialog does.
         {u"start"_s,
@@ -116,6 +140,7 @@ bool Do(SessionBench& bench, const QJsonArray& step) {
         {u"column"_s, [&] { session->EnterColumn(Texts(text), row); }},
         {u"type"_s, [&] { result = Type(session->table(), row, step[2].toInt(), text); }},
         {u"edition"_s, [&] { session->SetEdition(step[1].toBool()); }},
+        {u"empty step"_s, [&] { session->EnterSeries(1, {}, {HistoryStep{}}); }},
         {u"adjust"_s, [&] { session->Adjust(); }},
         {u"remove"_s, [&] { result = session->RemoveRows(rows); }},
         {u"press"_s, [&] { session->BeginDrag(row); }},
@@ -143,6 +168,10 @@ QString Faults(const SessionBench& bench, const QJsonObject& state, const QJsonO
             faults += u"%1 is \"%2\"\n"_s.arg(key, found.toVariant().toString());
     }
     return faults;
+}
+
+ProfileFolders Shipped() {
+    return ProfileFolders(QStringLiteral(RESOURCES_DIR));
 }
 
 }  // namespace
@@ -248,6 +277,57 @@ private slots:
                               bench.session->path()}),
                  QStringList({u"file"_s, u"été"_s, path}));
         QVERIFY(!bench.session->canUndo());
+    }
+
+    void foldersStayWhenTheWorkingFolderChanges() {
+        const QString before = QDir::currentPath();
+        const QTemporaryDir here;
+        QVERIFY(QDir(here.path()).mkdir(u"program"_s) && QDir::setCurrent(here.path()));
+        const ProfileFolders folders(u"program"_s);
+        const QString expected = QDir::currentPath() + u"/program/Data/Profils/Mensuel"_s;
+        QVERIFY(QDir::setCurrent(before));
+        QCOMPARE(QDir::fromNativeSeparators(folders.KindFolder(ProfileKind::Monthly)), expected);
+    }
+
+    // The profiles that come with the program: each can be read, keeps the rules of its kind and
+    // names only daily profiles that are there.
+    void shipped_data() {
+        QTest::addColumn<ProfileKind>("kind");
+        QTest::addColumn<QString>("path");
+        for (int number = -1; number <= 3; ++number) {
+            const auto kind = static_cast<ProfileKind>(number);
+            const QDir folder(Shipped().KindFolder(kind));
+            const QStringList files = folder.entryList(QDir::Files);
+            QVERIFY2(files.size() >= 2, qPrintable(folder.path()));
+            for (const QString& file : files)
+                QTest::addRow("%d %s", number, qPrintable(file)) << kind << folder.filePath(file);
+        }
+    }
+    void shipped() {
+        QFETCH(const ProfileKind, kind);
+        QFETCH(const QString, path);
+        const MessageScript script;
+        const ProfileReading reading = ReadProfile(kind, path);
+        QCOMPARE(reading.status, ProfileFileStatus::Read);
+        const ProfileContent& content = reading.content;
+        QVERIFY(content.values.size() >= 2);
+
+        if (Describe(kind).coefficients) {
+            int hundredths = 0;
+            for (const QString& value : content.values)
+                hundredths += QString(value).remove(u'.').toInt();
+            QCOMPARE(hundredths, 100 * CoefficientCount(kind));
+            QVERIFY(SumIsRight(kind, RoundedSum(kind, content.values)));
+        }
+        const QStringList daily = Shipped().DailyProfileList();
+        for (const QString& name : content.names)
+            QVERIFY2(daily.contains(name), qPrintable(name));
+
+        // Masks are written in another form than they are read in.
+        if (kind == ProfileKind::Function)
+            return;
+        const ProfileContent written = {RowLabelTexts(kind), content.values, content.names};
+        QCOMPARE(ReadAll(path), WriteProfile(kind, written, "\n"));
     }
 };
 

@@ -10,6 +10,7 @@
 #include "base/EnglishAtof.h"
 #include "base/Message.h"
 #include "base/NumberText.h"
+#include "chart/CGraphControl.h"
 #include "chart/DragRules.h"
 #include "chart/ItemPicking.h"
 #include "dialog/ButtonLayout.h"
@@ -22,6 +23,7 @@
 #include "profiles/PointFile.h"
 #include "profiles/PointSeries.h"
 #include "profiles/ProfileFile.h"
+#include "profiles/ProfileFolders.h"
 #include "profiles/ProfileTable.h"
 #include "profiles/TableText.h"
 
@@ -310,6 +312,54 @@ QJsonValue Picked(const QJsonValue& press, const QJsonObject& input) {
     return picked ? *picked + 1 : QJsonValue();
 }
 
+// Where a button puts its image and its caption.
+QJsonValue Placed(const QJsonValue& parts, const QJsonObject& input) {
+    const auto size_of = [&](QLatin1StringView key) {
+        const QJsonValue size = parts[key];
+        return size.isArray() ? std::optional(QSize(size[0].toInt(), size[1].toInt()))
+                              : std::nullopt;
+    };
+    ButtonLayout layout;
+    layout.beside_text = !input.contains(u"at"_s);
+    layout.image_position = PointOf(input[u"at"][0]).toPoint();
+    layout.text_position = PointOf(input[u"at"][1]).toPoint();
+    const ButtonContent content = {*size_of("client"_L1), parts[u"frame"].toInt(),
+                                   size_of("image"_L1), size_of("text"_L1),
+                                   parts[u"pressed"].toBool()};
+    const auto place = [](bool is_there, QPoint point) {
+        return is_there ? QJsonArray{point.x(), point.y()} : QJsonValue();
+    };
+    return QJsonArray{place(content.image.has_value(), ImagePlace(layout, content)),
+                      place(content.text.has_value(), TextPlace(layout, content))};
+}
+
+// What a build gives: sizes, colours of grid lines and marks, items.
+QJsonValue Chart(const QJsonValue&, const QJsonObject& input) {
+    const ProfileKind kind = VectorKind(input[u"kind"]);
+    CGraphControl control;
+    control.SetTitle(u" \nMask"_s);
+    kind == Function ? control.BuildFunctionChart() : control.BuildProfileChart(kind);
+    const CDocControl& chart = control.document();
+    QJsonArray colours;
+    for (const auto& line : chart.grid_lines)
+        colours.append(QJsonArray{line.colour.red, line.colour.green, line.colour.blue});
+    for (const auto& mark : chart.tick_marks)
+        colours.append(QJsonArray{mark.colour.red, mark.colour.green, mark.colour.blue});
+    const PercentRect& title = chart.title.rect;
+    const int last = chart.ItemCount() - 1;
+    return QJsonObject{{u"title"_s, chart.title.text},
+                       {u"title_band"_s, QJsonArray{title.top, title.bottom}},
+                       {u"band"_s, QJsonArray{chart.display_rect.top, chart.display_rect.bottom}},
+                       {u"step"_s, QString::number(chart.value_scale.interval)},
+                       {u"colours"_s, colours},
+                       {u"items"_s, last + 1},
+                       {u"value_axis"_s, chart.value_label.text},
+                       {u"index_axis"_s, chart.index_label.text},
+                       {u"upright"_s, (chart.item_style.flags & ItemStyle::kUprightLabel) != 0},
+                       {u"last_value"_s, QString::number(chart.Value(last, 0))},
+                       {u"last_label"_s, chart.Label(last)}};
+}
+
 // A mouse over points or bars on 400 x 300 pixels; values go from 0 to 100, upward.
 QJsonValue Hit(const QJsonValue& place, const QJsonObject& input) {
     CDocControl chart;
@@ -444,6 +494,11 @@ const Rule kRules[] = {
     {"dat_write", "chosen",
      [](Value in, All) -> QJsonValue { return WithExtension(PathFrom(in)).replace(u'/', u'\\'); },
      "written"},
+    {"dat_write", "inside",
+     [](Value in, All) -> QJsonValue {
+         return ProfileFolders(u"/p"_s).IsInKindFolder(VectorKind(in[0]), in[1].toString());
+     },
+     "inside"},
     {"points", "number",
      [](Value in, All) -> QJsonValue {
          const std::optional<QString> number = PointNumber(in.toString());
@@ -453,6 +508,7 @@ const Rule kRules[] = {
     {"points", "file", [](Value, All all) { return Imported(all[u"file"], all); }},
     {"points", "utf8", [](Value, All all) { return Imported({}, all); }},
     {"points", "table", [](Value, All all) { return Exported(all[u"table"], all); }},
+    {"charts", nullptr, Chart},
     {"chart", "tip", Tip},
     {"chart", "drag", Dragged},
     {"chart", "cut", [](Value in, All) -> QJsonValue { return CutToHundredths(in.toDouble()); }},
@@ -463,6 +519,7 @@ const Rule kRules[] = {
          return FocusInset({in[0].toInt(), in[1].toInt()});
      }},
     {"chart", "contrast", Ratio},
+    {"buttons", "parts", Placed},
     {"file_checks", nullptr, FileChecked},
     {"calculations", "operation", Calculated},
     {"calculations", "orders",
@@ -617,38 +674,6 @@ private slots:
         }
         QCOMPARE(TabMove(Function, 3, 2, CellPosition{0, 1}, TabDirection::Forward),
                  (CellPosition{1, 2}));
-    }
-
-    void Places() {
-        struct Case {
-            ButtonLayout layout;
-            ButtonContent content;
-            std::optional<QPoint> image;
-            std::optional<QPoint> text;
-        };
-        const ButtonLayout beside;
-        const ButtonLayout at = {false, {5, 6}, {30, 7}};
-        const ButtonLayout centred = {false, {kCentred, kCentred}, {kCentred, kCentred}};
-        const QSize client(70, 24);
-        const QSize image(16, 16);
-        const QSize text(23, 13);
-        const Case cases[] = {
-            {beside, {client, 0, image, text}, {{4, 4}}, {{28 + 9, 4}}},
-            {beside, {client, 0, image, text, true}, {{5, 5}}, {{38, 5}}},  // pressed
-            {beside, {client, 1, image, text}, {{5, 4}}, {{37, 4}}},        // black border
-            {beside, {{40, 10}, 0, image, text}, {{4, -3}}, {{28, -3}}},    // no room
-            {beside, {client, 1, image, {}}, {{27, 4}}, {}},
-            {beside, {client, 0, {}, text}, {}, {{23, 4}}},
-            {at, {client, 1, image, text}, {{5, 6}}, {{30, 7}}},
-            {at, {client, 0, image, text, true}, {{6, 7}}, {{31, 8}}},
-            {centred, {client, 0, image, text}, {{27, 4}}, {{23, 4}}},
-            {centred, {{15, 13}, 0, image, {{22, 16}}}, {{-1, -2}}, {{-4, -3}}}};  // too large
-        for (const Case& one : cases) {
-            if (one.image)
-                QCOMPARE(ImagePlace(one.layout, one.content), *one.image);
-            if (one.text)
-                QCOMPARE(TextPlace(one.layout, one.content), *one.text);
-        }
     }
 
     // Every colour is legible on every grey, is changed only if it was not, and keeps its hue.
