@@ -46,15 +46,11 @@ struct ScratchFolder {
     const QTemporaryDir folder;
 };
 
-CPlugPoint PointOf(const QJsonValue& pair) {
-    return {FromCp1252(VectorBytes(pair[0])), FromCp1252(VectorBytes(pair[1]))};
-}
-
 QList<CPlugPoint> PointsOf(const QJsonValue& pairs) {
     QList<CPlugPoint> points;
     const QJsonArray array = pairs.toArray();
     for (const QJsonValue& pair : array)
-        points.append(PointOf(pair));
+        points.append({FromCp1252(VectorBytes(pair[0])), FromCp1252(VectorBytes(pair[1]))});
     return points;
 }
 
@@ -298,6 +294,7 @@ private:
         parameters.writeFile();
         QCOMPARE(ReadAll(path), with_ends(written));
         file.getInstruction(3)->setIntValue(1, 5);
+        QVERIFY(file.writeFile() && ReadAll(path).contains("\n1 5 x "));
         SetPoints(parameters, input[u"again"]);
         parameters.writeFile();
         QCOMPARE(ReadAll(path), with_ends(expected[u"again"]));

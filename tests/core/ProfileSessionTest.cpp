@@ -87,6 +87,10 @@ QString Request(const SessionBench& bench) {
     return (parts + QStringList{request.default_suffix}).join(u'|');
 }
 
+bool Shell(const QString& folder, const QString& command) {
+    return std::system(qPrintable(u"cd '%1' && %2"_s.arg(folder, command))) == 0;
+}
+
 bool Type(ProfileTable& table, int row, int column, const QString& text) {
     return table.setData(table.index(row - 1, column - 1), text, Qt::EditRole);
 }
@@ -110,15 +114,7 @@ bool Do(SessionBench& bench, const QJsonArray& step) {
         {u"question"_s, [&] { bench.messages.ExpectQuestion(message, {}, step[2].toBool()); }},
         {u"choose"_s, [&] { bench.dialogs.ExpectOpen(path); }},
         {u"write"_s, [&] { result = WriteAll(PathIn(bench, message), VectorBytes(step[2])); }},
-        {u"folder"_s, [&] { result = QDir().mkpath(path); }},
-        {u"link"_s, [&] { result = QFile::link(PathIn(bench, message), path); }},
-        {u"read-only"_s, [&] { result = QFile::setPermissions(path, QFile::ReadUser); }},
-        {u"folder gone"_s, [&] { result = QDir(path).removeRecursively(); }},
-        {u"shell"_s,
-         [&] {
-             result =
-                 std::system(qPrintable(u"cd '"_s + bench.folder.path() + u"' && "_s + text)) == 0;
-         }},
+        {u"shell"_s, [&] { result = Shell(bench.folder.path(), text); }},
         {u"go there"_s, [&] { result = QDir::setCurrent(bench.folder.path()); }},
         // What the dialog does.
         {u"start"_s,
