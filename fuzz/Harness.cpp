@@ -2,15 +2,11 @@
 #include "fuzz/Harness.h"
 
 #include "base/Cp1252.h"
-#include "base/EnglishAtof.h"
 
 #include <QDataStream>
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
@@ -21,16 +17,11 @@ namespace {
 const ProfileFolders& ScratchFolders() {
     static const ProfileFolders folders = [] {
         const ProfileFolders made(ScratchPath(u"program"_s));
-        QDir().mkpath(made.KindFolder(ProfileKind::Daily));
         for (const QString& name : {u"bas"_s, u"haut"_s})
-            WriteScratch(made.DailyProfilePath(name), {});
+            WriteAll(made.DailyProfilePath(name), {});
         return made;
     }();
     return folders;
-}
-
-bool IsFiniteNumber(const QString& text) {
-    return IsNumber(text) && std::isfinite(EnglishAtof(text));
 }
 
 QStringList NumbersIn(QByteArrayView line) {
@@ -76,67 +67,39 @@ QString ScratchPath(const QString& name) {
     return folder.filePath(name);
 }
 
-QByteArray ReadScratch(const QString& path) {
-    QFile file(path);
-    Require(file.open(QIODevice::ReadOnly), "the file can be read");
-    return file.readAll();
-}
-
-void WriteScratch(const QString& path, QByteArrayView bytes) {
-    QFile file(path);
-    Require(
-        file.open(QIODevice::WriteOnly) && file.write(bytes.data(), bytes.size()) == bytes.size(),
-        "the file can be written");
-}
-
 Editing::Editing(ProfileKind kind, QByteArrayView line, DisplayMode mode)
-    : m_session({kind,
-                 mode,
-                 {},
-                 {},
-                 NumbersIn(line),
-                 NumbersIn(line),
-                 NumbersIn(line),
-                 ScratchFolders()}) {
-    m_session.InitialFill();
-    kind == ProfileKind::Function ? m_chart.BuildFunctionChart() : m_chart.BuildProfileChart(kind);
-    m_chart.Attach(&m_session.table(), kind);
-    m_sorted = m_session.facts().rows == 0 && TimesAreSorted(m_session.table());
+    : session({kind,
+               mode,
+               {},
+               {},
+               NumbersIn(line),
+               NumbersIn(line),
+               NumbersIn(line),
+               ScratchFolders()}) {
+    session.InitialFill();
+    kind == ProfileKind::Function ? chart.BuildFunctionChart() : chart.BuildProfileChart(kind);
+    chart.Attach(&session.table(), kind);
+    m_sorted = session.facts().rows == 0 && TimesAreSorted(session.table());
     Check();
-}
-
-Cells Editing::cells() const {
-    Cells cells = CellsOf(m_session.table());
-    for (int column = 1; column <= cells.size(); ++column)
-        cells[column - 1].prepend(m_session.table().HeaderText(column));
-    return cells;
 }
 
 QByteArray Editing::State() const {
     QByteArray state;
     QDataStream stream(&state, QIODevice::WriteOnly);
-    stream << cells() << m_session.path() << m_session.name() << m_session.isModified()
-           << m_session.canUndo() << m_session.canRedo();
-    for (const auto& row : m_session.history().Table(m_session.dailyProfiles())) {
+    stream << cells() << session.path() << session.name() << session.isModified()
+           << session.canUndo() << session.canRedo();
+    for (int column = 1; column <= session.table().ColumnCount(); ++column)
+        stream << session.table().HeaderText(column);
+    for (const auto& row : session.history().Table(session.dailyProfiles())) {
         for (const float number : row)
             stream << number;
     }
     return state;
 }
 
-void Editing::Check() {
-    const ProfileTable& table = m_session.table();
-    RequireNone(CheckRows(m_session));
-    RequireNone(CheckChart(table, m_chart.document()));
-    Require(!m_sorted || TimesAreSorted(table) || !m_session.path().isEmpty(),
+void Editing::Check() const {
+    RequireNone(CheckRows(session));
+    RequireNone(CheckChart(session.table(), chart.document()));
+    Require(!m_sorted || TimesAreSorted(session.table()) || !session.path().isEmpty(),
             "times stay in order");
-}
-
-Cells Editing::CheckHistory() {
-    Cells start;
-    RequireNone(::CheckHistory(m_session, &start));
-    Check();
-    for (int column = 1; column <= start.size(); ++column)
-        start[column - 1].prepend(m_session.table().HeaderText(column));
-    return start;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "SessionChecks.h"
+#include "TestFiles.h"
 #include "base/Message.h"
 #include "chart/CGraphControl.h"
 #include "profiles/ProfileSession.h"
@@ -21,6 +22,7 @@ void RequireNone(const QString& fault);
 struct Input {
     Input(const uint8_t* data, size_t size)
         : rest(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)) {}
+    explicit Input(QByteArrayView bytes) : rest(bytes) {}
 
     int Byte();
     QByteArrayView Line();
@@ -44,36 +46,25 @@ private:
 
 /// The path of `name` in a folder of this process.
 QString ScratchPath(const QString& name);
-QByteArray ReadScratch(const QString& path);
-void WriteScratch(const QString& path, QByteArrayView bytes);
 
 /// A session with a chart as the dialog has it. The numbers in `line` are handed over as times,
 /// values and names; there are two daily profiles to choose from.
-class Editing {
-public:
+struct Editing {
     Editing(ProfileKind kind, QByteArrayView line, DisplayMode mode = DisplayMode::Edit);
 
-    ProfileSession& session() { return m_session; }
-    ProfileTable& table() { return m_session.table(); }
-    /// Each column with its header.
-    Cells cells() const;
+    Cells cells() const { return CellsOf(session.table()); }
 
     /// All that a refused operation must leave alone.
     QByteArray State() const;
 
     /// What SessionChecks.h says of rows and chart; times stay in order once they are, until a file
     /// is read.
-    void Check();
+    void Check() const;
 
-    /// As in SessionChecks.h. Returns the cells at the start.
-    Cells CheckHistory();
-
-    bool Same(const Cells& left, const Cells& right) const {
-        return SameCells(m_session, left, right);
-    }
+    Prompts prompts;
+    ProfileSession session;
+    CGraphControl chart;
 
 private:
-    ProfileSession m_session;
-    CGraphControl m_chart;
     bool m_sorted = false;
 };

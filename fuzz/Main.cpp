@@ -13,7 +13,6 @@
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
-extern "C" __attribute__((weak)) int LLVMFuzzerInitialize(int* argc, char*** argv);
 
 namespace {
 
@@ -48,8 +47,6 @@ QByteArray Changed(QByteArray input, const QList<QByteArray>& all, QRandomGenera
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (LLVMFuzzerInitialize != nullptr)
-        LLVMFuzzerInitialize(&argc, &argv);
     std::signal(SIGABRT, TellInput);
     QList<QByteArray> inputs;
     for (int i = 2; i < argc; ++i) {

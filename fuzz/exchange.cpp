@@ -91,7 +91,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const QByteArrayView edit = input.Line();
     const QByteArray bytes = input.rest.toByteArray();
     const QString path = ScratchPath(u"run.txt"_s);
-    WriteScratch(path, bytes);
+    WriteAll(path, bytes);
     const Prompts prompts;
 
     Content before(path);
@@ -106,15 +106,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         edited.parameters.writeFile();
     } catch (const std::invalid_argument&) {
         Require(old_end < kFirstPoint + 2 || old_end > before.lines.size(), "what fits is written");
-        Require(ReadScratch(path) == bytes, "a refused save leaves the file alone");
+        Require(ReadAll(path) == bytes, "a refused save leaves the file alone");
         edited.file.writeFile();
-        const QByteArray written = ReadScratch(path);
-        WriteScratch(path, bytes);  // else there is a question: it is not what was read
+        const QByteArray written = ReadAll(path);
+        WriteAll(path, bytes);  // else there is a question: it is not what was read
         before.file.writeFile();
-        Require(ReadScratch(path) == written, "a refused save leaves the lines alone");
+        Require(ReadAll(path) == written, "a refused save leaves the lines alone");
         return 0;
     }
-    const QByteArray saved = ReadScratch(path);
+    const QByteArray saved = ReadAll(path);
     if (points.isEmpty()) {
         Require(saved == bytes, "nothing is written without points");
         return 0;
@@ -129,9 +129,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         before.lines.sliced(kCountLines, kFirstPoint + 2 - kCountLines);
     if (std::none_of(changed.cbegin(), changed.cend(),
                      [](const QByteArray& line) { return line.startsWith('!'); }))
-        Require(ReadScratch(path) == saved, "a second save writes the same");
+        Require(ReadAll(path) == saved, "a second save writes the same");
     else
-        WriteScratch(path, saved);
+        WriteAll(path, saved);
 
     Content after(path);
     CheckLines(before, after, kept);

@@ -17,13 +17,13 @@ constexpr int kViewOnly = 8;
 
 // The file holds the rows as they stand.
 void CheckSave(Editing& editing) {
-    const ProfileTable& table = editing.table();
-    ProfileSession& session = editing.session();
+    const ProfileTable& table = editing.session.table();
+    ProfileSession& session = editing.session;
     session.SaveAs();
     Require(!session.isModified() && session.isSaved(), "a save is remembered");
-    const QByteArray saved = ReadScratch(session.path());
+    const QByteArray saved = ReadAll(session.path());
     session.Save();
-    Require(ReadScratch(session.path()) == saved, "a second save writes the same");
+    Require(ReadAll(session.path()) == saved, "a second save writes the same");
     RequireNone(CheckWritten(
         session.kind(), saved,
         {table.Column(ProfileTable::kLabelColumn), table.Column(ProfileTable::kValueColumn),
@@ -37,28 +37,27 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const bool view_only = !input.rest.isEmpty() && (input.rest.front() & kViewOnly) != 0;
     const ProfileKind kind = input.Kind();
     const QString path = ScratchPath(u"read.dat"_s);
-    WriteScratch(path, input.rest);
-    const Prompts prompts;
+    WriteAll(path, input.rest.toByteArray());
     SetFileDialogHandler({{}, [](const FileRequest&) { return ScratchPath(u"saved"_s); }});
 
     Editing editing(kind, "1 2 3", view_only ? DisplayMode::View : DisplayMode::Edit);
-    ProfileSession& session = editing.session();
+    ProfileSession& session = editing.session;
     const QByteArray before = editing.State();
     const bool was_saved = session.isSaved();
     const ProfileReading reading = ParseProfile(kind, input.rest);
     const ProfileContent& content = reading.content;
     Require(session.ReadFile(path) == reading.status, "a session reads what a file holds");
     if (reading.status != ProfileFileStatus::Read) {
-        Require(prompts.messages.size() == 1, "a refusal says so");
+        Require(editing.prompts.messages.size() == 1, "a refusal says so");
         Require(editing.State() == before && session.isSaved() == was_saved,
                 "a refused file changes nothing");
         return 0;
     }
-    Require(prompts.messages.isEmpty(), "an accepted file brings no message");
+    Require(editing.prompts.messages.isEmpty(), "an accepted file brings no message");
     Require(session.path() == path && !session.canUndo() && !session.isModified(),
             "a file begins anew");
     editing.Check();
-    const ProfileTable& table = editing.table();
+    const ProfileTable& table = editing.session.table();
     const bool as_they_stand = !session.facts().coefficients || view_only;
     Require(!as_they_stand || content.values.isEmpty() ||
                 table.Column(ProfileTable::kValueColumn) == content.values,

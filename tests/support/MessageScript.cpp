@@ -32,7 +32,6 @@ void MessageScript::ExpectQuestion(const QString& text, const QString& caption, 
 }
 
 bool MessageScript::Take(const Expected& came) {
-    m_seen.append(came.text);
     if (!m_expected.isEmpty() && m_expected.first().text == came.text &&
         m_expected.first().caption == came.caption && m_expected.first().question == came.question)
         return m_expected.takeFirst().yes;

@@ -30,10 +30,6 @@ public:
     /// Of the message that came last.
     MessageIcon LastIcon() const { return m_last_icon; }
 
-    /// The texts that came, expected or not.
-    const QStringList& Seen() const { return m_seen; }
-    void ForgetSeen() { m_seen.clear(); }
-
 private:
     struct Expected {
         QString text;
@@ -46,7 +42,6 @@ private:
 
     QList<Expected> m_expected;
     QStringList m_surprises;
-    QStringList m_seen;
     MessageIcon m_last_icon = MessageIcon::None;
     MessageHandler m_former;
 };

@@ -14,10 +14,6 @@ namespace {
 constexpr int kLabel = ProfileTable::kLabelColumn;
 constexpr int kValue = ProfileTable::kValueColumn;
 
-bool IsFiniteNumber(const QString& text) {
-    return IsNumber(text) && std::isfinite(EnglishAtof(text));
-}
-
 bool SameNumbers(const QStringList& left, const QStringList& right) {
     return std::equal(left.begin(), left.end(), right.begin(), right.end(),
                       [](const QString& one, const QString& other) {
@@ -26,6 +22,10 @@ bool SameNumbers(const QStringList& left, const QStringList& right) {
 }
 
 }  // namespace
+
+bool IsFiniteNumber(const QString& text) {
+    return IsNumber(text) && std::isfinite(EnglishAtof(text));
+}
 
 Cells CellsOf(const ProfileTable& table) {
     Cells cells;
@@ -138,7 +138,7 @@ QString StateList::Check() const {
     return fault;
 }
 
-QString CheckHistory(ProfileSession& session, Cells* start) {
+QString CheckHistory(ProfileSession& session, QList<Cells>* seen) {
     session.EndDrag();
     const auto is = [&session](const Cells& cells) {
         return SameCells(session, CellsOf(session.table()), cells);
@@ -154,11 +154,11 @@ QString CheckHistory(ProfileSession& session, Cells* start) {
     }
     if (session.canUndo())
         return u"undo does not go to the first step"_s;
-    if (start != nullptr)
-        *start = states.last();
-    for (states.removeLast(); !states.isEmpty(); states.removeLast()) {
-        if (!session.Redo() || !is(states.last()))
+    for (qsizetype i = states.size() - 2; i >= 0; --i) {
+        if (!session.Redo() || !is(states[i]))
             return u"redo does not go the way of undo"_s;
     }
+    if (seen != nullptr)
+        *seen = states;
     return {};
 }

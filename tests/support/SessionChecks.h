@@ -15,6 +15,9 @@
 /// What must hold of a session and its chart whatever was done to them, for unit tests and fuzz
 /// targets alike. Each check returns what does not hold, "" when all does.
 
+/// The whole text is a number, and neither infinite nor none.
+bool IsFiniteNumber(const QString& text);
+
 /// All texts of a table, a list a column.
 using Cells = QList<QStringList>;
 
@@ -62,6 +65,6 @@ private:
     bool m_recording = true;
 };
 
-/// Undo to the first step, each with a redo in between, and redo to the last one again. The cells
-/// before the first step go to `start`.
-QString CheckHistory(ProfileSession& session, Cells* start = nullptr);
+/// Undo to the first step, each with a redo in between, and redo to the last one again. The states
+/// go to `seen`, the one before the first step last.
+QString CheckHistory(ProfileSession& session, QList<Cells>* seen = nullptr);
