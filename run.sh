@@ -15,16 +15,16 @@ source "$(dirname "${BASH_SOURCE[0]}")/tools/editor.bash"
 file=${1-$root/samples/pump-start.txt}
 [[ -r $file ]] || fail "The file cannot be read: $file"
 "$root/tools/install-packages" run
+[[ -n ${DISPLAY-}${WAYLAND_DISPLAY-} ]] || on_screen 1280x1024 "$@"
 build_editor
 
-if [[ -n ${DISPLAY-}${WAYLAND_DISPLAY-} ]]; then
+if [[ -z ${VIRTUAL_SCREEN-} && -n ${DISPLAY-}${WAYLAND_DISPLAY-} ]]; then
     if [[ $# -eq 0 ]]; then
         file=$(mktemp -d)/pump-start.txt
         cp "$root/samples/pump-start.txt" "$file"
         echo "Editing $file"
     fi
-    before=$(mktemp)
-    trap 'rm -f "$before"' EXIT
+    before=$scratch/before.txt
     cp "$file" "$before"
     "$editor" "$file" || fail "No dialog could be shown."
     if diff -u --text --label before --label after "$before" "$file"; then
@@ -48,16 +48,17 @@ cp "$file" "$before"
 cp "$file" "$after"
 
 export QT_SCALE_FACTOR=1
-start_screen 1280x1024
 start_editor "$after"
 wait_for_window ' Function editor'
-# The value column of a grid whose header is 24 pixels high and whose rows are 21.
-xdotool mousemove --window "$window" 560 $((65 + 24 + 21 * row - 10)) click 1
+xdotool key ctrl+Home Right
+for ((i = 1; i < row; ++i)); do
+    xdotool key Down
+done
 xdotool type "$value"
 xdotool key Return
 take_picture "$window" "$folder/dialog.png"
-# The button "OK".
-xdotool mousemove --window "$window" 493 396 click 1
+IFS=, read -r x y <"$root/tools/ok-button"
+xdotool mousemove --window "$window" "$x" "$y" click 1
 wait_for_end
 
 echo "A user typed $value as the value of point $row and pressed OK."

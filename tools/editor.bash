@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Functions for scripts that build the editor and show it on a screen of its own; to be sourced by
-# bash after `set -euo pipefail`. What start_screen and start_editor started ends with the script.
+# bash after `set -euo pipefail`. What start_editor started ends with the script.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 editor=$root/build/release/function-editor
@@ -8,12 +8,10 @@ editor=$root/build/release/function-editor
 # What build_editor builds; a script may add to it.
 targets=(function-editor)
 
-# Seconds that a window, the screen or the end of the editor is waited for.
+# Seconds that a window or the end of the editor is waited for.
 wait_limit=30
 
-scratch=''
-screen_pid=''
-manager_pid=''
+scratch=$(mktemp -d)
 editor_pid=''
 # The window that wait_for_window found last.
 window=''
@@ -47,46 +45,22 @@ wait_until() {
 }
 
 stop_all() {
-    local pid
-    for pid in $editor_pid $manager_pid $screen_pid; do
-        kill "$pid" 2>/dev/null || true
-        wait "$pid" 2>/dev/null || true
-    done
-    [[ -z $scratch ]] || rm -rf "$scratch"
+    [[ -z $editor_pid ]] || kill "$editor_pid" 2>/dev/null || true
+    rm -rf "$scratch"
 }
+trap stop_all EXIT
+trap 'exit 130' INT TERM HUP
 
-has_window_manager() {
-    xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q '#'
-}
-
-# start_screen WIDTHxHEIGHT: a virtual screen with a small window manager, under a free number.
-start_screen() {
-    local number ready=''
-    scratch=$(mktemp -d)
-    trap stop_all EXIT
-    trap 'exit 130' INT TERM HUP
-    mkfifo "$scratch/ready"
-    # The server can look for a free number by itself, but two that start or end at the same time then
-    # get in each other's way. With a number given it locks it, or ends at once if it is in use.
-    for _ in {1..10}; do
-        number=$((100 + RANDOM % 9900))
-        Xvfb ":$number" -displayfd 3 -screen 0 "${1}x24" -nolisten tcp 3>"$scratch/ready" \
-            </dev/null >"$scratch/xvfb.log" 2>&1 &
-        screen_pid=$!
-        read -t "$wait_limit" -r ready <"$scratch/ready" && break
-        kill "$screen_pid" 2>/dev/null || true
-    done
-    [[ -n $ready ]] || fail "No virtual screen: $(cat "$scratch/xvfb.log")"
-    export DISPLAY=:$number
-    unset WAYLAND_DISPLAY XAUTHORITY
-    openbox --sm-disable </dev/null >"$scratch/openbox.log" 2>&1 &
-    manager_pid=$!
-    wait_until has_window_manager || fail "No window manager: $(cat "$scratch/openbox.log")"
+# on_screen WIDTHxHEIGHT "$@": starts the script anew on a virtual screen, unless it is on one.
+on_screen() {
+    [[ -z ${VIRTUAL_SCREEN-} ]] || return 0
+    rm -rf "$scratch"
+    exec "$root/tools/virtual-screen" "$1" "$0" "${@:2}"
 }
 
 # start_program PROGRAM [ARGUMENT]...: in the background on the virtual screen.
 start_program() {
-    QT_QPA_PLATFORM=xcb "$@" </dev/null >/dev/null 2>"$scratch/editor.log" &
+    "$@" </dev/null >/dev/null 2>"$scratch/editor.log" &
     editor_pid=$!
 }
 

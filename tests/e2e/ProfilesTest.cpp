@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "HostTest.h"
+#include "HostRun.h"
 
 #include <QDir>
-#include <QDirIterator>
+#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -11,16 +11,6 @@ namespace {
 // As a host's program reaches the module.
 const QString kCppHost = QStringLiteral(CPP_HOST);
 const QString kCHost = QStringLiteral(C_HOST);
-
-bool CopyFolder(const QString& from, const QString& to) {
-    QDirIterator files(from, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString path = QDir(to).filePath(QDir(from).relativeFilePath(files.next()));
-        if (!QDir().mkpath(QFileInfo(path).path()) || !QFile::copy(files.filePath(), path))
-            return false;
-    }
-    return true;
-}
 
 QByteArray Repeated(const QByteArray& item, int count) {
     return (item + ' ').repeated(count).trimmed();
@@ -43,18 +33,13 @@ class ProfilesTest : public HostTest {
     QString DataPath(const QString& path) const { return m_folder.filePath(u"Data/"_s + path); }
 
     void Start(HostRun& host, const QString& program, const QStringList& arguments) {
-        QProcessEnvironment environment = m_screen.Environment();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         // The toolkit keeps what its file dialogs were used for.
         environment.insert(u"XDG_CONFIG_HOME"_s, m_folder.path());
         environment.insert(u"FUNCTIONEDITOR_LIBRARY"_s, QStringLiteral(MODULE));
         host.Program().setProcessEnvironment(environment);
         host.Program().setStandardOutputFile(m_output);
         host.Program().start(program, arguments);
-    }
-
-    static bool Cancel(HostRun& host) {
-        return host.Keys({u"Escape"_s}) && host.WaitForWindow(u"Cancelling"_s) &&
-               host.Keys({u"Return"_s}) && host.HasEnded();
     }
 
     // Types over the first value.
@@ -64,88 +49,60 @@ class ProfilesTest : public HostTest {
     }
 
 private slots:
+    // Profiles stand beside the program.
     void initTestCase() {
-        StartScreen();
-        // Profiles stand beside the program.
         QVERIFY(QFile::copy(kCppHost, m_host));
+        QVERIFY(!RunTool(u"cp"_s, {u"-r"_s, QStringLiteral(SHIPPED_DATA), DataPath({})}).isNull());
     }
 
-    void init() { QVERIFY(CopyFolder(QStringLiteral(SHIPPED_DATA), m_folder.filePath(u"Data"_s))); }
-
-    void cleanup() { QVERIFY(QDir(m_folder.filePath(u"Data"_s)).removeRecursively()); }
-
-    // One row for each way of a name: a kind that takes its file's, one that keeps the host's, and
+    // One for each way of a name: a kind that takes its file's, one that keeps the host's, and
     // points, whose files are no masks.
-    void SavesWhatWasEdited_data() {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("title");  // up to the name
-        QTest::addColumn<QString>("folder");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QByteArray>("expected");
-        const auto first_line = [](const char* path) {
-            return ReadAll(QStringLiteral(SHIPPED_DATA) + QLatin1StringView(path))
-                .split('\n')
-                .front();
-        };
-        QTest::newRow("daily") << QStringList{u"daily"_s, u"open"_s, u"--file"_s,
-                                              DataPath(u"Profils/Journalier/Constant.dat"_s)}
-                               << u"Profil Journalier : "_s << u"Profils/Journalier"_s << u"2"_s
-                               << first_line("Profils/Journalier/Constant.dat") +
-                                      "\nCOEFFICIENT = 1.92 " + Repeated("0.96", 23) + '\n';
-        QTest::newRow("monthly") << QStringList{u"monthly"_s, u"edit"_s} +
-                                        QStringList(12, u"m=600=Week-end"_s)
-                                 << u"Profil Mensuel : "_s << u"Profils/Mensuel"_s << u"612"_s
-                                 << first_line("Profils/Annuel/Constant.dat") +
-                                        "\nCONSOMMATION = 612 " + Repeated("600", 11) +
-                                        "\nPROFIL = " + Repeated("\"Week-end\"", 12) + '\n';
-        QTest::newRow("function") << QStringList{u"function"_s, u"edit"_s, u"0=1.50"_s, u"1e1=4"_s}
-                                  << u" "_s << u"Masques"_s << u"-7"_s
-                                  << QByteArray(
-                                         "Value of time = 0 1e1\nValue of function = -7 4\n");
-    }
     void SavesWhatWasEdited() {
-        QFETCH(const QStringList, arguments);
-        QFETCH(const QString, title);
-        QFETCH(const QString, folder);
-        QFETCH(const QString, typed);
-        QFETCH(const QByteArray, expected);
-        const bool renames = arguments[0] == u"daily";
-        const QString shown = renames ? u"Constant"_s : u"Essai"_s;
-        const QString saved = DataPath(folder + u"/Neuf"_s);
-
-        HostRun host(m_screen);
-        Start(host, m_host, QStringList(arguments) << u"--name"_s << u"Essai"_s);
-        QVERIFY(host.WaitForWindow(title + shown));
-        QVERIFY(EnterFirstValue(host, typed));
-        QVERIFY(host.Keys({u"ctrl+shift+s"_s}) && host.WaitForWindow(u"Save As"_s));
-        QVERIFY(host.Type(saved) && host.Keys({u"Return"_s}) && host.WaitUntilClosed());
-        QVERIFY(host.WaitForWindow(title + (renames ? u"Neuf"_s : shown)));
-        QVERIFY(host.Click(OkPlace(arguments[0])) && host.HasEnded());
-        QCOMPARE(ReadAll(saved + u".dat"_s), expected);
-        const QByteArray name = renames ? "Neuf" : "Essai";
-        const QByteArray output = ReadAll(m_output);
-        QVERIFY2(output.startsWith("result: 1\nname: " + name + '\n'), output.constData());
-
-        // Looked at again. What is saved of a function is not in the form of a mask.
-        HostRun again(m_screen);
-        Start(again, m_host, {arguments[0], u"view"_s, u"--file"_s, saved + u".dat"_s});
-        if (folder == u"Masques") {
-            QVERIFY(again.PassMessage() && again.HasEnded());
-            QCOMPARE(ReadAll(m_output), "result: 0\nname: \n");
-            return;
+        const auto first_line = [](const char* path) {
+            return ReadAll(QStringLiteral(SHIPPED_DATA) + QLatin1StringView(path)).split('\n')[0];
+        };
+        const QString constant = DataPath(u"Profils/Journalier/Constant.dat"_s);
+        // Arguments, title up to the name, folder, what is typed, the file.
+        const std::tuple<QStringList, QString, QString, QString, QByteArray> cases[] = {
+            {{u"daily"_s, u"open"_s, u"--file"_s, constant},
+             u"Profil Journalier : "_s,
+             u"Profils/Journalier"_s,
+             u"2"_s,
+             first_line("Profils/Journalier/Constant.dat") + "\nCOEFFICIENT = 1.92 " +
+                 Repeated("0.96", 23) + '\n'},
+            {QStringList{u"monthly"_s, u"edit"_s} + QStringList(12, u"m=600=Week-end"_s),
+             u"Profil Mensuel : "_s, u"Profils/Mensuel"_s, u"612"_s,
+             first_line("Profils/Annuel/Constant.dat") + "\nCONSOMMATION = 612 " +
+                 Repeated("600", 11) + "\nPROFIL = " + Repeated("\"Week-end\"", 12) + '\n'},
+            {{u"function"_s, u"edit"_s, u"0=1.50"_s, u"1e1=4"_s},
+             u" "_s,
+             u"Masques"_s,
+             u"-7"_s,
+             "Value of time = 0 1e1\nValue of function = -7 4\n"}};
+        for (const auto& [arguments, title, folder, typed, expected] : cases) {
+            const bool renames = arguments[0] == u"daily";
+            const QString name = renames ? u"Neuf"_s : u"Essai"_s;
+            const QString saved = DataPath(folder + u"/Neuf"_s);
+            HostRun host;
+            Start(host, m_host, QStringList(arguments) << u"--name"_s << u"Essai"_s);
+            QVERIFY(host.WaitForWindow(title + (renames ? u"Constant"_s : u"Essai"_s)));
+            QVERIFY(EnterFirstValue(host, typed));
+            QVERIFY(host.Keys({u"ctrl+shift+s"_s}) && host.WaitForWindow(u"Save As"_s));
+            QVERIFY(host.Type(saved) && host.Keys({u"Return"_s}) && host.WaitUntilClosed());
+            QVERIFY(host.WaitForWindow(title + name));
+            QVERIFY(host.Click(OkPlace(arguments[0])) && host.HasEnded());
+            QCOMPARE(ReadAll(saved + u".dat"_s), expected);
+            const QByteArray output = ReadAll(m_output);
+            QVERIFY2(output.startsWith("result: 1\nname: " + name.toLatin1() + '\n'),
+                     output.constData());
         }
-        QVERIFY(again.WaitForWindow(title + u"Neuf"_s));
-        QVERIFY(EnterFirstValue(again, u"5"_s) && again.Keys({u"ctrl+s"_s}));
-        QVERIFY(Cancel(again));
-        QVERIFY(ReadAll(m_output).startsWith("result: 2\nname: \n"));
-        QCOMPARE(ReadAll(saved + u".dat"_s), expected);
     }
 
     void HandsTheRowsBack() {
         QStringList programs = {kCHost, QStringLiteral(PYTHON_HOST)};
         programs.removeAll(QString());
         for (const QString& program : programs) {
-            HostRun host(m_screen);
+            HostRun host;
             Start(host, program,
                   {u"function"_s, u"edit"_s, u"--name"_s, u"Essai"_s, u"0=1.50"_s, u"10=4"_s});
             QVERIFY(host.WaitForWindow(u" Essai"_s));
@@ -153,7 +110,7 @@ private slots:
             QCOMPARE(ReadAll(m_output),
                      "row 1: 0 | 2.5 | \nrow 2: 10 | 4 | \nresult: 1\nname: Essai\n");
 
-            HostRun monthly(m_screen);
+            HostRun monthly;
             Start(monthly, program,
                   {u"monthly"_s, u"edit"_s, u"--data"_s, m_folder.path(), u"m=600=Bureau"_s});
             QVERIFY(monthly.WaitForWindow(u"Profil Mensuel : "_s) &&
@@ -179,7 +136,7 @@ private slots:
             {kCHost, profile, "result: -1\nname: \n"},
             {HostRun::ProgramPath(), {m_file}, ""}};
         for (const auto& [variable, value] : cases) {
-            QProcessEnvironment environment = m_screen.Environment();
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
             environment.remove(u"DISPLAY"_s);
             environment.remove(u"QT_QPA_PLATFORM"_s);
             if (!variable.isEmpty())

@@ -3,7 +3,7 @@
 // limits, missing rights, what others do to the folder meanwhile, and kills.
 
 #include "ChildRun.h"
-#include "FaultTable.h"
+#include "Sanitized.h"
 #include "TestFiles.h"
 #include "VectorFile.h"
 #include "base/FileReplace.h"
