@@ -14,8 +14,8 @@ struct BenchPoints {
     QStringList values;
 };
 
-/// The points' exchange file, in the form in which it is saved.
-QByteArray ExchangeFileOf(const BenchPoints& points);
+/// An exchange file of so many hourly points, as `samples/make-year` makes it.
+QByteArray ExchangeFileOf(int points);
 
 /// `texts` in an order that jumps about but is the same in every run.
 QStringList Shuffled(const QStringList& texts);

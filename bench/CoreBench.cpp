@@ -44,7 +44,7 @@ void CountPoints(benchmark::State& state) {
 // An exchange file on the disk.
 struct FileOnDisk {
     explicit FileOnDisk(int points)
-        : content(ExchangeFileOf(BenchPoints(points))), path(folder.filePath(u"exchange.txt"_s)) {
+        : content(ExchangeFileOf(points)), path(folder.filePath(u"exchange.txt"_s)) {
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
             qFatal("The file for the measurement cannot be written.");
@@ -70,7 +70,7 @@ struct FilledSession {
 };
 
 void SplitLines(benchmark::State& state) {
-    const QList<QByteArray> lines = ExchangeFileOf(BenchPoints(PointsOf(state))).split('\n');
+    const QList<QByteArray> lines = ExchangeFileOf(PointsOf(state)).split('\n');
     for (auto _ : state) {
         qsizetype count = 0;
         for (const QByteArray& line : lines)

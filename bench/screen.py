@@ -1,38 +1,18 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A screen of its own for measurements: Xvfb, whose picture lies in mapped memory, and openbox,
-which puts every window without a frame at the top left corner. Keys and mouse events are made by the
-server itself (XTest)."""
+"""The screen of tools/virtual-screen for measurements: its picture lies in mapped memory. Keys and
+mouse events are made by the server itself (XTest)."""
 
 import ctypes
 import ctypes.util
 import mmap
 import os
 import pathlib
-import random
-import shutil
 import struct
-import subprocess
-import tempfile
-import time
 
 SIZE = (1024, 768)
 
 # Nothing that is measured paints in this colour, so a pixel that has it has not been painted.
 ROOT_COLOUR = 0xFF00FF
-
-OPENBOX_RC = """<?xml version="1.0"?>
-<openbox_config xmlns="http://openbox.org/3.4/rc">
-<mouse><context name="Client"><mousebind button="Left" action="Press">
-<action name="Focus"/></mousebind></context></mouse>
-<focus><focusNew>yes</focusNew></focus>
-<applications><application class="*"><decor>no</decor><focus>yes</focus>
-<position force="yes"><x>0</x><y>0</y></position></application></applications>
-</openbox_config>
-"""
-
-# Seconds that the screen itself is waited for.
-LIMIT = 20
-
 
 def _library(name):
     path = ctypes.util.find_library(name)
@@ -42,49 +22,15 @@ def _library(name):
 
 
 class Screen:
-    """The running screen; `with Screen() as screen:` ends it again."""
+    """The screen that this program runs on."""
 
     def __init__(self):
-        self._folder = tempfile.mkdtemp(prefix="bench-screen-")
-        self._manager = None
-        self._server, self.name = self._start_server()
-        self.environment = dict(os.environ, DISPLAY=self.name, QT_QPA_PLATFORM="xcb")
-        for variable in ("WAYLAND_DISPLAY", "XAUTHORITY", "QT_SCALE_FACTOR"):
-            self.environment.pop(variable, None)
         self._map_picture()
         self._connect()
-        self._start_manager()
-
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        for process in (self._manager, self._server):
-            if process is not None:
-                process.kill()
-                process.wait()
-        shutil.rmtree(self._folder, ignore_errors=True)
-
-    def _start_server(self):
-        for _ in range(10):
-            number = random.randrange(100, 10000)
-            ready, write = os.pipe()
-            server = subprocess.Popen(
-                ["Xvfb", f":{number}", "-displayfd", str(write), "-nolisten", "tcp",
-                 "-screen", "0", f"{SIZE[0]}x{SIZE[1]}x24", "-fbdir", self._folder],
-                pass_fds=[write], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                stderr=subprocess.DEVNULL)
-            os.close(write)
-            with os.fdopen(ready) as answer:
-                if answer.readline():
-                    return server, f":{number}"
-            server.kill()
-            server.wait()
-        raise RuntimeError("no virtual screen")
 
     # The file is a picture in the format of xwd: a header of big-endian numbers, colours, pixels.
     def _map_picture(self):
-        path = pathlib.Path(self._folder, "Xvfb_screen0")
+        path = pathlib.Path(os.environ["VIRTUAL_SCREEN"], "Xvfb_screen0")
         with open(path, "r+b") as file:
             self._map = mmap.mmap(file.fileno(), 0)
         header = struct.unpack(">25I", self._map[:100])
@@ -103,7 +49,7 @@ class Screen:
         self._x.XOpenDisplay.restype = ctypes.c_void_p
         self._x.XDefaultRootWindow.restype = ctypes.c_ulong
         self._x.XStringToKeysym.restype = ctypes.c_ulong
-        display = ctypes.c_void_p(self._x.XOpenDisplay(self.name.encode()))
+        display = ctypes.c_void_p(self._x.XOpenDisplay(None))
         if not display:
             raise RuntimeError("no connection to the virtual screen")
         self._display = display
@@ -111,20 +57,6 @@ class Screen:
         self._x.XSetWindowBackground(display, root, ctypes.c_ulong(ROOT_COLOUR))
         self._x.XClearWindow(display, root)
         self._x.XSync(display, 0)
-
-    def _start_manager(self):
-        rc = pathlib.Path(self._folder, "rc.xml")
-        rc.write_text(OPENBOX_RC, encoding="utf-8")
-        self._manager = subprocess.Popen(
-            ["openbox", "--sm-disable", "--config-file", str(rc)], env=self.environment,
-            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        end = time.monotonic() + LIMIT
-        while b"#" not in subprocess.run(
-                ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], env=self.environment,
-                stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False).stdout:
-            if time.monotonic() > end:
-                raise RuntimeError("no window manager")
-            time.sleep(0.05)
 
     def changed(self, height=SIZE[1]):
         """Whether the upper part of the picture differs from what it was at the last call."""
@@ -157,11 +89,6 @@ class Screen:
     def button(self, down):
         self._xtest.XTestFakeButtonEvent(self._display, 1, int(down), ctypes.c_ulong(0))
         self._x.XFlush(self._display)
-
-    def click(self, x, y):
-        self.move(x, y)
-        self.button(True)
-        self.button(False)
 
     def key(self, name):
         code = self._x.XKeysymToKeycode(
