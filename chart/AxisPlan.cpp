@@ -22,6 +22,10 @@ constexpr double kCloseMargin = 0.025;
 // Part of a single value that the axis shows on each of its sides.
 constexpr double kSingleValueRoom = 0.1;
 
+// Pixels between labels.
+constexpr double kValueLabelDistance = 36.0;
+constexpr double kTimeLabelDistance = 60.0;
+
 constexpr double kRoundingNoise = 1e-12;
 
 constexpr double kNiceFactors[] = {1.0, 2.0, 5.0, 10.0};
@@ -51,6 +55,61 @@ int LabelCount(double low, double high, double step) {
     return static_cast<int>(std::min(StepsBelow(high, step) - StepsAbove(low, step) + 1.0, 1e6));
 }
 
+// The data with the free space around them that the scale asks for.
+AxisPlan WidenedRange(const ChartScale& scale, const AxisNeeds& needs) {
+    double low = std::clamp(needs.low, -kLargest, kLargest);
+    double high = std::clamp(needs.high, -kLargest, kLargest);
+    const double size = std::max(std::abs(low), std::abs(high));
+    const double least_extent = std::max(size * kNarrowest, kSmallestExtent);
+    if (high - low < least_extent) {
+        // One value only: it stands in the middle of a range that fits its size.
+        const double half =
+            std::max(scale.interval, size > kSmallestExtent ? size * kSingleValueRoom : 1.0);
+        low -= half;
+        high += half;
+    }
+    if (scale.headroom == ScaleHeadroom::Kept) {
+        // Data above zero need no room below it. Above the largest value there always is room to
+        // drag it into.
+        const double room = (high - low) * needs.headroom / 100.0;
+        low = low >= 0.0 ? std::max(low - room, 0.0) : low - room;
+        high += room;
+    }
+    if (scale.limits == ScaleLimits::CloseToData) {
+        const double margin = (high - low) * kCloseMargin;
+        low -= margin;
+        high += margin;
+    }
+    return {.low = low, .high = high};
+}
+
+// The scale's own interval, or the multiple of it that gives at most `most` labels.
+double FixedStep(const ChartScale& scale, const AxisPlan& range, int most) {
+    const auto labels = [&](double step) {
+        return scale.limits == ScaleLimits::CloseToData
+                   ? LabelCount(range.low, range.high, step)
+                   : LabelCount(StepsBelow(range.low, step) * step,
+                                StepsAbove(range.high, step) * step, step);
+    };
+    double step = scale.interval;
+    for (double power = 1.0; labels(step) > most; power *= 10.0) {
+        for (double factor : {2.0, 5.0, 10.0}) {
+            step = scale.interval * power * factor;
+            if (labels(step) <= most)
+                break;
+        }
+    }
+    return step;
+}
+
+int LabelDigits(const AxisPlan& plan) {
+    const double largest = std::max(std::abs(plan.low), std::abs(plan.high));
+    const double whole_digits =
+        largest < kLongestWhole ? std::floor(std::log10(largest)) + 1.0 : 0.0;
+    const double distinct_digits = std::ceil(std::log10(largest / plan.step)) + 2.0;
+    return static_cast<int>(std::clamp(std::max(whole_digits, distinct_digits), 6.0, 15.0));
+}
+
 }  // namespace
 
 std::vector<double> AxisPlan::Ticks() const {
@@ -65,59 +124,50 @@ QString AxisPlan::LabelText(double value) const {
     return QString::number(value + 0.0, 'g', digits);
 }
 
-AxisPlan PlanAxis(const ChartScale& scale, double low, double high, double headroom,
-                  int wanted_labels, int most_labels) {
-    low = std::clamp(low, -kLargest, kLargest);
-    high = std::clamp(high, -kLargest, kLargest);
-    const double size = std::max(std::abs(low), std::abs(high));
-    const double least_extent = std::max(size * kNarrowest, kSmallestExtent);
-    if (high - low < least_extent) {
-        // One value only: it stands in the middle of a range that fits its size.
-        const double half =
-            std::max(scale.interval, size > kSmallestExtent ? size * kSingleValueRoom : 1.0);
-        low -= half;
-        high += half;
+AxisPlan PlanAxis(const ChartScale& scale, const AxisNeeds& needs) {
+    AxisPlan plan = WidenedRange(scale, needs);
+    plan.step = scale.interval > 0.0
+                    ? FixedStep(scale, plan, std::max(needs.max_labels, 2))
+                    : NiceStep((plan.high - plan.low) / std::max(needs.wanted_labels, 1));
+    if (scale.limits == ScaleLimits::WholeIntervals) {
+        plan.low = StepsBelow(plan.low, plan.step) * plan.step;
+        plan.high = StepsAbove(plan.high, plan.step) * plan.step;
     }
-    if (scale.headroom != 0) {
-        // Data above zero need no room below it. Above the largest value there always is room to
-        // drag it into.
-        const double room = (high - low) * headroom / 100.0;
-        low = low >= 0.0 ? std::max(low - room, 0.0) : low - room;
-        high += room;
-    }
-    if (scale.limits != 0) {
-        const double margin = (high - low) * kCloseMargin;
-        low -= margin;
-        high += margin;
-    }
-
-    AxisPlan plan;
-    plan.step = NiceStep((high - low) / std::max(wanted_labels, 1));
-    if (scale.interval > 0.0) {
-        plan.step = scale.interval;
-        const auto widened = [&](double step) {
-            return scale.limits != 0 ? LabelCount(low, high, step)
-                                     : LabelCount(StepsBelow(low, step) * step,
-                                                  StepsAbove(high, step) * step, step);
-        };
-        for (double power = 1.0; widened(plan.step) > std::max(most_labels, 2); power *= 10.0) {
-            for (double factor : {2.0, 5.0, 10.0}) {
-                plan.step = scale.interval * power * factor;
-                if (widened(plan.step) <= std::max(most_labels, 2))
-                    break;
-            }
-        }
-    }
-    plan.low = scale.limits != 0 ? low : StepsBelow(low, plan.step) * plan.step;
-    plan.high = scale.limits != 0 ? high : StepsAbove(high, plan.step) * plan.step;
-    const double largest = std::max(std::abs(plan.low), std::abs(plan.high));
-    const double whole_digits =
-        largest < kLongestWhole ? std::floor(std::log10(largest)) + 1.0 : 0.0;
-    const double distinct_digits = std::ceil(std::log10(largest / plan.step)) + 2.0;
-    plan.digits = static_cast<int>(std::clamp(std::max(whole_digits, distinct_digits), 6.0, 15.0));
+    plan.digits = LabelDigits(plan);
     return plan;
 }
 
 AxisPlan PlanItemAxis(int count) {
     return {-0.5, std::max(count, 1) - 0.5, 1.0, 6};
+}
+
+AxisPlans PlanAxes(const CDocControl& chart, QSize plot, double label_height) {
+    const bool bars = chart.display.form == DisplayForm::Bars;
+    DataBounds bounds = chart.items.Bounds().value_or(DataBounds{0.0, 1.0, 0.0, 1.0});
+    if (bars) {
+        bounds.y_low = std::min(bounds.y_low, 0.0);
+        bounds.y_high = std::max(bounds.y_high, 0.0);
+        if (bounds.y_low == bounds.y_high)
+            bounds.y_high = std::max(chart.value_scale.interval, 1.0);
+    }
+    const QSize room = plot - kBesideAxes;
+    const auto fitting = [](double pixels, double distance, int most) {
+        return std::clamp(static_cast<int>(pixels / distance), 2, most);
+    };
+    AxisPlans plans;
+    plans.values =
+        PlanAxis(chart.value_scale,
+                 {.low = bounds.y_low,
+                  .high = bounds.y_high,
+                  .headroom = chart.display.headroom,
+                  .wanted_labels = fitting(room.height(), kValueLabelDistance, kMaxLabels / 2),
+                  .max_labels = fitting(room.height(), label_height, kMaxLabels)});
+    plans.items =
+        bars ? PlanItemAxis(chart.items.Count())
+             : PlanAxis(chart.index_scale, {.low = bounds.x_low,
+                                            .high = bounds.x_high,
+                                            .headroom = chart.display.headroom,
+                                            .wanted_labels = fitting(
+                                                room.width(), kTimeLabelDistance, kMaxLabels / 2)});
+    return plans;
 }

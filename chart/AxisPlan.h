@@ -3,6 +3,7 @@
 
 #include "chart/CDocControl.h"
 
+#include <QSize>
 #include <QString>
 
 #include <vector>
@@ -24,13 +25,32 @@ struct AxisPlan {
 /// Largest number of labels on an axis, however large it is.
 constexpr int kMaxLabels = 20;
 
-/// Plans an axis of numbers over data from `low` to `high` (finite, in order): it covers them and
-/// has an extent. `headroom` is the free space beyond the data in per cent of their extent; there
-/// is always some above them. A fixed interval of the scale is
-/// multiplied by a whole number where it would give more than `most_labels` labels (2 to
-/// kMaxLabels), an automatic one is chosen for about `wanted_labels`.
-AxisPlan PlanAxis(const ChartScale& scale, double low, double high, double headroom,
-                  int wanted_labels, int most_labels);
+/// What an axis of numbers has to show, and the labels that it has room for.
+struct AxisNeeds {
+    double low = 0.0;  ///< of the data; finite, not above `high`
+    double high = 1.0;
+    double headroom = 0.0;  ///< free space beyond the data, per cent of their extent
+    int wanted_labels = 2;  ///< about so many, where the interval is automatic
+    int max_labels = kMaxLabels;
+};
+
+/// Plans an axis of numbers: it covers the data and has an extent; there is always some room above
+/// them. A fixed interval of the scale is multiplied by a whole number where it would give more
+/// than `max_labels` labels.
+AxisPlan PlanAxis(const ChartScale& scale, const AxisNeeds& needs);
 
 /// Plans the axis of `count` items that stand on their indices: half an interval free at both ends.
 AxisPlan PlanItemAxis(int count);
+
+/// Both axes of a chart.
+struct AxisPlans {
+    AxisPlan values;
+    AxisPlan items;
+};
+
+/// About what labels and titles take from a plot beside and below its axes, in pixels.
+constexpr QSize kBesideAxes(70, 60);
+
+/// Plans the axes of `chart` for a plot of that size, title and labels included, whose labels are
+/// `label_height` pixels high.
+AxisPlans PlanAxes(const CDocControl& chart, QSize plot, double label_height);

@@ -2,15 +2,10 @@
 #pragma once
 
 #include "base/Colour.h"
+#include "chart/ChartItems.h"
 
-#include <QPointF>
 #include <QString>
-#include <QStringList>
 
-#include <cstdint>
-#include <optional>
-#include <set>
-#include <span>
 #include <vector>
 
 /// A place in per cent of the chart, 0.0 to 100.0.
@@ -23,20 +18,28 @@ struct PercentRect {
     friend bool operator==(const PercentRect&, const PercentRect&) = default;
 };
 
+enum class TitleAlignment : int { Left = 0, Centre = 1, Right = 2 };
+
 struct ChartTitle {
     QString text;  ///< may hold line breaks
     PercentRect rect;
-    int alignment = 1;     ///< 0 left, 1 centred, 2 right
+    TitleAlignment alignment = TitleAlignment::Centre;
     int text_height = 14;  ///< pixels
 };
+
+/// Where a scale ends.
+enum class ScaleLimits : int { WholeIntervals = 0, CloseToData = 1 };
+
+/// Whether a scale keeps the display's headroom free beyond the data.
+enum class ScaleHeadroom : int { None = 0, Kept = 1 };
 
 /// What stands beside the marks of a scale.
 enum class ScaleLabels : int { None = 0, Numbers = 1, ItemTexts = 2 };
 
 struct ChartScale {
     double interval = 0.0;  ///< between labels; 0 is automatic
-    int limits = 0;         ///< 0 widened to whole intervals, 1 close to the data
-    int headroom = 0;       ///< 1 keeps the display's headroom free beyond the data
+    ScaleLimits limits = ScaleLimits::WholeIntervals;
+    ScaleHeadroom headroom = ScaleHeadroom::None;
     ScaleLabels labels = ScaleLabels::Numbers;
     bool labels_turn = false;  ///< labels that do not fit side by side turn to `label_angle`
     double label_angle = 0.0;  ///< degrees, clockwise
@@ -45,18 +48,25 @@ struct ChartScale {
 /// Which of the two axes something belongs to.
 enum class ChartAxis : int { Values = 0, Items = 1 };
 
+/// Where marks and grid lines of an axis stand.
+enum class MarkLevel : int { AtLabels = 0, BetweenLabels = 1 };
+
+enum class TickSides : int { Outside = 1, Inside = 2, Both = 3 };
+
 struct TickMarks {
     Colour colour;
-    int level = 0;  ///< 0 at the labels, 1 between them
-    int sides = 1;  ///< 1 outside the axis, 2 inside, 3 both
+    MarkLevel level = MarkLevel::AtLabels;
+    TickSides sides = TickSides::Outside;
     ChartAxis axis = ChartAxis::Values;
 };
 
+enum class LinePattern : int { Solid = 0, Dotted = 1, Dashed = 2 };
+
 struct GridLines {
     Colour colour;
-    int pattern = 0;  ///< 0 solid, 1 dotted, 2 dashed
-    int level = 0;    ///< 0 at the labels, 1 between them
-    int on = 0;
+    LinePattern pattern = LinePattern::Solid;
+    MarkLevel level = MarkLevel::AtLabels;
+    bool on = false;
 };
 
 struct AxisLabel {
@@ -74,38 +84,23 @@ struct DataDisplay {
     PercentRect rect;        ///< of a display without scales
 };
 
-struct ItemStyle {
-    // The low byte of the flags says where the colours come from, the second byte how points look,
-    // the third how labels stand.
-    static constexpr unsigned kOwnColour = 0x1;
-    static constexpr unsigned kMarkers = 0x400;
-    static constexpr unsigned kLine = 0x800;
-    static constexpr unsigned kUprightLabel = 0x10000;
+enum class PointLook : int { None = 0, MarkersOnLine = 0xC00 };
 
-    unsigned flags = 0;
+/// How labels under items stand that do not fit side by side.
+enum class ItemLabelTurn { Slanted, Upright };
+
+struct ItemStyle {
+    PointLook points = PointLook::None;
+    ItemLabelTurn label_turn = ItemLabelTurn::Slanted;
     Colour colour;         ///< of a bar's face, of a marker
     Colour second_colour;  ///< of a bar's outline, of the line through the points
-    Colour own_colour;     ///< takes the place of `colour` while `kOwnColour` is set
     int width = 1;         ///< of outlines and lines, pixels
-
-    Colour FaceColour() const { return (flags & kOwnColour) != 0 ? own_colour : colour; }
 
     friend bool operator==(const ItemStyle&, const ItemStyle&) = default;
 };
 
-/// The extent of the items that are drawn.
-struct DataBounds {
-    double x_low = 0.0;
-    double x_high = 0.0;
-    double y_low = 0.0;
-    double y_high = 0.0;
-};
-
-/// The chart as built: what is drawn, free of how. Items are counted from 0 and stand in row order.
-/// An item has one value in every group, NaN where none was set yet; an item with a value that is
-/// not finite keeps its place and is not drawn.
-class CDocControl {
-public:
+/// What the chart shows, independent of how it is drawn.
+struct CDocControl {
     ChartTitle title;
     PercentRect display_rect;  ///< of axes and data together
     bool has_scales = false;
@@ -120,48 +115,9 @@ public:
     DataDisplay display;
     ItemStyle item_style;  ///< of every item that is not highlighted
     ItemStyle highlighted_style;
+    ChartItems items;
 
-    /// Drops all items; from now on each has `groups` values (1 or 2).
-    void ClearItems(int groups);
-
-    int GroupCount() const { return static_cast<int>(m_groups.size()); }
-    int ItemCount() const { return static_cast<int>(m_groups.front().size()); }
-
-    /// NaN for an item or group that is not there.
-    double Value(int index, int group) const;
-
-    /// Stores one value. `index` may be one past the last item, which adds an item; throws
-    /// std::invalid_argument beyond that.
-    void SetValue(int index, int group, double value);
-
-    std::span<const double> Group(int group) const {
-        return m_groups.at(static_cast<size_t>(group));
+    const ItemStyle& StyleOf(int index) const {
+        return items.IsHighlighted(index) ? highlighted_style : item_style;
     }
-
-    /// Text under an item; "" when it has none.
-    QString Label(int index) const { return m_labels.value(index); }
-    void SetLabel(int index, const QString& label);
-
-    /// Makes room for `count` items without values before item `first`, or takes items away. Labels
-    /// and highlights move with their items. Ranges that are not there are cut to what is.
-    void InsertItems(int first, int count);
-    void RemoveItems(int first, int count);
-
-    void SetHighlighted(int index, bool on);
-    bool IsHighlighted(int index) const { return m_highlighted.contains(index); }
-    const std::set<int>& Highlighted() const { return m_highlighted; }
-    ItemStyle StyleOf(int index) const;
-
-    bool IsDrawn(int index) const;
-
-    /// Where an item stands in axis units: its two values, or its index and its only value.
-    QPointF Place(int index) const;
-
-    /// Nothing when no item is drawn.
-    std::optional<DataBounds> Bounds() const;
-
-private:
-    std::vector<std::vector<double>> m_groups = {{}};
-    QStringList m_labels;  // empty or one an item
-    std::set<int> m_highlighted;
 };

@@ -14,7 +14,6 @@ constexpr int kValueColumn = ProfileTable::kValueColumn;
 constexpr Colour kBlack = {0, 0, 0};
 constexpr Colour kRed = {255, 0, 0};
 constexpr Colour kPureBlue = {0, 0, 255};
-constexpr Colour kYellow = {255, 255, 0};
 constexpr Colour kBlue = {56, 102, 224};
 constexpr Colour kLightBlue = {115, 170, 232};
 constexpr Colour kOrange = {255, 207, 54};
@@ -36,7 +35,8 @@ constexpr PercentRect Band(double top, double bottom) {
     return {0.0, top, 100.0, bottom};
 }
 
-constexpr ItemStyle kPointStyle = {ItemStyle::kMarkers | ItemStyle::kLine, kRed, kBlue, {}, 1};
+constexpr ItemStyle kPointStyle = {
+    .points = PointLook::MarkersOnLine, .colour = kRed, .second_colour = kBlue};
 
 ItemStyle Highlighted(ItemStyle style, DisplayForm form) {
     if (form == DisplayForm::Points) {
@@ -60,7 +60,7 @@ CGraphControl::CGraphControl(QObject* parent) : QObject(parent) {
 
 void CGraphControl::StartBuild(int groups) {
     m_document = CDocControl();
-    m_document.ClearItems(groups);
+    m_document.items.Clear(groups);
     m_document.title.text = m_title;
 }
 
@@ -81,29 +81,29 @@ void CGraphControl::BuildProfileChart(ProfileKind kind) {
     chart.title.rect = Band(0.0, title_height);
     chart.display_rect = Band(title_height, 100.0);
     chart.has_scales = chart.value_axis_on = chart.index_axis_on = true;
-    chart.value_scale = {.interval = facts.value_step, .limits = 0, .headroom = 1};
-    chart.index_scale = {.interval = 0.0, .limits = 0, .labels = ScaleLabels::ItemTexts};
-    chart.tick_marks = {{kBlue, 0, 3, ChartAxis::Values}, {kRed, 0, 1, ChartAxis::Items}};
-    chart.grid_lines = {{kGrey, 0, 0, 1}, {kGreen, 1, 1, 1}};
+    chart.value_scale = {.interval = facts.value_step, .headroom = ScaleHeadroom::Kept};
+    chart.index_scale = {.labels = ScaleLabels::ItemTexts};
+    chart.tick_marks = {{.colour = kBlue, .sides = TickSides::Both},
+                        {.colour = kRed, .axis = ChartAxis::Items}};
+    chart.grid_lines = {{.colour = kGrey, .on = true},
+                        {kGreen, LinePattern::Dotted, MarkLevel::BetweenLabels, true}};
     chart.value_label = {facts.value_axis_title.toString(), true, 0xFF};
     chart.index_label = {facts.index_axis_title.toString()};
     chart.display = {DisplayForm::Bars, title_height, {}};
-    chart.item_style = {ItemStyle::kOwnColour, kLightBlue, kBlue, kYellow, 1};
+    chart.item_style = {.colour = kLightBlue, .second_colour = kBlue};
     // Hours stand so close together that their labels are turned upright.
     if (facts.labels == RowLabels::Hours)
-        chart.item_style.flags |= ItemStyle::kUprightLabel;
-    // The group's colours win over those of the single items.
-    chart.item_style.flags &= ~0xFFU;
+        chart.item_style.label_turn = ItemLabelTurn::Upright;
     chart.highlighted_style = Highlighted(chart.item_style, DisplayForm::Bars);
 
     if (IsProfile(kind)) {
         const QStringList labels = RowLabelTexts(kind);
         for (int i = 0; i < facts.rows; ++i) {
-            chart.SetValue(i, 0, facts.default_value);
-            chart.SetLabel(i, labels.value(i));
+            chart.items.SetValue(i, 0, facts.default_value);
+            chart.items.SetLabel(i, labels.value(i));
         }
     } else {
-        chart.InsertItems(0, kNamelessItems);
+        chart.items.Insert(0, kNamelessItems);
     }
     EndBuild();
 }
@@ -115,13 +115,13 @@ void CGraphControl::BuildFunctionChart() {
     chart.title.rect = Band(0.0, facts.title_height);
     chart.display_rect = Band(facts.title_height, 100.0);
     chart.has_scales = chart.value_axis_on = chart.index_axis_on = true;
-    chart.value_scale = {.interval = 0.0, .limits = 0, .headroom = 1};
+    chart.value_scale = {.headroom = ScaleHeadroom::Kept};
     chart.index_scale = {
-        .interval = 0.0, .limits = 1, .labels_turn = true, .label_angle = kTimeLabelAngle};
-    chart.tick_marks = {{kBlack, 0, 1, ChartAxis::Values},
-                        {kRed, 0, 1, ChartAxis::Items},
-                        {kPureBlue, 1, 1, ChartAxis::Values}};
-    chart.grid_lines = {{kLightGrey, 2, 0, 1}, {kLightGrey, 2, 0, 1}};
+        .limits = ScaleLimits::CloseToData, .labels_turn = true, .label_angle = kTimeLabelAngle};
+    chart.tick_marks = {{.colour = kBlack},
+                        {.colour = kRed, .axis = ChartAxis::Items},
+                        {.colour = kPureBlue, .level = MarkLevel::BetweenLabels}};
+    chart.grid_lines.assign(2, {.colour = kLightGrey, .pattern = LinePattern::Dashed, .on = true});
     chart.value_label = {facts.value_axis_title.toString(), true, 0xFF};
     chart.index_label = {facts.index_axis_title.toString()};
     chart.display = {DisplayForm::Points, kPointHeadroom, {}};
@@ -135,8 +135,6 @@ void CGraphControl::BuildPlainChart() {
     StartBuild(1);
     CDocControl& chart = m_document;
     chart.title.rect = Band(0.0, kPlainTitleHeight);
-    chart.title.alignment = 1;
-    chart.title.text_height = 14;
     chart.display = {DisplayForm::Points, kPointHeadroom, Band(kPlainTitleHeight, 100.0)};
     chart.display_rect = chart.display.rect;
     chart.item_style = kPointStyle;
@@ -146,16 +144,16 @@ void CGraphControl::BuildPlainChart() {
 
 void CGraphControl::ApplyPointStyle() {
     ItemStyle& style = m_document.item_style;
-    style.flags = (style.flags & ~0xFF00U) | ItemStyle::kMarkers | ItemStyle::kLine;
+    style.points = PointLook::MarkersOnLine;
     style.width = kLineWidth;
     m_document.highlighted_style = Highlighted(style, m_document.display.form);
     emit Rebuilt();
 }
 
 void CGraphControl::SetValue(int index, int group, double value) {
-    const int count = m_document.ItemCount();
-    m_document.SetValue(index, group, value);
-    if (m_document.ItemCount() == count)
+    const int count = m_document.items.Count();
+    m_document.items.SetValue(index, group, value);
+    if (m_document.items.Count() == count)
         emit ItemsChanged(index, index);
     else
         emit Rebuilt();
@@ -170,7 +168,7 @@ void CGraphControl::SetTitle(const QString& title) {
 }
 
 void CGraphControl::SetHighlighted(int index, bool on) {
-    m_document.SetHighlighted(index, on);
+    m_document.items.SetHighlighted(index, on);
     emit ItemsChanged(index, index);
 }
 
@@ -192,28 +190,28 @@ void CGraphControl::Attach(ProfileTable* table, ProfileKind kind) {
 }
 
 void CGraphControl::Refill() {
-    m_document.ClearItems(m_document.GroupCount());
-    m_document.InsertItems(0, m_table->RowCount());
-    ReadRows(0, m_document.ItemCount() - 1, kLabelColumn, kValueColumn);
+    m_document.items.Clear(m_document.items.GroupCount());
+    m_document.items.Insert(0, m_table->RowCount());
+    ReadRows(0, m_document.items.Count() - 1, kLabelColumn, kValueColumn);
     if (m_kind == ProfileKind::Function)
         ApplyPointStyle();
     emit Rebuilt();
 }
 
 void CGraphControl::ReadRows(int first, int last, int first_column, int last_column) {
-    const bool has_times = m_document.GroupCount() == 2;
+    const bool has_times = m_document.items.GroupCount() == 2;
     const int value_group = has_times ? 1 : 0;
     for (int i = first; i <= last; ++i) {
         if (first_column <= kLabelColumn && kLabelColumn <= last_column) {
             const QString label = m_table->CellText(i + 1, kLabelColumn);
             if (has_times)
-                m_document.SetValue(i, 0, ParseNumber(label));
+                m_document.items.SetValue(i, 0, ParseNumber(label));
             else
-                m_document.SetLabel(i, label);
+                m_document.items.SetLabel(i, label);
         }
         if (first_column <= kValueColumn && kValueColumn <= last_column)
-            m_document.SetValue(i, value_group,
-                                ParseNumber(m_table->CellText(i + 1, kValueColumn)));
+            m_document.items.SetValue(i, value_group,
+                                      ParseNumber(m_table->CellText(i + 1, kValueColumn)));
     }
 }
 
@@ -225,12 +223,12 @@ void CGraphControl::OnDataChanged(int first, int last, int first_column, int las
 }
 
 void CGraphControl::OnRowsInserted(int first, int last) {
-    m_document.InsertItems(first, last - first + 1);
+    m_document.items.Insert(first, last - first + 1);
     ReadRows(first, last, kLabelColumn, kValueColumn);
     emit Rebuilt();
 }
 
 void CGraphControl::OnRowsRemoved(int first, int last) {
-    m_document.RemoveItems(first, last - first + 1);
+    m_document.items.Remove(first, last - first + 1);
     emit Rebuilt();
 }

@@ -34,7 +34,7 @@ public:
     /// Gives all items the look of points on a line.
     void ApplyPointStyle();
 
-    /// Stores one value; see CDocControl::SetValue. Part of the given interface, not used by the
+    /// Stores one value; see ChartItems::SetValue. Part of the given interface, not used by the
     /// dialog: its charts follow their table.
     virtual void SetValue(int index, int group, double value);
 

@@ -1,359 +1,69 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "chart/CGraphView.h"
 
-#include "base/ColourContrast.h"
-#include "base/QtColour.h"
 #include "base/ShownText.h"
 #include "chart/CGraphControl.h"
-#include "chart/ChartFrame.h"
-#include "chart/ItemPainter.h"
+#include "chart/DragRules.h"
+#include "chart/ItemPicking.h"
+#include "profiles/ProfileSession.h"
 
-#include <qcustomplot.h>
-
-#include <QCoreApplication>
-#include <QFontMetricsF>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QMouseEvent>
 #include <QPainter>
+#include <QTextDocument>
 #include <QTimer>
+#include <QToolTip>
 
 #include <algorithm>
-#include <cmath>
-#include <numbers>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-// Pixels.
-constexpr int kAxisTextHeight = 11;
-constexpr int kSmallestTitleHeight = 9;
-constexpr int kTickLength = 4;
-constexpr int kSubTickLength = 2;
-constexpr int kFrameWidth = 1;
-constexpr int kPlotMargin = 6;
-constexpr int kLabelMargin = 4;
-constexpr int kMarkerRoom = 5;
-constexpr double kLabelGap = 6.0;
-constexpr double kValueLabelDistance = 36.0;
-constexpr double kTimeLabelDistance = 60.0;
+constexpr int kTipTime = 10000;  // milliseconds
 
-// About what labels and titles take from the plot beside and below it, for the choice of labels.
-constexpr int kSideRoom = 70;
-constexpr int kBottomRoom = 60;
-
-// Puts labels where the plan wants them; items have texts of their own.
-class PlanTicker : public QCPAxisTicker {
-public:
-    PlanTicker(const AxisPlan& plan, const CDocControl* items) : m_plan(plan), m_items(items) {}
-
-protected:
-    QVector<double> createTickVector(double, const QCPRange&) override {
-        const std::vector<double> ticks = m_plan.Ticks();
-        return {ticks.cbegin(), ticks.cend()};
-    }
-
-    double getTickStep(const QCPRange&) override { return m_plan.step; }
-
-    // Items are told apart in the middle between them.
-    int getSubTickCount(double step) override {
-        return m_items != nullptr ? 1 : QCPAxisTicker::getSubTickCount(step);
-    }
-
-    QString getTickLabel(double tick, const QLocale&, QChar, int) override {
-        return m_items != nullptr ? m_items->Label(static_cast<int>(std::lround(tick)))
-                                  : m_plan.LabelText(tick);
-    }
-
-private:
-    AxisPlan m_plan;
-    const CDocControl* m_items;
-};
-
-// The chart's items as one layer of the plot.
-class ItemsPlottable : public QCPAbstractPlottable {
-public:
-    ItemsPlottable(QCPAxis* x, QCPAxis* y, const CGraphView& view, const CDocControl& chart)
-        : QCPAbstractPlottable(x, y), m_view(view), m_chart(chart) {}
-
-    double selectTest(const QPointF&, bool, QVariant*) const override { return -1.0; }
-    QCPRange getKeyRange(bool& found, QCP::SignDomain) const override {
-        found = false;
-        return {};
-    }
-    QCPRange getValueRange(bool& found, QCP::SignDomain, const QCPRange&) const override {
-        found = false;
-        return {};
-    }
-
-protected:
-    // A marker on an axis is seen whole.
-    QRect clipRect() const override {
-        return QCPAbstractPlottable::clipRect().adjusted(-kMarkerRoom, -kMarkerRoom, kMarkerRoom,
-                                                         kMarkerRoom);
-    }
-
-    void draw(QCPPainter* painter) override {
-        // The plot's painter shifts its origin while it smooths; that would blur the markers.
-        painter->setAntialiasing(false);
-        PlotScale scale = m_view.Scale();
-        const QPoint origin = mParentPlot->pos();
-        scale.x.from -= origin.x();
-        scale.x.to -= origin.x();
-        scale.y.from -= origin.y();
-        scale.y.to -= origin.y();
-        const QColor base = m_view.palette().color(QPalette::Base);
-        PaintItems(*painter, m_chart, scale, ToColour(base), mParentPlot->bufferDevicePixelRatio());
-    }
-
-    void drawLegendIcon(QCPPainter*, const QRectF&) const override {}
-
-private:
-    const CGraphView& m_view;
-    const CDocControl& m_chart;
-};
-
-// The view draws anew after each change of its size; the plot itself need not.
-class Plot : public QCustomPlot {
-public:
-    using QCustomPlot::QCustomPlot;
-
-protected:
-    void resizeEvent(QResizeEvent*) override { setViewport(rect()); }
-};
-
-double WidestText(const QFontMetricsF& metrics, const QVector<QString>& texts) {
-    double widest = 0.0;
-    for (const QString& text : texts)
-        widest = std::max(widest, metrics.horizontalAdvance(text));
-    return widest;
-}
-
-// QCustomPlot takes -90 to 90 degrees.
-double SignedAngle(double degrees) {
-    return degrees > 180.0 ? degrees - 360.0 : degrees;
-}
-
-Qt::PenStyle PatternStyle(int pattern) {
-    constexpr Qt::PenStyle kStyles[] = {Qt::SolidLine, Qt::DotLine, Qt::DashLine};
-    return kStyles[std::clamp(pattern, 0, 2)];
-}
+// Pixels. A press that moves less is a click; it changes no value.
+constexpr int kDragDistance = 3;
 
 }  // namespace
 
 CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget* parent)
-    : QWidget(parent), m_session(session), m_control(control), m_plot(new Plot(this)) {
+    : QWidget(parent), m_session(session), m_control(control), m_plot(control->document(), this) {
     setObjectName(u"5001_Chart"_s);
     setAccessibleName(u"Chart"_s);
     setMouseTracking(true);
-    m_plot->setAttribute(Qt::WA_TransparentForMouseEvents);
-    m_plot->setFocusPolicy(Qt::NoFocus);
-    m_plot->setContextMenuPolicy(Qt::NoContextMenu);
-    // Nothing is ever shown in the topmost layer: it needs no picture of its own.
-    m_plot->layer(u"overlay"_s)->setMode(QCPLayer::lmLogical);
-    // The plot asks to be drawn as soon as it is made; there is nothing to draw before `Draw`.
-    QCoreApplication::removePostedEvents(m_plot, QEvent::MetaCall);
-    auto* const items =
-        new ItemsPlottable(m_plot->xAxis, m_plot->yAxis, *this, m_control->document());
-    // Points on an axis are drawn over it, and over its ticks.
-    items->setLayer(m_plot->xAxis->layer());
-
     connect(m_control, &CGraphControl::Rebuilt, this, [this] {
         // The item in the user's hand may be another one now, or gone.
         FinishDrag();
-        m_style_due = true;
-        Redraw();
+        Redraw(Due::Everything);
     });
-    connect(m_control, &CGraphControl::ItemsChanged, this, &CGraphView::Redraw);
+    connect(m_control, &CGraphControl::ItemsChanged, this, [this] { Redraw(Due::Items); });
 }
 
 // Changes are gathered until the next painting.
-void CGraphView::Redraw() {
-    m_redraw_due = true;
+void CGraphView::Redraw(Due due) {
+    m_due = std::max(m_due, due);
     update();
 }
 
-PlotScale CGraphView::Scale() const {
-    const QRect area = m_plot->axisRect()->rect().translated(m_plot->pos());
-    const double left = area.left();
-    const double bottom = area.bottom();
-    return {{m_index_plan.low, m_index_plan.high, left, left + area.width()},
-            {m_value_plan.low, m_value_plan.high, bottom, bottom - area.height()}};
-}
-
-QRect CGraphView::PartRect(const PercentRect& part) const {
-    const QRectF area =
-        QRectF(rect()).adjusted(kFrameWidth, kFrameWidth, -kFrameWidth, -kFrameWidth);
-    const QPointF from(area.left() + area.width() * part.left / 100.0,
-                       area.top() + area.height() * part.top / 100.0);
-    const QPointF to(area.left() + area.width() * part.right / 100.0,
-                     area.top() + area.height() * part.bottom / 100.0);
-    return QRect(from.toPoint(), to.toPoint() - QPoint(1, 1));
-}
-
-QFont CGraphView::ChartFont(int pixels, bool bold) const {
-    QFont chart_font = font();
-    chart_font.setPixelSize(pixels);
-    chart_font.setBold(bold);
-    return chart_font;
-}
-
-void CGraphView::PlanAxes() {
-    const CDocControl& chart = m_control->document();
-    const bool bars = chart.display.form == DisplayForm::Bars;
-    DataBounds bounds = chart.Bounds().value_or(DataBounds{0.0, 1.0, 0.0, 1.0});
-    if (bars) {
-        bounds.y_low = std::min(bounds.y_low, 0.0);
-        bounds.y_high = std::max(bounds.y_high, 0.0);
-        if (bounds.y_low == bounds.y_high)
-            bounds.y_high = std::max(chart.value_scale.interval, 1.0);
-    }
-    const QSize room = m_plot->size() - QSize(kSideRoom, kBottomRoom);
-    const double line_height = QFontMetricsF(ChartFont(kAxisTextHeight)).height();
-    const auto fitting = [](double pixels, double distance, int most) {
-        return std::clamp(static_cast<int>(pixels / distance), 2, most);
-    };
-    m_value_plan = PlanAxis(chart.value_scale, bounds.y_low, bounds.y_high, chart.display.headroom,
-                            fitting(room.height(), kValueLabelDistance, kMaxLabels / 2),
-                            fitting(room.height(), line_height, kMaxLabels));
-    m_index_plan =
-        bars ? PlanItemAxis(chart.ItemCount())
-             : PlanAxis(chart.index_scale, bounds.x_low, bounds.x_high, chart.display.headroom,
-                        fitting(room.width(), kTimeLabelDistance, kMaxLabels / 2), kMaxLabels);
-    m_plot->yAxis->setRange(m_value_plan.low, m_value_plan.high);
-    m_plot->xAxis->setRange(m_index_plan.low, m_index_plan.high);
-    m_plot->yAxis->setTicker(QSharedPointer<PlanTicker>::create(m_value_plan, nullptr));
-    m_plot->xAxis->setTicker(QSharedPointer<PlanTicker>::create(
-        m_index_plan, chart.index_scale.labels == ScaleLabels::ItemTexts ? &chart : nullptr));
-    PlaceIndexLabels(room.width());
-}
-
-// Labels stand side by side if they fit, else they are turned.
-void CGraphView::PlaceIndexLabels(int width) {
-    const CDocControl& chart = m_control->document();
-    const bool texts = chart.index_scale.labels == ScaleLabels::ItemTexts;
-    const QFontMetricsF metrics(ChartFont(kAxisTextHeight));
-    QVector<QString> labels;
-    for (double tick : m_index_plan.Ticks())
-        labels.append(texts ? chart.Label(static_cast<int>(tick)) : m_index_plan.LabelText(tick));
-    const double widest = WidestText(metrics, labels);
-    const double distance = width * m_index_plan.step / (m_index_plan.high - m_index_plan.low);
-    double angle = 0.0;
-    if (widest + kLabelGap > distance) {
-        if (!texts)
-            angle =
-                chart.index_scale.labels_turn ? SignedAngle(chart.index_scale.label_angle) : 0.0;
-        else if ((chart.item_style.flags & ItemStyle::kUprightLabel) != 0 ||
-                 distance < metrics.height() * 1.5)
-            angle = -90.0;
-        else
-            angle = -45.0;
-    }
-    m_plot->xAxis->setTickLabelRotation(angle);
-    // The plot leaves no room for what stands beyond the axis of its first and its last label, and
-    // shows no label that would be cut. Labels turned to the left end at their marks.
-    const auto length = [&](const QString& label) { return metrics.horizontalAdvance(label); };
-    const double turn = std::abs(angle) * std::numbers::pi / 180.0;
-    const double before = labels.isEmpty() ? 0.0
-                          : angle == 0.0   ? length(labels.first()) / 2.0
-                                           : length(labels.first()) * std::cos(turn) +
-                                               metrics.height() / 2.0 * std::sin(turn);
-    const double after = labels.isEmpty() || angle != 0.0 ? 0.0 : length(labels.last()) / 2.0;
-    m_plot->axisRect()->setMinimumMargins(
-        {static_cast<int>(std::ceil(before)) + kLabelMargin, kPlotMargin + kLabelMargin,
-         std::max(static_cast<int>(std::ceil(after)), kPlotMargin) + kLabelMargin, 0});
-}
-
-void CGraphView::StyleAxes() {
-    const CDocControl& chart = m_control->document();
-    const QColor text = palette().color(QPalette::Text);
-    const Colour base = ToColour(palette().color(QPalette::Base));
-    m_plot->setGeometry(PartRect(chart.display_rect));
-    m_plot->setBackground(palette().brush(QPalette::Base));
-
-    const AxisLabel* const titles[] = {&chart.value_label, &chart.index_label};
-    QCPAxis* const axes[] = {m_plot->yAxis, m_plot->xAxis};
-    const int lengths[] = {m_plot->height() - kBottomRoom, m_plot->width() - kSideRoom};
-    const bool on[] = {chart.value_axis_on, chart.index_axis_on};
-    for (size_t i = 0; i < std::size(axes); ++i) {
-        QCPAxis& axis = *axes[i];
-        axis.setVisible(chart.has_scales && on[i]);
-        axis.setBasePen(QPen(text, 1));
-        axis.setTickLabelFont(ChartFont(kAxisTextHeight));
-        axis.setTickLabelColor(text);
-        axis.setTickLabelPadding(3);
-        axis.setLabelPadding(3);
-        // Without a set of marks there is not even a dot on the axis.
-        axis.setTickPen(Qt::NoPen);
-        axis.setSubTickPen(Qt::NoPen);
-        QColor title_colour = text;
-        title_colour.setAlpha(titles[i]->opacity);
-        const QFont title_font = ChartFont(kAxisTextHeight, titles[i]->bold);
-        const FittedText title =
-            FitText(titles[i]->text, title_font, kAxisTextHeight, kSmallestTitleHeight,
-                    {lengths[i], QFontMetrics(title_font).lineSpacing()});
-        axis.setLabel(title.text);
-        axis.setLabelFont(title.font);
-        axis.setLabelColor(title_colour);
-
-        QCPGrid& grid = *axis.grid();
-        const GridLines lines = i < chart.grid_lines.size() ? chart.grid_lines[i] : GridLines();
-        const QPen line_pen(ToQColor(GridLineOn(base, lines.colour)), 1,
-                            PatternStyle(lines.pattern));
-        grid.setVisible(chart.has_scales && lines.on != 0);
-        grid.setPen(lines.level == 0 ? line_pen : QPen(Qt::NoPen));
-        grid.setSubGridVisible(lines.level == 1);
-        grid.setSubGridPen(line_pen);
-        grid.setZeroLinePen(axes[i] == m_plot->yAxis ? QPen(text, 1) : QPen(Qt::NoPen));
-        axis.setSubTicks(lines.level == 1);
-    }
-    for (const TickMarks& marks : chart.tick_marks) {
-        QCPAxis& axis = *axes[static_cast<size_t>(marks.axis)];
-        const QPen pen(ToQColor(LegibleOn(base, marks.colour)), 1);
-        const bool outside = (marks.sides & 1) != 0;
-        const bool inside = (marks.sides & 2) != 0;
-        if (marks.level == 0) {
-            axis.setTickPen(pen);
-            axis.setTickLength(inside ? kTickLength : 0, outside ? kTickLength : 0);
-        } else {
-            axis.setSubTicks(true);
-            axis.setSubTickPen(pen);
-            axis.setSubTickLength(inside ? kSubTickLength : 0, outside ? kSubTickLength : 0);
-        }
-    }
-}
-
-void CGraphView::PlaceTitle() {
-    const ChartTitle& title = m_control->document().title;
-    m_title_band = PartRect(title.rect).adjusted(kPlotMargin, 0, -kPlotMargin, 0);
-    m_title = FitText(ShownText(title.text, kMaxMessageLength), ChartFont(title.text_height, true),
-                      title.text_height, kSmallestTitleHeight, m_title_band.size());
-}
-
 void CGraphView::Draw() {
-    if (!m_redraw_due)
+    const Due due = std::exchange(m_due, Due::Nothing);
+    if (due == Due::Nothing)
         return;
-    if (m_style_due) {
-        StyleAxes();
-        PlaceTitle();
-    }
+    if (due == Due::Everything)
+        m_plot.Style({size(), font(), palette()});
     // The axes stay still under a drag.
-    if (!m_dragged_item)
-        PlanAxes();
-    m_redraw_due = m_style_due = false;
-    m_plot->replot(QCustomPlot::rpQueuedRefresh);
+    if (!m_drag)
+        m_plot.FitAxes();
+    m_plot.Replot();
 }
 
 void CGraphView::paintEvent(QPaintEvent*) {
     Draw();
     QPainter painter(this);
-    painter.fillRect(rect(), ChartFrameColour(palette()));
-    painter.fillRect(rect().adjusted(kFrameWidth, kFrameWidth, -kFrameWidth, -kFrameWidth),
-                     palette().brush(QPalette::Base));
-    painter.setFont(m_title.font);
-    painter.setPen(palette().color(QPalette::Text));
-    constexpr Qt::Alignment kAlignments[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
-    const int alignment = std::clamp(m_control->document().title.alignment, 0, 2);
-    painter.drawText(m_title_band, static_cast<int>(kAlignments[alignment] | Qt::AlignVCenter),
-                     m_title.text);
+    m_plot.PaintGround(painter);
 }
 
 // The plot is drawn while the window manager places the window.
@@ -363,15 +73,141 @@ void CGraphView::showEvent(QShowEvent* event) {
 }
 
 void CGraphView::resizeEvent(QResizeEvent*) {
-    m_style_due = true;
-    Redraw();
-    m_plot->setGeometry(PartRect(m_control->document().display_rect));
+    m_plot.Resize(size());
+    Redraw(Due::Everything);
 }
 
 void CGraphView::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
-        m_style_due = true;
-        Redraw();
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
+        Redraw(Due::Everything);
+}
+
+bool CGraphView::event(QEvent* event) {
+    // A dialog over the window, or a hidden one, never lets the release come here.
+    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::Hide)
+        FinishDrag();
+    return QWidget::event(event);
+}
+
+void CGraphView::contextMenuEvent(QContextMenuEvent* event) {
+    // A menu would take the release away from a drag.
+    event->setAccepted(m_drag.has_value());
+}
+
+QString CGraphView::TipText(int index) const {
+    const ProfileKind kind = m_session->kind();
+    if (kind == ProfileKind::Function) {
+        const CDocControl& chart = m_control->document();
+        return FunctionTip(chart.items.Value(index, 0), chart.items.Value(index, 1));
     }
+    const ProfileTable& table = m_session->table();
+    return ProfileTip(kind, table.CellText(index + 1, ProfileTable::kLabelColumn),
+                      table.CellText(index + 1, ProfileTable::kValueColumn),
+                      table.CellText(index + 1, ProfileTable::kNameColumn));
+}
+
+void CGraphView::ShowTip(int index) {
+    QString text = ShownText(TipText(index), kMaxMessageLength);
+    // A name is never taken for markup.
+    if (Qt::mightBeRichText(text))
+        text = Qt::convertFromPlainText(text);
+    QToolTip::showText(mapToGlobal(m_last_mouse), text, this, {}, kTipTime);
+    m_tipped_item = index;
+}
+
+void CGraphView::Hover(QPoint position) {
+    const std::optional<int> hit = HitItem(m_control->document(), Scale(), position);
+    if (hit == m_tipped_item)
+        return;
+    if (hit) {
+        ShowTip(*hit);
+        setCursor(Qt::SizeVerCursor);
+    } else {
+        QToolTip::hideText();
+        unsetCursor();
+    }
+    m_tipped_item = hit;
+}
+
+void CGraphView::leaveEvent(QEvent*) {
+    if (m_tipped_item && !m_drag)
+        Hover({-1, -1});
+}
+
+void CGraphView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) {
+        event->setAccepted(m_drag.has_value());
+        return;
+    }
+    emit PressBegins();
+    FinishDrag();
+    m_last_mouse = event->position().toPoint();
+    const CDocControl& chart = m_control->document();
+    const PlotScale scale = Scale();
+    if (const std::optional<int> hit = HitItem(chart, scale, event->position())) {
+        // The release has gone to the box that refused an entry.
+        if (QGuiApplication::mouseButtons().testFlag(Qt::LeftButton))
+            m_drag = ItemDrag{.item = *hit, .press = m_last_mouse};
+        emit CellPicked(*hit + 1);
+    } else if (m_session->kind() == ProfileKind::Function) {
+        QList<QPointF> points(chart.items.Count());
+        for (int i = 0; i < chart.items.Count(); ++i)
+            points[i] = chart.items.Place(i);
+        if (const auto picked = PickPoint(points, scale.ToValues(event->position())))
+            emit CellPicked(static_cast<int>(*picked) + 1);
+    }
+}
+
+void CGraphView::DragPoint(QPoint point) {
+    if (m_drag) {
+        if (!m_drag->began)
+            m_session->BeginDrag(m_drag->item + 1);
+        m_drag->began = true;
+        const double value = Scale().y.ToValue(point.y());
+        if (const std::optional<QString> accepted = AcceptDrag(m_session->kind(), value))
+            m_session->DragTo(*accepted);
+        Redraw(Due::Items);
+    }
+    m_session->SetModified();
+}
+
+void CGraphView::mouseMoveEvent(QMouseEvent* event) {
+    const QPoint position = event->position().toPoint();
+    m_last_mouse = position;
+    if (!m_drag) {
+        Hover(position);
+        return;
+    }
+    // The release went elsewhere, or a command has ended the drag.
+    if (!event->buttons().testFlag(Qt::LeftButton) || (m_drag->began && !m_session->isDragging())) {
+        FinishDrag();
+        return;
+    }
+    if (!m_drag->began && (position - m_drag->press).manhattanLength() < kDragDistance)
+        return;
+    DragPoint(position);
+    ShowTip(m_drag->item);
+}
+
+void CGraphView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_last_mouse = event->position().toPoint();
+    const std::optional<int> item =
+        m_drag ? std::optional(m_drag->item)
+               : HitItem(m_control->document(), Scale(), event->position());
+    FinishDrag();
+    if (item)
+        emit CellPicked(*item + 1);
+}
+
+// Ends a drag wherever it stands; the last accepted value stays.
+void CGraphView::FinishDrag() {
+    const std::optional<ItemDrag> drag = std::exchange(m_drag, std::nullopt);
+    if (!drag)
+        return;
+    if (drag->began)
+        m_session->EndDrag();
+    Redraw(Due::Items);
 }

@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "chart/AxisPlan.h"
-#include "chart/FittedText.h"
-#include "chart/PlotScale.h"
+#include "chart/ChartPlot.h"
 
-#include <QFont>
+#include <QPoint>
 #include <QWidget>
 
 #include <optional>
 
 class CGraphControl;
 class ProfileSession;
-class QCustomPlot;
 
 /// Shows the chart of a CGraphControl and lets the user read items in tips and drag them. What is
 /// dragged goes into the session's table and comes back through the control, so that chart and grid
@@ -31,7 +28,7 @@ public:
     void DragPoint(QPoint point);
 
     /// The mapping between axis units and the pixels of this widget, as drawn last.
-    PlotScale Scale() const;
+    PlotScale Scale() const { return m_plot.Scale(); }
 
 signals:
     /// A press on the chart begins; an open cell editor is to be closed.
@@ -52,31 +49,28 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    void Redraw();
+    /// What the next painting draws anew.
+    enum class Due { Nothing, Items, Everything };
+
+    /// An item in the user's hand, from the press to the release.
+    struct ItemDrag {
+        int item = 0;
+        QPoint press;
+        bool began = false;  ///< the mouse has moved far enough to change values
+    };
+
+    void Redraw(Due due);
     void Draw();
-    void PlanAxes();
-    void StyleAxes();
-    void PlaceTitle();
-    void PlaceIndexLabels(int width);
     void Hover(QPoint position);
     void FinishDrag();
     QString TipText(int index) const;
-    QFont ChartFont(int pixels, bool bold = false) const;
-    QRect PartRect(const PercentRect& part) const;
 
     ProfileSession* m_session;
     CGraphControl* m_control;
-    QCustomPlot* m_plot;
-    AxisPlan m_value_plan;
-    AxisPlan m_index_plan;
-    QRect m_title_band;
-    FittedText m_title;
-    bool m_redraw_due = true;
-    bool m_style_due = true;
+    ChartPlot m_plot;
+    Due m_due = Due::Everything;
 
     QPoint m_last_mouse;
-    QPoint m_press_position;
     std::optional<int> m_tipped_item;
-    std::optional<int> m_dragged_item;  // from the press to the release
-    bool m_drag_began = false;
+    std::optional<ItemDrag> m_drag;
 };

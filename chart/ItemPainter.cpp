@@ -99,23 +99,22 @@ public:
           m_device_pixels(device_pixels) {}
 
     void PaintBars() {
-        for (int i = 0; i < m_chart.ItemCount(); ++i) {
-            if (m_chart.IsDrawn(i))
+        for (int i = 0; i < m_chart.items.Count(); ++i) {
+            if (m_chart.items.IsDrawn(i))
                 PaintBar(i);
         }
     }
 
     void PaintPoints() {
-        const std::span<const double> ys = m_chart.Group(m_chart.GroupCount() - 1);
-        std::vector<double> indices(m_chart.GroupCount() == 1 ? ys.size() : 0);
+        const std::span<const double> ys = m_chart.items.Group(m_chart.items.GroupCount() - 1);
+        std::vector<double> indices(m_chart.items.GroupCount() == 1 ? ys.size() : 0);
         std::iota(indices.begin(), indices.end(), 0.0);
-        const std::span<const double> xs = indices.empty() ? m_chart.Group(0) : indices;
+        const std::span<const double> xs = indices.empty() ? m_chart.items.Group(0) : indices;
         const ThinnedLine line = ThinLine(xs, ys, m_scale, m_device_pixels);
-        const ItemStyle& style = m_chart.item_style;
-        if ((style.flags & ItemStyle::kLine) != 0)
-            PaintLine(line);
-        if ((style.flags & ItemStyle::kMarkers) != 0)
-            PaintMarkers(xs, ys, line.density);
+        if (m_chart.item_style.points == PointLook::None)
+            return;
+        PaintLine(line);
+        PaintMarkers(xs, ys, line.density);
     }
 
 private:
@@ -124,8 +123,8 @@ private:
     }
 
     void PaintBar(int index) {
-        const ItemStyle style = m_chart.StyleOf(index);
-        const QPointF end = m_scale.ToPixels(m_chart.Place(index));
+        const ItemStyle& style = m_chart.StyleOf(index);
+        const QPointF end = m_scale.ToPixels(m_chart.items.Place(index));
         const double width = OnDevicePixel(std::max(m_scale.x.PixelsPerUnit() * kBarWidth, 3.0));
         const double left = OnDevicePixel(end.x() - width / 2.0);
         const double axis = OnDevicePixel(m_scale.y.ToPixel(0.0));
@@ -137,7 +136,7 @@ private:
         m_painter.fillRect(bar, ToQColor(style.second_colour));
         const QRectF face = bar.adjusted(outline, outline, -outline, -outline);
         if (face.isValid())
-            m_painter.fillRect(face, ToQColor(style.FaceColour()));
+            m_painter.fillRect(face, ToQColor(style.colour));
     }
 
     void PaintLine(const ThinnedLine& thinned) {
@@ -171,17 +170,17 @@ private:
             std::abs(m_scale.x.to - m_scale.x.from) / static_cast<double>(xs.size());
         MarkerCells cells(m_scale, distance < kRoomyDistance ? kSmallMarker : kLargeMarker,
                           m_device_pixels);
-        ForEachMarker(xs, ys, m_scale, density, m_chart.Highlighted(),
+        ForEachMarker(xs, ys, m_scale, density, m_chart.items.Highlighted(),
                       [&](QPointF place) { cells.Add(place); });
-        cells.Paint(m_painter, ToQColor(m_chart.item_style.FaceColour()));
-        for (int i : m_chart.Highlighted()) {
-            if (!m_chart.IsDrawn(i))
+        cells.Paint(m_painter, ToQColor(m_chart.item_style.colour));
+        for (int i : m_chart.items.Highlighted()) {
+            if (!m_chart.items.IsDrawn(i))
                 continue;
-            const QPointF centre = m_scale.ToPixels(m_chart.Place(i));
+            const QPointF centre = m_scale.ToPixels(m_chart.items.Place(i));
             const double left = OnDevicePixel(centre.x() + 0.5 - kLargeMarker / 2.0);
             const double top = OnDevicePixel(centre.y() + 0.5 - kLargeMarker / 2.0);
             m_painter.fillRect(QRectF(left, top, kLargeMarker, kLargeMarker),
-                               ToQColor(m_chart.highlighted_style.FaceColour()));
+                               ToQColor(m_chart.highlighted_style.colour));
         }
     }
 

@@ -9,13 +9,13 @@ namespace {
 std::optional<int> HitBar(const CDocControl& chart, const PlotScale& scale, QPointF position) {
     const double place = scale.x.ToValue(position.x());
     const double index = std::round(place);
-    if (!(index >= 0.0 && index < chart.ItemCount()) || std::abs(place - index) > kBarWidth / 2.0)
+    if (!(index >= 0.0 && index < chart.items.Count()) || std::abs(place - index) > kBarWidth / 2.0)
         return {};
     const int item = static_cast<int>(index);
-    if (!chart.IsDrawn(item))
+    if (!chart.items.IsDrawn(item))
         return {};
     const double axis = scale.y.ToPixel(0.0);
-    const double end = scale.y.ToPixel(chart.Value(item, 0));
+    const double end = scale.y.ToPixel(chart.items.Value(item, 0));
     const bool in_column =
         position.y() >= std::min(axis, end) && position.y() <= std::max(axis, end);
     if (in_column || std::abs(position.y() - end) <= kHitDistance)
@@ -24,9 +24,9 @@ std::optional<int> HitBar(const CDocControl& chart, const PlotScale& scale, QPoi
 }
 
 std::optional<int> HitPoint(const CDocControl& chart, const PlotScale& scale, QPointF position) {
-    const std::span<const double> values = chart.Group(chart.GroupCount() - 1);
-    const std::span<const double> places = chart.Group(0);
-    const bool indexed = chart.GroupCount() == 1;
+    const std::span<const double> values = chart.items.Group(chart.items.GroupCount() - 1);
+    const std::span<const double> places = chart.items.Group(0);
+    const bool indexed = chart.items.GroupCount() == 1;
     const QPointF centre = scale.ToValues(position);
     const double x_pixels = scale.x.PixelsPerUnit();
     const double y_pixels = scale.y.PixelsPerUnit();

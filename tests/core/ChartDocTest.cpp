@@ -34,8 +34,8 @@ class ChartDocTest : public QObject {
     Q_OBJECT
 
     static void CheckAxis(double interval, double low, double high, double multiple) {
-        const AxisPlan plan =
-            PlanAxis({.interval = interval, .limits = 0, .headroom = 1}, low, high, 10.0, 8, 20);
+        const AxisPlan plan = PlanAxis({.interval = interval, .headroom = ScaleHeadroom::Kept},
+                                       {low, high, 10.0, 8, 20});
         QVERIFY(std::isfinite(plan.low) && std::isfinite(plan.high) && plan.low < plan.high);
         // Where the plot is asked to draw them.
         const AxisScale scale = {plan.low, plan.high, 300.0, 0.0};
@@ -54,25 +54,26 @@ class ChartDocTest : public QObject {
     }
 
 private slots:
-    // The point style leaves the other flags.
+    // The point style leaves the labels as they stand.
     void pointStyle() {
         CGraphControl daily;
         daily.BuildProfileChart(ProfileKind::Daily);
         daily.ApplyPointStyle();
-        QCOMPARE(daily.document().StyleOf(23).flags, ItemStyle::kUprightLabel | 0xC00U);
+        QCOMPARE(daily.document().StyleOf(23).label_turn, ItemLabelTurn::Upright);
+        QCOMPARE(daily.document().StyleOf(23).points, PointLook::MarkersOnLine);
         QCOMPARE(daily.document().StyleOf(23).width, 2);
     }
 
     void valueBeyondEndThrows() {
         CDocControl chart;
-        chart.ClearItems(2);
-        chart.SetValue(0, 0, 1.0);
-        QVERIFY(!chart.IsDrawn(0));
-        chart.SetValue(0, 1, 2.0);
-        QVERIFY(chart.IsDrawn(0));
+        chart.items.Clear(2);
+        chart.items.SetValue(0, 0, 1.0);
+        QVERIFY(!chart.items.IsDrawn(0));
+        chart.items.SetValue(0, 1, 2.0);
+        QVERIFY(chart.items.IsDrawn(0));
         for (const auto& [item, group] : {std::pair(2, 0), std::pair(-1, 0), std::pair(0, 2)})
-            QVERIFY_THROWS_EXCEPTION(std::invalid_argument, chart.SetValue(item, group, 1.0));
-        QCOMPARE(chart.ItemCount(), 1);
+            QVERIFY_THROWS_EXCEPTION(std::invalid_argument, chart.items.SetValue(item, group, 1.0));
+        QCOMPARE(chart.items.Count(), 1);
     }
 
     // An axis has finite limits with room beyond the data, and few labels that can be told apart.

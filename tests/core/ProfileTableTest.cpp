@@ -114,7 +114,7 @@ private slots:
         QSignalSpy rebuilt(&chart.control, &CGraphControl::Rebuilt);
         QSignalSpy changed(&chart.control, &CGraphControl::ItemsChanged);
         chart.table.SetCellText(2, 2, u"7.5"_s);
-        QCOMPARE(chart.document.Place(1), QPointF(2.0, 7.5));
+        QCOMPARE(chart.document.items.Place(1), QPointF(2.0, 7.5));
         QCOMPARE(changed, (QList<QVariantList>{{1, 1}}));
         QCOMPARE(rebuilt.size(), 0);
         chart.control.BuildFunctionChart();
@@ -126,13 +126,13 @@ private slots:
         QCOMPARE(changed, (QList<QVariantList>{{1, 1}}));
         chart.control.SetHighlighted(-1, true);
         chart.control.SetHighlighted(3, true);
-        QCOMPARE(chart.document.Highlighted(), std::set{1});
+        QCOMPARE(chart.document.items.Highlighted(), std::set{1});
         chart.table.InsertRow(1, u"0"_s, u"0"_s);
-        QCOMPARE(chart.document.Highlighted(), std::set{2});
+        QCOMPARE(chart.document.items.Highlighted(), std::set{2});
         chart.table.RemoveRows({1, 2});
-        QCOMPARE(chart.document.Highlighted(), std::set{0});
+        QCOMPARE(chart.document.items.Highlighted(), std::set{0});
         chart.table.RemoveRows({1});
-        QVERIFY(chart.document.Highlighted().empty());
+        QVERIFY(chart.document.items.Highlighted().empty());
     }
 
     // Many rows that are no neighbours go at once; the chart sees the same rows as before.

@@ -346,7 +346,7 @@ QJsonValue Chart(const QJsonValue&, const QJsonObject& input) {
     for (const auto& mark : chart.tick_marks)
         colours.append(QJsonArray{mark.colour.red, mark.colour.green, mark.colour.blue});
     const PercentRect& title = chart.title.rect;
-    const int last = chart.ItemCount() - 1;
+    const int last = chart.items.Count() - 1;
     return QJsonObject{{u"title"_s, chart.title.text},
                        {u"title_band"_s, QJsonArray{title.top, title.bottom}},
                        {u"band"_s, QJsonArray{chart.display_rect.top, chart.display_rect.bottom}},
@@ -355,9 +355,9 @@ QJsonValue Chart(const QJsonValue&, const QJsonObject& input) {
                        {u"items"_s, last + 1},
                        {u"value_axis"_s, chart.value_label.text},
                        {u"index_axis"_s, chart.index_label.text},
-                       {u"upright"_s, (chart.item_style.flags & ItemStyle::kUprightLabel) != 0},
-                       {u"last_value"_s, QString::number(chart.Value(last, 0))},
-                       {u"last_label"_s, chart.Label(last)}};
+                       {u"upright"_s, chart.item_style.label_turn == ItemLabelTurn::Upright},
+                       {u"last_value"_s, QString::number(chart.items.Value(last, 0))},
+                       {u"last_label"_s, chart.items.Label(last)}};
 }
 
 // A mouse over points or bars on 400 x 300 pixels; values go from 0 to 100, upward.
@@ -370,13 +370,13 @@ QJsonValue Hit(const QJsonValue& place, const QJsonObject& input) {
         chart.display.form = DisplayForm::Bars;
         scale.x = {-0.5, static_cast<double>(bars.size()) - 0.5, 0.0, 400.0};
     }
-    chart.ClearItems(bars.isEmpty() ? 2 : 1);
+    chart.items.Clear(bars.isEmpty() ? 2 : 1);
     for (int i = 0; i < points.size(); ++i) {
         for (const int group : {0, 1})
-            chart.SetValue(i, group, points[i][group].toString().toDouble());
+            chart.items.SetValue(i, group, points[i][group].toString().toDouble());
     }
     for (int i = 0; i < bars.size(); ++i)
-        chart.SetValue(i, 0, bars[i].toString().toDouble());
+        chart.items.SetValue(i, 0, bars[i].toString().toDouble());
     const auto hit = HitItem(chart, scale, PointOf(place));
     return hit ? *hit : QJsonValue();
 }

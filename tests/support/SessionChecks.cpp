@@ -48,15 +48,15 @@ bool TimesAreSorted(const ProfileTable& table) {
 }
 
 QString CheckChart(const ProfileTable& table, const CDocControl& chart) {
-    if (chart.ItemCount() != table.RowCount())
-        return u"%1 items, %2 rows"_s.arg(chart.ItemCount()).arg(table.RowCount());
-    const bool times = chart.GroupCount() == 2;
-    for (int i = 0; i < chart.ItemCount(); ++i) {
+    if (chart.items.Count() != table.RowCount())
+        return u"%1 items, %2 rows"_s.arg(chart.items.Count()).arg(table.RowCount());
+    const bool times = chart.items.GroupCount() == 2;
+    for (int i = 0; i < chart.items.Count(); ++i) {
         const QString label = table.CellText(i + 1, kLabel);
         const bool same_label =
-            times ? chart.Value(i, 0) == ParseNumber(label) : chart.Label(i) == label;
+            times ? chart.items.Value(i, 0) == ParseNumber(label) : chart.items.Label(i) == label;
         if (!same_label ||
-            chart.Value(i, times ? 1 : 0) != ParseNumber(table.CellText(i + 1, kValue)))
+            chart.items.Value(i, times ? 1 : 0) != ParseNumber(table.CellText(i + 1, kValue)))
             return u"the chart shows something else in row %1"_s.arg(i + 1);
     }
     return {};

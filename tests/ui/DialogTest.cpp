@@ -132,7 +132,7 @@ private slots:
     void CurrentRowIsMarked() {
         const KindDialog shown(4);
         shown.Run([&] {
-            const auto marked = [&] { return shown.Document().Highlighted(); };
+            const auto marked = [&] { return shown.Document().items.Highlighted(); };
             const auto current_is_selected = [&] {
                 return shown.Grid()->selectionModel()->selectedIndexes() ==
                        QModelIndexList{shown.Grid()->currentIndex()};
@@ -227,7 +227,7 @@ private slots:
             shown.Click(kOk);
             QVERIFY(shown.dialog->isVisible());
             QCOMPARE(shown.Grid()->currentIndex(), shown.Grid()->model()->index(1, 1));
-            QCOMPARE(shown.Document().Highlighted(), std::set{1});
+            QCOMPARE(shown.Document().items.Highlighted(), std::set{1});
             QCOMPARE(shown.Column(2).join(u'|'), u"1000|9|1100"_s);
             shown.Click(kUndo);
             QCOMPARE(shown.Column(2)[1], u"1050"_s);

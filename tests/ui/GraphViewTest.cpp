@@ -45,9 +45,11 @@ struct ChartWindow : SessionBench {
     QImage Picture() const { return view->grab().toImage(); }
 
     // Where item `index` stands, or would stand with another value.
-    QPoint At(int index) const { return At(index, control->document().Place(index).y()); }
+    QPoint At(int index) const { return At(index, control->document().items.Place(index).y()); }
     QPoint At(int index, double value) const {
-        return view->Scale().ToPixels({control->document().Place(index).x(), value}).toPoint();
+        return view->Scale()
+            .ToPixels({control->document().items.Place(index).x(), value})
+            .toPoint();
     }
 
     // What a drag to the height of `point` stores.
@@ -288,7 +290,7 @@ private slots:
         const ChartWindow cut(Function, u"0|5|10|15"_s, u"1|2|3|8"_s);
         cut.Press(cut.At(3));
         QVERIFY(cut.session->RemoveRows({1, 2}));
-        QCOMPARE(cut.control->document().ItemCount(), 2);
+        QCOMPARE(cut.control->document().items.Count(), 2);
         cut.Move(QPoint(200, 120));
         cut.Move(QPoint(200, 150));
         cut.Release(QPoint(200, 150));

@@ -250,8 +250,8 @@ void LooksTest::CheckChart(const KindDialog& shown) {
     const CDocControl& chart = shown.dialog->findChild<CGraphControl*>()->document();
     const QHash<QRgb, int> counts =
         CountColours(picture, QRect(QPoint(left, top), QPoint(whole.width() - 4, bottom)));
-    QVERIFY(counts.value(colour(chart.item_style.FaceColour())) > 12 * 20);
-    QVERIFY(counts.value(colour(chart.highlighted_style.FaceColour())) > 20);
+    QVERIFY(counts.value(colour(chart.item_style.colour)) > 12 * 20);
+    QVERIFY(counts.value(colour(chart.highlighted_style.colour)) > 20);
 
     // The blue marks between the labels of a function, the green lines between bars.
     const bool bars = chart.display.form == DisplayForm::Bars;

@@ -195,7 +195,7 @@ private:
 
     void Drag() {
         const QPoint origin = m_view->mapTo(m_shown.dialog.get(), QPoint());
-        const QPointF place = m_shown.Document().Place(RandomRow() - 1);
+        const QPointF place = m_shown.Document().items.Place(RandomRow() - 1);
         const QPoint start = m_view->Scale().ToPixels(place).toPoint();
         if (!m_view->rect().adjusted(2, 2, -2, -2).contains(start))
             return;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "chart/CDocControl.h"
+#include "chart/ChartItems.h"
 
 #include "chart/PlotScale.h"
 
@@ -13,35 +13,35 @@ constexpr double kNoValue = std::numeric_limits<double>::quiet_NaN();
 
 }  // namespace
 
-void CDocControl::ClearItems(int groups) {
+void ChartItems::Clear(int groups) {
     m_groups.assign(static_cast<size_t>(std::clamp(groups, 1, 2)), {});
     m_labels.clear();
     m_highlighted.clear();
 }
 
-double CDocControl::Value(int index, int group) const {
-    if (group < 0 || group >= GroupCount() || index < 0 || index >= ItemCount())
+double ChartItems::Value(int index, int group) const {
+    if (group < 0 || group >= GroupCount() || index < 0 || index >= Count())
         return kNoValue;
     return m_groups[static_cast<size_t>(group)][static_cast<size_t>(index)];
 }
 
-void CDocControl::SetValue(int index, int group, double value) {
-    if (group < 0 || group >= GroupCount() || index < 0 || index > ItemCount())
+void ChartItems::SetValue(int index, int group, double value) {
+    if (group < 0 || group >= GroupCount() || index < 0 || index > Count())
         throw std::invalid_argument("no such chart item");
-    if (index == ItemCount())
-        InsertItems(index, 1);
+    if (index == Count())
+        Insert(index, 1);
     m_groups[static_cast<size_t>(group)][static_cast<size_t>(index)] = value;
 }
 
-void CDocControl::SetLabel(int index, const QString& label) {
-    if (index < 0 || index >= ItemCount())
+void ChartItems::SetLabel(int index, const QString& label) {
+    if (index < 0 || index >= Count())
         return;
-    m_labels.resize(ItemCount());
+    m_labels.resize(Count());
     m_labels[index] = label;
 }
 
-void CDocControl::InsertItems(int first, int count) {
-    first = std::clamp(first, 0, ItemCount());
+void ChartItems::Insert(int first, int count) {
+    first = std::clamp(first, 0, Count());
     count = std::max(count, 0);
     for (std::vector<double>& values : m_groups)
         values.insert(values.begin() + first, static_cast<size_t>(count), kNoValue);
@@ -53,9 +53,9 @@ void CDocControl::InsertItems(int first, int count) {
     m_highlighted = std::move(moved);
 }
 
-void CDocControl::RemoveItems(int first, int count) {
-    first = std::clamp(first, 0, ItemCount());
-    count = std::clamp(count, 0, ItemCount() - first);
+void ChartItems::Remove(int first, int count) {
+    first = std::clamp(first, 0, Count());
+    count = std::clamp(count, 0, Count() - first);
     for (std::vector<double>& values : m_groups)
         values.erase(values.begin() + first, values.begin() + first + count);
     if (!m_labels.isEmpty())
@@ -68,28 +68,24 @@ void CDocControl::RemoveItems(int first, int count) {
     m_highlighted = std::move(moved);
 }
 
-void CDocControl::SetHighlighted(int index, bool on) {
-    if (on && index >= 0 && index < ItemCount())
+void ChartItems::SetHighlighted(int index, bool on) {
+    if (on && index >= 0 && index < Count())
         m_highlighted.insert(index);
     else
         m_highlighted.erase(index);
 }
 
-ItemStyle CDocControl::StyleOf(int index) const {
-    return IsHighlighted(index) ? highlighted_style : item_style;
-}
-
-bool CDocControl::IsDrawn(int index) const {
+bool ChartItems::IsDrawn(int index) const {
     const QPointF place = Place(index);
     return IsFinitePlace(place.x(), place.y());
 }
 
-QPointF CDocControl::Place(int index) const {
+QPointF ChartItems::Place(int index) const {
     return GroupCount() == 1 ? QPointF(index, Value(index, 0))
                              : QPointF(Value(index, 0), Value(index, 1));
 }
 
-std::optional<DataBounds> CDocControl::Bounds() const {
+std::optional<DataBounds> ChartItems::Bounds() const {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     DataBounds bounds = {kInfinity, -kInfinity, kInfinity, -kInfinity};
     const std::vector<double>& values = m_groups.back();
