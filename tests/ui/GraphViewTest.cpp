@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SessionBench.h"
-#include "base/EnglishAtof.h"
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
 #include "chart/DragRules.h"
 #include "chart/FittedText.h"
 
 #include <QDialog>
-#include <QSignalSpy>
 #include <QToolTip>
 
 #include <cmath>
@@ -17,6 +15,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using enum ProfileKind;
+
+const QColor kRed(255, 0, 0);
+const QColor kOrange(255, 207, 54);
+const QColor kFrame(56, 102, 224);  // of a bar
 
 // A shown chart of a session, in the size the dialog gives it.
 struct ChartWindow : SessionBench {
@@ -69,16 +71,6 @@ struct ChartWindow : SessionBench {
     }
 };
 
-// The number of pixels of exactly that colour.
-qsizetype CountColour(const QImage& picture, QColor colour) {
-    qsizetype count = 0;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x)
-            count += picture.pixel(x, y) == colour.rgb();
-    }
-    return count;
-}
-
 bool IsSquare(const QImage& picture, QPoint centre, QColor colour) {
     for (int y = -2; y <= 2; ++y) {
         for (int x = -2; x <= 2; ++x) {
@@ -96,41 +88,31 @@ class GraphViewTest : public QObject {
 
 private slots:
     void markersHaveExactColours() {
-        const QColor red(255, 0, 0);
         // Neither axes nor ticks nor grid lines cut them.
-        const ChartWindow on_axes(Function, u"0|10|5|10"_s, u"0|4|0|0"_s);
-        for (int i = 0; i < 4; ++i)
-            QVERIFY(IsSquare(on_axes.Picture(), on_axes.At(i), red));
-        ChartWindow window(Function, u"0|10|5"_s, u"1|4|-2"_s);
-        const QColor orange(255, 207, 54);
-        for (int i = 0; i < 3; ++i)
-            QVERIFY(IsSquare(window.Picture(), window.At(i), red));
-        window.control->SetHighlighted(1, true);
-        QVERIFY(IsSquare(window.Picture(), window.At(1), orange));
-        QVERIFY(IsSquare(window.Picture(), window.At(0), red));
-        window.control->SetHighlighted(1, false);
-        QCOMPARE(CountColour(window.Picture(), orange), 0);
-        QVERIFY(IsSquare(window.Picture(), window.At(1), red));
+        ChartWindow window(Function, u"0|10|5|10"_s, u"0|4|0|0"_s);
+        for (const bool marked : {false, true, false}) {
+            window.control->SetHighlighted(1, marked);
+            for (int i = 0; i < 4; ++i)
+                QVERIFY(
+                    IsSquare(window.Picture(), window.At(i), i == 1 && marked ? kOrange : kRed));
+        }
     }
 
+    // The face of a bar half way up, and one pixel inside its left side.
     void barsHaveExactColours() {
         ChartWindow window(Daily);
-        // The face of a bar half way up, and one pixel inside its left side.
-        const auto colours = [&window](int index) {
+        const QColor blue(115, 170, 232);
+        for (const bool marked : {false, true, false}) {
+            window.control->SetHighlighted(5, marked);
             const QImage picture = window.Picture();
-            QPoint at = window.At(index, 0.5);
-            const QColor face = picture.pixelColor(at);
-            while (picture.pixelColor(at) == face)
-                at.rx() -= 1;
-            return QList<QColor>{face, picture.pixelColor(at)};
-        };
-        const QList<QColor> normal = {QColor(115, 170, 232), QColor(56, 102, 224)};
-        QCOMPARE(colours(5), normal);
-        window.control->SetHighlighted(5, true);
-        QCOMPARE(colours(5), (QList<QColor>{QColor(115, 170, 232), QColor(255, 0, 0)}));
-        QCOMPARE(colours(4), normal);
-        window.control->SetHighlighted(5, false);
-        QCOMPARE(colours(5), normal);
+            for (const int index : {4, 5}) {
+                QPoint at = window.At(index, 0.5);
+                QCOMPARE(picture.pixelColor(at), blue);
+                while (picture.pixelColor(at) == blue)
+                    at.rx() -= 1;
+                QCOMPARE(picture.pixelColor(at), index == 5 && marked ? kRed : kFrame);
+            }
+        }
     }
 
     // Bars of height 0, or of less than a pixel, stand on the zero line.
@@ -140,8 +122,7 @@ private slots:
             window.session->table().SetColumn(2, Texts(values));
             const QImage picture = window.Picture();
             for (int i = 0; i < 12; ++i)
-                QCOMPARE(picture.pixelColor(window.At(i, 0.0) - QPoint(0, 1)),
-                         QColor(56, 102, 224));
+                QCOMPARE(picture.pixelColor(window.At(i, 0.0) - QPoint(0, 1)), kFrame);
         }
     }
 
@@ -196,37 +177,32 @@ private slots:
         ChartWindow window(Function, times.join(u'|'), values.join(u'|'));
         window.control->SetHighlighted(4321, true);
         const QImage picture = window.Picture();
-        QVERIFY(IsSquare(picture, window.At(4321), QColor(255, 207, 54)));
+        QVERIFY(IsSquare(picture, window.At(4321), kOrange));
         for (const int free : {8758, 8759})
-            QVERIFY(IsSquare(picture, window.At(free), QColor(255, 0, 0)));
+            QVERIFY(IsSquare(picture, window.At(free), kRed));
         // The line shows between the markers of those that stand close together.
-        const QRect close(window.At(0), window.At(4000));
-        const QImage part = picture.copy(close);
-        const qsizetype red = CountColour(part, QColor(255, 0, 0));
-        QVERIFY(red > part.width() / 2 && red < part.width());
-        // Every point is in reach all the same.
-        QSignalSpy picked(window.view.get(), &CGraphView::CellPicked);
-        QTest::mouseClick(window.view.get(), Qt::LeftButton, {}, window.At(4321));
-        QCOMPARE(picked.value(0), QVariantList{4322});
+        const int width = window.At(4000).x() - window.At(0).x();
+        int red = 0;
+        for (int i = 0; i <= width; ++i)
+            red += picture.pixelColor(window.At(0) + QPoint(i, 0)) == kRed;
+        QVERIFY(red > width / 2 && red < width);
     }
 
-    void oddRowsAreDrawn() {
-        const std::pair<QString, QString> cases[] = {
-            {{}, {}},
-            {u"3|3"_s, u"7|7"_s},
-            {u"1e999|2|3"_s, u"1|-1e999|3"_s},
-            {u"-1e308|0|1e308"_s, u"1e308|-1e308|1e-308"_s},
-            {u"|abc"_s, u"nan|inf"_s}};
-        for (const auto& [times, values] : cases) {
+    // Limits are finite whatever the rows hold, and follow the values.
+    void axes() {
+        const std::tuple<QString, QString, double> cases[] = {
+            {{}, {}, 1e3},
+            {u"3|3"_s, u"7|7"_s, 1e3},
+            {u"1e999|2|3"_s, u"1|-1e999|3"_s, 1e3},
+            {u"-1e308|0|1e308"_s, u"1e308|-1e308|1e-308"_s, 1e300},
+            {u"|abc"_s, u"nan|inf"_s, 1e3},
+            {u"0|1"_s, u"0|12345"_s, 20000.0}};
+        for (const auto& [times, values, most] : cases) {
             const ChartWindow window(Function, times, values);
-            const PlotScale scale = window.view->Scale();
-            for (const AxisScale& axis : {scale.x, scale.y}) {
-                QVERIFY2(std::isfinite(axis.low) && std::isfinite(axis.high), qPrintable(times));
-                QVERIFY2(axis.low < axis.high, qPrintable(times));
-            }
-            // The marks of both axes are there.
-            QVERIFY(CountColour(window.Picture(), QColor(255, 0, 0)) > 0);
-            QVERIFY(CountColour(window.Picture(), QColor(0, 0, 255)) > 0);
+            const auto [x, y] = window.view->Scale();
+            QVERIFY2(std::isfinite(x.low) && x.low < x.high && std::isfinite(x.high),
+                     qPrintable(times));
+            QVERIFY2(std::isfinite(y.low) && y.low < y.high && y.high < most, qPrintable(values));
         }
     }
 
@@ -247,18 +223,15 @@ private slots:
         QCOMPARE(window.view->Scale().y.high, high);
         window.Press(middle, Qt::RightButton);
         QTest::keyClick(window.view.get(), Qt::Key_Escape);
-        QTest::keyClick(window.view.get(), Qt::Key_A);
         window.Release(middle, Qt::RightButton);
         QVERIFY(window.session->isDragging());
         window.Move(target);
         window.Release(target);
         QVERIFY(!window.session->isDragging());
         QCOMPARE(window.Cell(1), window.Dragged(target));
-        QVERIFY(ParseNumber(window.Cell(1)) > 20.0);
         window.Picture();
-        QVERIFY(window.view->Scale().y.high > ParseNumber(window.Cell(1)));
+        QVERIFY(window.view->Scale().y.high > 20.0);
         QVERIFY(window.session->Undo() && !window.session->canUndo());
-        QCOMPARE(window.Cell(1), u"1"_s);
     }
 
     // A box that refuses the open entry takes the release.
@@ -275,99 +248,69 @@ private slots:
 
     // A modal dialog and the removal of a row each end a drag.
     void dragEnds() {
-        const ChartWindow covered(Function);
-        const QPoint middle = covered.At(0, 3.0);
-        covered.Press(covered.At(0));
-        covered.Move(middle);
-        QDialog dialog;
-        dialog.setWindowModality(Qt::ApplicationModal);
-        dialog.show();
-        QTRY_VERIFY(!covered.session->isDragging());
-        dialog.close();
-        QCOMPARE(covered.Cell(1), covered.Dragged(middle));
-        QVERIFY(covered.session->canUndo());
-
-        const ChartWindow cut(Function, u"0|5|10|15"_s, u"1|2|3|8"_s);
-        cut.Press(cut.At(3));
-        QVERIFY(cut.session->RemoveRows({1, 2}));
-        QCOMPARE(cut.control->document().items.Count(), 2);
-        cut.Move(QPoint(200, 120));
-        cut.Move(QPoint(200, 150));
-        cut.Release(QPoint(200, 150));
-        QCOMPARE(cut.Values(), Texts(u"3|8"_s));
-    }
-
-    void clickPicksWithoutChange() {
-        const ChartWindow window(Monthly);
-        window.session->SetEdition(false);
-        const QStringList before = window.Values();
-        QStringList order;
-        connect(window.view.get(), &CGraphView::PressBegins, this,
-                [&] { order.append(u"press"_s); });
-        connect(window.view.get(), &CGraphView::CellPicked, this,
-                [&](int row) { order.append(QString::number(row)); });
-        // Anywhere in the bar; a trembling hand is no drag.
-        const QPoint at = window.At(4, 900.0);
-        window.Press(at);
-        window.Move(at + QPoint(1, 1));
-        window.Release(at + QPoint(1, 1));
-        QCOMPARE(order.mid(0, 2), (QStringList{u"press"_s, u"5"_s}));
-        QCOMPARE(window.Values(), before);
-        QVERIFY(!window.session->canUndo());
-        // A drag call with nothing in hand marks the session and does nothing else.
-        window.view->DragPoint(QPoint(100, 100));
-        QVERIFY(window.session->isModified());
-        QCOMPARE(window.Values(), before);
-    }
-
-    // A press near a point picks its row but takes nothing in hand.
-    void tolerancePick() {
-        const ChartWindow window(Function, u"0|20|40"_s, u"0|20|0"_s);
-        QSignalSpy near(window.view.get(), &CGraphView::CellPicked);
-        const QPoint at = window.view->Scale().ToPixels({22.5, 20.0}).toPoint();
-        window.Press(at);
-        QCOMPARE(near.value(0).value(0).toInt(), 2);
-        window.Move(at + QPoint(0, 40));
-        window.Release(QPoint(5, 5));
-        QVERIFY(!window.session->canUndo());
-        // Bars have no tolerance: a place above one is no part of it, however near in axis units.
-        const ChartWindow bars(Annual);
-        QSignalSpy picked(bars.view.get(), &CGraphView::CellPicked);
-        const QPoint above = bars.At(3) - QPoint(0, 20);
-        bars.Press(above);
-        bars.Release(above);
-        QCOMPARE(picked.size(), 0);
-        bars.Press(bars.At(3));
-        bars.Release(bars.At(3));
-        QCOMPARE(picked.value(0).value(0).toInt(), 4);
-    }
-
-    void tips() {
-        const std::pair<ProfileKind, QString> cases[] = {
-            {Function, u"(12.50°, 3.00°)"_s},
-            {Annual, u"Février, Coefficient = 1.00"_s},
-            {Monthly, u"Février, Consommation = 1800, jour a"_s}};
-        for (const auto& [kind, tip] : cases) {
-            ChartWindow window(kind, u"0|12.5"_s, u"1|3"_s);
-            window.session->table().SetCellText(2, 3, u"jour a"_s);
-            QToolTip::hideText();
-            window.Move(window.At(1));
-            QTRY_VERIFY(QToolTip::isVisible());
-            QCOMPARE(QToolTip::text(), tip);
-            window.Move(QPoint(8, 8));
-            QTRY_VERIFY(!QToolTip::isVisible());
+        for (const bool modal : {true, false}) {
+            const ChartWindow window(Function, u"0|5|10|15"_s, u"1|2|3|8"_s);
+            const QPoint middle = window.At(3, 3.0);
+            window.Press(window.At(3));
+            window.Move(middle);
+            const QString dragged = window.Dragged(middle);
+            QDialog dialog;
+            dialog.setWindowModality(Qt::ApplicationModal);
+            if (modal)
+                dialog.show();
+            else
+                QVERIFY(window.session->RemoveRows({1, 2}));
+            QTRY_VERIFY(!window.session->isDragging());
+            dialog.close();
+            window.Move(QPoint(200, 120));
+            window.Release(QPoint(200, 150));
+            QCOMPARE(window.Values(), Texts(modal ? u"1|2|3|"_s + dragged : u"3|"_s + dragged));
+            QCOMPARE(window.session->canUndo(), modal);
         }
     }
 
-    void axesFollowData() {
-        ChartWindow window(Weekly);
-        window.session->table().SetCellText(1, 2, u"12345"_s);
-        window.Picture();
-        const double high = window.view->Scale().y.high;
-        QVERIFY(high > 12345.0 && high < 20000.0);
-        window.session->table().SetColumn(2, Texts(u"10*7"_s));
-        window.Picture();
-        QVERIFY(window.view->Scale().y.high < 100.0);
+    // What is picked by a press at a point, and whether the value follows a move of some pixels.
+    void picks() {
+        struct Case {
+            ProfileKind kind;
+            QPointF point;  // in units of the axes
+            QPoint move;
+            int row;
+            bool drags;
+        };
+        const Case cases[] = {{Function, {20, 20}, {0, 40}, 2, true},
+                              {Function, {22.5, 20}, {0, 40}, 2, false},  // near
+                              {Monthly, {4, 900}, {1, 1}, 5, false},      // a trembling hand
+                              {Monthly, {4, 900}, {0, 40}, 5, true},      // anywhere in the bar
+                              {Annual, {3, 1.1}, {0, 40}, 0, false}};     // above it
+        for (const auto& [kind, point, move, row, drags] : cases) {
+            const ChartWindow window(kind, u"0|20|40"_s, u"0|20|0"_s);
+            window.session->SetEdition(false);
+            QStringList order;
+            connect(window.view.get(), &CGraphView::PressBegins, this,
+                    [&] { order.append(u"press"_s); });
+            connect(window.view.get(), &CGraphView::CellPicked, this,
+                    [&](int picked) { order.append(QString::number(picked)); });
+            const QPoint at = window.view->Scale().ToPixels(point).toPoint();
+            window.Press(at);
+            QCOMPARE(order.value(0), u"press"_s);
+            QCOMPARE(order.value(1).toInt(), row);
+            window.Move(at + move);
+            window.Release(at + move);
+            QCOMPARE(window.session->canUndo(), drags);
+        }
+        // A drag call with nothing in hand marks the session and does nothing else.
+        const ChartWindow window(Monthly);
+        window.view->DragPoint(QPoint(100, 100));
+        QVERIFY(window.session->isModified() && !window.session->canUndo());
+    }
+
+    void tips() {
+        const ChartWindow window(Function, u"0|12.5"_s, u"1|3"_s);
+        window.Move(window.At(1));
+        QTRY_COMPARE(QToolTip::text(), u"(12.50°, 3.00°)"_s);
+        window.Move(QPoint(8, 8));
+        QTRY_VERIFY(!QToolTip::isVisible());
     }
 };
 
