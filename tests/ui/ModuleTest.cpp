@@ -13,22 +13,38 @@
 #include <QTest>
 #include <QTimer>
 
-#include <functional>
 #include <stdexcept>
 #include <thread>
+#include <type_traits>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-using Step = std::function<void(QWidget*)>;
+// Of the list of all files, where one without a dot must stand too, or as a new file.
+void ChooseFile(QFileDialog& dialog, const QString& path) {
+    dialog.setDirectory(QFileInfo(path).path());
+    if (dialog.acceptMode() == QFileDialog::AcceptOpen) {
+        auto* const types = dialog.findChild<QComboBox*>(u"fileTypeCombo"_s);
+        QCOMPARE(types->currentText(), u"Fichiers Textes (*.dat)"_s);
+        QTest::keyClick(types, Qt::Key_Down);
+        QCOMPARE(types->currentText(), u"All Files (*.*)"_s);
+        const auto* const list = dialog.findChild<QListView*>(u"listView"_s);
+        QTRY_COMPARE(list->model()->rowCount(list->rootIndex()), 1);
+    }
+    auto* const edit = dialog.findChild<QWidget*>(u"fileNameEdit"_s);
+    edit->setProperty("text", QFileInfo(path).fileName());
+    QTest::keyClick(edit, Qt::Key_Return);
+}
 
-/// The user before modal windows: one step for each new one, in order. Nobody would close one more.
+/// The user before modal windows, who does in each new one what the next text says: names of
+/// buttons, entries such as "2=7" into row 2, a file to choose, or the title to look at, between
+/// bars. Nobody would close one more window.
 class User : public QObject {
 public:
-    explicit User(QList<Step> steps) : m_steps(std::move(steps)) { Next(); }
+    explicit User(QStringList windows) : m_windows(std::move(windows)) { Next(); }
 
-    bool Done() const { return m_steps.isEmpty(); }
+    bool Done() const { return m_windows.isEmpty(); }
 
 private:
     void Next() {
@@ -36,65 +52,39 @@ private:
             QWidget* const window = QApplication::activeModalWidget();
             if (window == nullptr || window == m_seen)
                 return Next();
-            if (m_steps.isEmpty())
+            if (m_windows.isEmpty())
                 qFatal("a window that nobody expects: %s", qPrintable(window->windowTitle()));
             m_seen = window;
-            const Step step = m_steps.takeFirst();
-            Next();  // before the step: what it presses may open the next window and wait for it
-            step(window);
+            const QStringList actions = m_windows.takeFirst().split(u'|');
+            Next();  // before the actions: what they press may open the next window and wait for it
+            for (const QString& action : actions)
+                Act(*window, action);
         });
     }
 
-    QList<Step> m_steps;
+    static void Act(QWidget& window, const QString& action) {
+        if (action.contains(u'=')) {
+            auto* const model = window.findChild<QAbstractItemView*>()->model();
+            model->setData(model->index(action.section(u'=', 0, 0).toInt() - 1, 1),
+                           action.section(u'=', 1));
+        } else if (auto* const dialog = qobject_cast<QFileDialog*>(&window); dialog != nullptr) {
+            action.isEmpty() ? dialog->reject() : ChooseFile(*dialog, action);
+        } else {
+            for (auto* const button : window.findChildren<QAbstractButton*>()) {
+                if (button->accessibleName() == action)
+                    return button->click();
+            }
+            if (window.windowTitle() != action)
+                qFatal("no button and no title %s", qPrintable(action));
+        }
+    }
+
+    QStringList m_windows;
     QPointer<QWidget> m_seen;
 };
 
-Step Press(const QString& name) {
-    return [name](QWidget* window) {
-        for (auto* const button : window->findChildren<QAbstractButton*>()) {
-            if (button->accessibleName() == name)
-                return button->click();
-        }
-        qFatal("no button %s", qPrintable(name));
-    };
-}
-
-Step Enter(int row, const QString& value, const Step& then) {
-    return [=](QWidget* window) {
-        auto* const model = window->findChild<QAbstractItemView*>()->model();
-        model->setData(model->index(row - 1, 1), value);
-        then(window);
-    };
-}
-
-QString Cell(const QWidget* window, int row) {
-    const auto* const model = window->findChild<QAbstractItemView*>()->model();
-    return model->index(row - 1, 1).data().toString();
-}
-
-// Chooses the file at `path` from the list of all files, where one without a dot must stand too.
-Step ChooseFile(const QString& path) {
-    return [path](QWidget* window) {
-        auto* const types = window->findChild<QComboBox*>(u"fileTypeCombo"_s);
-        QCOMPARE(types->currentText(), u"Fichiers Textes (*.dat)"_s);
-        QTest::keyClick(types, Qt::Key_Down);
-        QCOMPARE(types->currentText(), u"All Files (*.*)"_s);
-        auto* const dialog = qobject_cast<QFileDialog*>(window);
-        dialog->setDirectory(QFileInfo(path).path());
-        auto* const list = window->findChild<QListView*>(u"listView"_s);
-        const auto shown = [&] {
-            return list->model()->rowCount(list->rootIndex()) == 1 &&
-                   list->rootIndex().model()->index(0, 0, list->rootIndex()).data() ==
-                       QFileInfo(path).fileName();
-        };
-        QTRY_VERIFY(shown());
-        auto* const edit = window->findChild<QWidget*>(u"fileNameEdit"_s);
-        edit->setProperty("text", QFileInfo(path).fileName());
-        QTest::keyClick(edit, Qt::Key_Return);
-    };
-}
-
 using Rows = QList<QStringList>;
+using Request = functioneditor_request;
 
 void KeepRow(size_t row, const char* label, const char* value, const char* name, void* user) {
     auto* const rows = static_cast<Rows*>(user);
@@ -102,30 +92,32 @@ void KeepRow(size_t row, const char* label, const char* value, const char* name,
     rows->append({QString::fromUtf8(label), QString::fromUtf8(value), QString::fromUtf8(name)});
 }
 
-functioneditor_request EmptyRequest() {
-    functioneditor_request request = {};
+Request EmptyRequest() {
+    Request request = {};
     request.size = sizeof request;
     request.kind = FUNCTIONEDITOR_FUNCTION;
     request.mode = FUNCTIONEDITOR_EDIT;
     return request;
 }
 
-// What `call` returns before a user who takes all those steps.
+template <typename Value>
+Request Changed(Value Request::*field, std::type_identity_t<Value> value,
+                Request request = EmptyRequest()) {
+    request.*field = value;
+    return request;
+}
+
+// What `call` returns before a user who meets all those windows.
 template <typename Call>
-int With(const QList<Step>& steps, const Call& call) {
-    const User user(steps);
+int With(const QStringList& windows, const Call& call) {
+    const User user(windows);
     const int result = call();
     return user.Done() ? result : -1000;
 }
 
-int Prompt(const QList<Step>& steps, functioneditor_request& request) {
-    return With(steps, [&request] { return functioneditor_prompt(&request); });
+int Prompt(const QStringList& windows, Request& request) {
+    return With(windows, [&request] { return functioneditor_prompt(&request); });
 }
-
-const Step kOk = Press(u"OK"_s);
-const Step kCancel = Press(u"Cancel"_s);
-const Step kYes = Press(u"Yes"_s);
-const Step kEscape = [](QWidget* window) { QTest::keyClick(window, Qt::Key_Escape); };
 
 }  // namespace
 
@@ -149,40 +141,16 @@ private slots:
         int results[] = {0, 0};
         QTimer::singleShot(0, [&results] {
             for (int& result : results)
-                result = With({kOk}, [] { return InputAPI().Prompt(-1, 3, {}); });
+                result = With({u"OK"_s}, [] { return InputAPI().Prompt(-1, 3, {}); });
             QTimer::singleShot(1, [] { QCoreApplication::exit(kHostEnds); });
         });
         QCOMPARE(QCoreApplication::exec(), kHostEnds);
-        QCOMPARE(results[0], 1);
-        QCOMPARE(results[1], 1);
-    }
-
-    void InputApiLeavesListsAlone() {
-        QStringList times = {u"0"_s, u"1"_s, u"2"_s};
-        QStringList values = {u"1.50"_s, u"2"_s, u"3"_s};
-        QString name = u"Débit"_s;
-        InputAPI editor;
-        editor.m_pTimeList = &times;
-        editor.m_pValueList = &values;
-        editor.m_pName = &name;
-
-        QString title;
-        const Step accept = [&](QWidget* window) {
-            title = window->windowTitle();
-            Enter(2, u"7"_s, kOk)(window);
-        };
-        const auto prompt = [&editor] { return editor.Prompt(-1, 3, {}); };
-        QCOMPARE(With({accept}, prompt), 1);
-        QCOMPARE(title, u" Débit"_s);
-        QCOMPARE(With({Enter(1, u"7"_s, kCancel), kYes}, prompt), 2);
-        QCOMPARE(values, QStringList({u"1.50"_s, u"2"_s, u"3"_s}));
-        QCOMPARE(times, QStringList({u"0"_s, u"1"_s, u"2"_s}));
-        QCOMPARE(name, u"Débit"_s);
+        QVERIFY(results[0] == 1 && results[1] == 1);
     }
 
     void EveryKindOpensOnNothing() {
         for (const int kind : {-2, -1, 0, 1, 2, 3, 4})
-            QCOMPARE(With({kOk}, [kind] { return InputAPI().Prompt(kind, 3, {}); }), 1);
+            QCOMPARE(With({u"OK"_s}, [kind] { return InputAPI().Prompt(kind, 3, {}); }), 1);
     }
 
     void RefusedAndMissingFiles() {
@@ -193,24 +161,18 @@ private slots:
         const QByteArray path = file.fileName().toUtf8();
 
         const auto prompt = [&file] { return InputAPI().Prompt(0, 1, file.fileName()); };
-        QCOMPARE(With({kOk}, prompt), 0);
-        functioneditor_request request = EmptyRequest();
+        QCOMPARE(With({u"OK"_s}, prompt), 0);
+        Request request = Changed(&Request::text, path.constData());
         request.kind = FUNCTIONEDITOR_ANNUAL;
         request.mode = FUNCTIONEDITOR_VIEW;
-        request.text = path.constData();
-        QCOMPARE(Prompt({kOk}, request), FUNCTIONEDITOR_REFUSED);
-
+        QCOMPARE(Prompt({u"OK"_s}, request), FUNCTIONEDITOR_REFUSED);
         // A file that cannot be opened is no reason to end the dialog, nor is a later Open.
         QVERIFY(file.remove());
-        const Step edit_and_open = Enter(1, u"2"_s, Press(u"Ouvrir"_s));
-        const Step accept_edit = [](QWidget* window) {
-            QCOMPARE(Cell(window, 1), u"1.99"_s);
-            kOk(window);
-        };
-        QCOMPARE(With({kOk, edit_and_open, kEscape, accept_edit}, prompt), 1);
+        QCOMPARE(With({u"OK"_s, u"1=2|Ouvrir"_s, {}, u"OK"_s}, prompt), 1);
     }
 
-    // A file that is read, at the start or later, replaces what the caller handed over.
+    // A file that is read, at the start or later, replaces what the caller handed over; edits do
+    // not.
     void ListsHoldTheFileReadLast() {
         const QTemporaryDir folder;
         const QString path = folder.filePath(u"sans-point"_s);
@@ -218,23 +180,33 @@ private slots:
         QVERIFY(file.open(QIODevice::WriteOnly));
         QVERIFY(file.write("AZIMUT = 0 1\nHAUTEUR = 5 7.5\n") > 0);
         file.close();
-        for (const int mode : {1, 3}) {
+        struct Case {
+            int mode;
+            QStringList windows;
+            int result;
+            bool reads;
+        };
+        const Case cases[] = {{3, {u" Débit|2=7|OK"_s}, 1, false},
+                              {3, {u"1=7|Cancel"_s, u"Yes"_s}, 2, false},
+                              {1, {u"1=2|OK"_s}, 1, true},
+                              {3, {u"Ouvrir"_s, path, u"Cancel"_s, u"Yes"_s}, 2, true}};
+        for (const auto& [mode, windows, result, reads] : cases) {
             QStringList times = {u"9"_s};
             QStringList values = {u"9"_s, u"8"_s};
             QStringList extras = {u"x"_s};
+            QString name = u"Débit"_s;
             InputAPI editor;
             editor.m_pTimeList = &times;
             editor.m_pValueList = &values;
             editor.m_pExtraList = &extras;
-            const QList<Step> steps =
-                mode == 1 ? QList<Step>{Enter(1, u"2"_s, kOk)}
-                          : QList<Step>{Press(u"Ouvrir"_s), ChooseFile(path), kCancel, kYes};
-            QCOMPARE(
-                With(steps, [&] { return editor.Prompt(-1, mode, mode == 1 ? path : QString()); }),
-                mode == 1 ? 1 : 2);
-            QCOMPARE(times, QStringList({u"0.00"_s, u"1.00"_s}));
-            QCOMPARE(values, QStringList({u"5.00"_s, u"7.50"_s}));
-            QVERIFY(extras.isEmpty());
+            editor.m_pName = &name;
+            const QString text = mode == 1 ? path : QString();
+            QCOMPARE(With(windows, [&, mode = mode] { return editor.Prompt(-1, mode, text); }),
+                     result);
+            QCOMPARE(times.join(u'|'), reads ? u"0.00|1.00"_s : u"9"_s);
+            QCOMPARE(values.join(u'|'), reads ? u"5.00|7.50"_s : u"9|8"_s);
+            QCOMPARE(extras.isEmpty(), reads);
+            QCOMPARE(name, u"Débit"_s);
         }
     }
 
@@ -245,7 +217,7 @@ private slots:
             QMetaObject::invokeMethod(
                 &here, [] { qFatal("a dialog in another thread"); }, Qt::QueuedConnection);
             results[0] = InputAPI().Prompt(-1, 3, {});
-            functioneditor_request request = EmptyRequest();
+            Request request = EmptyRequest();
             results[1] = functioneditor_prompt(&request);
         }).join();
         QCOMPARE(results[0], -1);
@@ -256,31 +228,29 @@ private slots:
         const char* const times[] = {"0", "1e0", "2"};
         const char* const values[] = {"1.50", nullptr, "3"};
         Rows rows;
-        functioneditor_request request = EmptyRequest();
+        Request request = EmptyRequest();
         request.times = times;
         request.values = values;
         request.count = 3;
         request.on_row = KeepRow;
         request.user = &rows;
-
-        QCOMPARE(Prompt({kCancel, kYes}, request), FUNCTIONEDITOR_CANCELLED);
+        QCOMPARE(Prompt({u"Cancel"_s, u"Yes"_s}, request), FUNCTIONEDITOR_CANCELLED);
         QVERIFY(rows.isEmpty());
-        QCOMPARE(Prompt({Enter(3, u"4,25"_s, kOk)}, request), FUNCTIONEDITOR_OK);
+        QCOMPARE(Prompt({u"3=4,25|OK"_s}, request), FUNCTIONEDITOR_OK);
         QCOMPARE(rows,
                  Rows({{u"0"_s, u"1.50"_s, {}}, {u"1e0"_s, {}, {}}, {u"2"_s, u"4.25"_s, {}}}));
     }
 
     // It is the host's code: what it throws is no reason to say that nothing was shown.
     void ACallbackMayThrow() {
-        functioneditor_request request = EmptyRequest();
-        request.kind = FUNCTIONEDITOR_DAILY;
         int calls = 0;
-        request.user = &calls;
+        Request request = Changed(&Request::user, &calls);
+        request.kind = FUNCTIONEDITOR_DAILY;
         request.on_row = [](size_t, const char*, const char*, const char*, void* user) {
             ++*static_cast<int*>(user);
             throw std::runtime_error("the host's");
         };
-        const int result = Prompt({kOk}, request);
+        const int result = Prompt({u"OK"_s}, request);
         QCOMPARE(result, FUNCTIONEDITOR_ERROR_INTERNAL);
         QCOMPARE(calls, 1);
         QVERIFY(QByteArray(functioneditor_result_text(result)).contains("may have been shown"));
@@ -290,30 +260,19 @@ private slots:
     // the caller's buffer between characters.
     void NamesAreCutBetweenCharacters() {
         const QTemporaryDir folder;
-        const QDir data(folder.path());
-        QVERIFY(data.mkpath(u"Data/Profils/Journalier"_s));
-        const QString path = data.filePath(u"Data/Profils/Journalier/étés.dat"_s);
+        const QString path = folder.filePath(u"Data/Profils/Journalier/étés.dat"_s);
+        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
         const QByteArray program_folder = folder.path().toUtf8();
-        const auto type_path = [&path](QWidget* window) {
-            auto* const edit = window->findChild<QWidget*>(u"fileNameEdit"_s);
-            edit->setProperty("text", path);
-            QTest::keyClick(edit, Qt::Key_Return);
-        };
-        const auto save_as = [](QWidget* window) {
-            Press(u"Enregistrer sous"_s)(window);
-            kOk(window);
-        };
         const std::pair<int, QByteArray> cases[] = {
             {7, "étés"}, {6, "été"}, {5, "ét"}, {2, ""}, {1, ""}};
         for (const auto& [size, expected] : cases) {
             QFile::remove(path);
             QByteArray name(size, '\0');
-            functioneditor_request request = EmptyRequest();
+            Request request = Changed(&Request::program_folder, program_folder.constData());
             request.kind = FUNCTIONEDITOR_DAILY;
-            request.program_folder = program_folder.constData();
             request.name = name.data();
             request.name_size = static_cast<size_t>(size);
-            QCOMPARE(Prompt({save_as, type_path}, request), FUNCTIONEDITOR_OK);
+            QCOMPARE(Prompt({u"Enregistrer sous|OK"_s, path}, request), FUNCTIONEDITOR_OK);
             QVERIFY(QFile::exists(path));
             QCOMPARE(QByteArray(name.constData()), expected);
             QCOMPARE(request.name_length, size_t{6});
@@ -321,30 +280,24 @@ private slots:
     }
 
     void WrongRequests() {
-        static const char* const kBroken[] = {"\xC3"};
-        static char open_name[] = {'a', 'b'};
-        const std::pair<int, std::function<void(functioneditor_request&)>> cases[] = {
-            {FUNCTIONEDITOR_ERROR_REQUEST, [](auto& request) { request.size = FUNCTIONEDITOR_REQUEST_SIZE_0_1 - 1; }},
-            {FUNCTIONEDITOR_ERROR_KIND, [](auto& request) { request.kind = -2; }},
-            {FUNCTIONEDITOR_ERROR_KIND, [](auto& request) { request.kind = 4; }},
-            {FUNCTIONEDITOR_ERROR_MODE, [](auto& request) { request.mode = 0; }},
-            {FUNCTIONEDITOR_ERROR_MODE, [](auto& request) { request.mode = 4; }},
-            {FUNCTIONEDITOR_ERROR_ROWS,
-             [](auto& request) { request.count = FUNCTIONEDITOR_MAX_ROWS + size_t{1}; }},
+        const char* const broken[] = {"\xC3"};
+        char open_name[] = {'a', 'b'};
+        const std::pair<int, Request> cases[] = {
+            {FUNCTIONEDITOR_ERROR_REQUEST,
+             Changed(&Request::size, FUNCTIONEDITOR_REQUEST_SIZE_0_1 - 1)},
+            {FUNCTIONEDITOR_ERROR_KIND, Changed(&Request::kind, -2)},
+            {FUNCTIONEDITOR_ERROR_KIND, Changed(&Request::kind, 4)},
+            {FUNCTIONEDITOR_ERROR_MODE, Changed(&Request::mode, 0)},
+            {FUNCTIONEDITOR_ERROR_MODE, Changed(&Request::mode, 4)},
+            {FUNCTIONEDITOR_ERROR_ROWS, Changed(&Request::count, FUNCTIONEDITOR_MAX_ROWS + 1)},
+            {FUNCTIONEDITOR_ERROR_NAME, Changed(&Request::name, open_name)},
             {FUNCTIONEDITOR_ERROR_NAME,  // has no end
-             [](auto& request) {
-                 request.name = open_name;
-                 request.name_size = sizeof open_name;
-             }},
-            {FUNCTIONEDITOR_ERROR_NAME, [](auto& request) { request.name = open_name; }},
-            {FUNCTIONEDITOR_ERROR_ENCODING, [](auto& request) { request.text = "a\xFFz"; }},
-            {FUNCTIONEDITOR_ERROR_ENCODING, [](auto& request) {
-                 request.values = kBroken;
-                 request.count = 1;
-             }}};
-        for (const auto& [expected, spoil] : cases) {
-            functioneditor_request request = EmptyRequest();
-            spoil(request);
+             Changed(&Request::name_size, 2, Changed(&Request::name, open_name))},
+            {FUNCTIONEDITOR_ERROR_ENCODING, Changed(&Request::text, "a\xFFz")},
+            {FUNCTIONEDITOR_ERROR_ENCODING,
+             Changed(&Request::count, 1, Changed(&Request::values, broken))}};
+        for (const auto& [expected, wrong] : cases) {
+            Request request = wrong;
             QCOMPARE(Prompt({}, request), expected);
             QVERIFY(functioneditor_result_text(expected) != functioneditor_result_text(-99));
         }
