@@ -15,11 +15,6 @@
 
 #include <memory>
 
-/// Presses a key where the keyboard is.
-inline void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
-}
-
 /// A dialog of any kind over plausible rows: handed over in mode Edit, else read from a file.
 struct KindDialog {
     explicit KindDialog(ProfileKind kind, DisplayMode mode = DisplayMode::Edit, int points = 13) {
@@ -76,13 +71,6 @@ struct KindDialog {
             QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
             steps();
         });
-    }
-
-    /// Types over a cell, whose editor stays open.
-    void Type(int row, int column, const QString& text) const {
-        Grid()->SelectCell(row, column);
-        for (const QChar letter : text)
-            QTest::keyClicks(QApplication::focusWidget(), letter);
     }
 
     /// Does `open`, then what the user does in the "Add a point" dialog that it opens.

@@ -1,46 +1,368 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main dialog with the function: places, keys and commands.
+// The main dialog under real keys and clicks. What users do and then see stands in
+// tests/cases/dialog.json and, for copy and paste, in tests/cases/pastes.json.
 
+#include "FileDialogScript.h"
 #include "KindDialog.h"
 #include "MessageScript.h"
+#include "TestFiles.h"
 #include "TestRows.h"
 #include "VectorFile.h"
-#include "chart/CGraphView.h"
+#include "dialog/DialogTemplate.h"
 #include "dialog/MeanLabel.h"
-#include "grid/GridMetrics.h"
 
+#include <QAbstractItemModelTester>
+#include <QAccessible>
+#include <QClipboard>
+#include <QComboBox>
 #include <QHeaderView>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QKeySequence>
+#include <QRegularExpression>
 #include <QScrollBar>
+#include <QTemporaryDir>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
-using enum ProfileKind;
+
+namespace {
+
+QString YesOrNo(bool yes) {
+    return yes ? u"yes"_s : u"no"_s;
+}
+
+// Row and column from 1 on; "0 0" for none.
+QString CellName(const QModelIndex& cell) {
+    return u"%1 %2"_s.arg(cell.row() + 1).arg(cell.column() + 1);
+}
+
+QString FocusName() {
+    const QWidget* const focus = QApplication::focusWidget();
+    return focus != nullptr ? focus->accessibleName() : QString();
+}
+
+// The scripts of a case, and the folder of the program with three daily profiles.
+struct Surroundings {
+    Surroundings() {
+        const QByteArray bytes = "HEURES =" + QByteArray(" 0").repeated(24) +
+                                 "\nCOEFFICIENT =" + QByteArray(" 0.50 1.50").repeated(12) + "\n";
+        for (const QString& name : {u"bas.dat"_s, u"calme.dat"_s, u"haut.dat"_s})
+            QVERIFY(WriteAll(folder.path() + u"/Data/Profils/Journalier/"_s + name, bytes));
+    }
+
+    MessageScript messages;
+    FileDialogScript files;
+    const QTemporaryDir folder;
+};
+
+// Who follows the steps of a case. A step: messages that come, whether the user really cancels (a
+// list of answers), files to save to; what the user does, in words; the steps "in" the dialog that
+// this opens; what the user sees then. Rows, headers and what can be undone stay where the step
+// does not say what becomes of them.
+class User {
+public:
+    User(QWidget& window, Surroundings& around)
+        : m_window(window), m_dialog(qobject_cast<CDlgGridChart*>(&window)), m_around(around) {}
+
+    void Follow(const QJsonArray& steps) {
+        for (const QJsonValue& step : steps) {
+            Take(step.toObject());
+            if (!QTest::currentTestFailed())
+                continue;
+            qInfo() << "in" << step;
+            return;
+        }
+    }
+
+private:
+    void Take(const QJsonObject& step) {
+        const QHash<QString, QString> before =
+            m_dialog != nullptr ? Seen() : QHash<QString, QString>();
+        for (const QString& text : VectorStrings(step[u"messages"]))
+            m_around.messages.Expect(text.section(u'|', 0, 0), text.section(u'|', 1));
+        for (const QString& answer : VectorStrings(step[u"cancelling"]))
+            m_around.messages.ExpectQuestion(u"Do you really want to cancel ?"_s, u"Cancelling"_s,
+                                             answer == u"yes");
+        if (step.contains(u"save"))
+            m_around.files.ExpectSave(m_around.folder.path() + step[u"save"].toString());
+
+        const QJsonArray inner = step[u"in"].toArray();
+        bool done = inner.isEmpty();
+        QTimer opened;
+        QObject::connect(&opened, &QTimer::timeout, &opened, [&] {
+            const QWidget* const focus = QApplication::focusWidget();
+            QWidget* const window = QApplication::activeModalWidget();
+            if (done || window == &m_window || focus == nullptr || focus->window() != window)
+                return;
+            done = true;
+            User(*window, m_around).Follow(inner);
+            if (window->isVisible())
+                qobject_cast<QDialog*>(window)->done(0);
+        });
+        opened.start(0);
+        for (const QString& action : VectorStrings(step[u"do"])) {
+            Act(action.section(u' ', 0, 0), action.section(u' ', 1));
+            if (QTest::currentTestFailed())
+                return;
+        }
+        QTRY_VERIFY(done);
+        if (!inner.isEmpty())
+            QVERIFY(QTest::qWaitForWindowActive(&m_window));
+
+        QVERIFY2(m_around.messages.Done(), qPrintable(m_around.messages.Report()));
+        if (m_dialog == nullptr)
+            return;
+        const QHash<QString, QString> seen = Seen();
+        QJsonObject expected = step[u"see"].toObject();
+        for (const QString& stays :
+             {u"times"_s, u"values"_s, u"names"_s, u"headers"_s, u"undo"_s, u"redo"_s}) {
+            if (!expected.contains(stays))
+                expected[stays] = before[stays];
+        }
+        for (auto one = expected.begin(); one != expected.end(); ++one)
+            QVERIFY2(seen.value(one.key(), u"?"_s) == one.value().toString(),
+                     qPrintable(one.key() + u" is "_s + seen.value(one.key())));
+    }
+
+    void Act(const QString& verb, const QString& what) {
+        if (verb == u"keys") {
+            for (const QString& name : what.split(u' ')) {
+                const QKeyCombination key = QKeySequence::fromString(name)[0];
+                QTest::keyClick(Target(), key.key(), key.keyboardModifiers());
+            }
+        } else if (verb == u"type") {
+            for (const QChar letter : what)  // the first one opens an editor
+                QTest::keyClicks(Target(), letter);
+        } else if (verb == u"delete") {  // as the platforms send it
+            QTest::sendKeyEvent(QTest::Click, Target(), Qt::Key_Delete, u"\x7f"_s, Qt::NoModifier);
+        } else if (verb == u"tour") {
+            m_tour.clear();
+            Act(u"keys"_s, u"Ctrl+"_s + what);
+            for (; FocusName() != u"5000" && m_tour.size() < 20; Act(u"keys"_s, what))
+                m_tour.append(FocusName());
+        } else if (verb == u"list") {
+            QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
+        } else if (verb == u"choose") {
+            auto* const list =
+                qobject_cast<QComboBox*>(QApplication::activePopupWidget()->parentWidget());
+            list->view()->setCurrentIndex(list->model()->index(list->findText(what), 0));
+            QTest::keyClick(list->view(), Qt::Key_Return);
+        } else if (verb == u"clipboard") {
+            QGuiApplication::clipboard()->setText(Texts(what).join(u'\n'));
+        } else if (verb == u"undo") {  // all
+            while (m_dialog->session().canUndo())
+                Act(u"click"_s, u"Annuler"_s);
+        } else if (verb == u"close") {
+            m_window.close();
+        } else if (QWidget* const control = Control(what); control != nullptr) {
+            ActOn(*control, verb);
+        } else {
+            ActInGrid(verb, what.section(u' ', 0, 0).toInt(), what.section(u' ', 1, 1).toInt(),
+                      what.section(u' ', 2));
+        }
+    }
+
+    // Where the keyboard is.
+    static QWidget* Target() {
+        QWidget* const popup = QApplication::activePopupWidget();
+        if (popup == nullptr)
+            return QApplication::focusWidget();
+        return popup->focusWidget() != nullptr ? popup->focusWidget() : popup;
+    }
+
+    void ActOn(QWidget& control, const QString& verb) {
+        if (verb == u"click")
+            QTest::mouseClick(&control, Qt::LeftButton);
+        else if (verb == u"right")  // also where it is disabled
+            QTest::mouseClick(m_window.windowHandle(), Qt::RightButton, {},
+                              control.geometry().center());
+        else if (verb == u"return")
+            QTest::keyClick(&control, Qt::Key_Return);
+        else if (verb == u"focus")
+            control.setFocus(Qt::TabFocusReason);
+        else if (verb == u"toggle")  // as an assistive tool, which sends no click
+            QAccessible::queryAccessibleInterface(&control)->actionInterface()->doAction(
+                QAccessibleActionInterface::toggleAction());
+        else
+            QFAIL(qPrintable(verb));
+    }
+
+    void ActInGrid(const QString& verb, int row, int column, const QString& text) {
+        CGridControl& grid = *m_dialog->findChild<CGridControl*>();
+        const QModelIndex cell = grid.model()->index(row - 1, column - 1);
+        const QHeaderView& titles = *grid.horizontalHeader();
+        if (verb == u"select")
+            grid.SelectCell(row, column);
+        else if (verb == u"add")
+            grid.selectionModel()->select(cell, QItemSelectionModel::Select);
+        else if (verb == u"clear")
+            grid.clearSelection();
+        else if (verb == u"enter")
+            grid.ValidateEntry(row, column, text);
+        else if (verb == u"scroll")
+            grid.verticalScrollBar()->setValue(row);
+        else if (verb == u"range")  // from that row to the row of the text
+            grid.selectionModel()->select(
+                QItemSelection(cell, grid.model()->index(text.toInt() - 1, column - 1)),
+                QItemSelectionModel::ClearAndSelect);
+        else if (verb == u"press")
+            QTest::mouseClick(grid.viewport(), text.isEmpty() ? Qt::LeftButton : Qt::RightButton,
+                              {}, grid.visualRect(cell).center());
+        else if (verb == u"header" && row > 0)
+            QTest::mouseClick(grid.verticalHeader()->viewport(), Qt::LeftButton, {}, {5, 5});
+        else if (verb == u"header")
+            QTest::mouseClick(titles.viewport(), Qt::LeftButton, {},
+                              {titles.sectionViewportPosition(column - 1) + 20, 8});
+        else
+            QFAIL(qPrintable(verb));
+    }
+
+    QWidget* Control(const QString& name) const {
+        for (const ControlTemplate& control : kMainDialog) {
+            if (m_dialog != nullptr && !name.isEmpty() && control.accessible_name == name)
+                return KindDialog::Control(*m_dialog, control.id);
+        }
+        return nullptr;
+    }
+
+    QHash<QString, QString> Seen() const {
+        const ProfileSession& session = m_dialog->session();
+        const CGridControl& grid = *m_dialog->findChild<CGridControl*>();
+        const auto column = [&session](int number) {
+            return session.table().Column(number).join(u'|');
+        };
+        QStringList selected;
+        for (const QModelIndex& index : grid.selectionModel()->selectedIndexes())
+            selected.append(CellName(index));
+        selected.sort();
+        QStringList enabled;
+        for (const ControlTemplate& control : kMainDialog) {
+            const auto* const button =
+                qobject_cast<QAbstractButton*>(Control(control.accessible_name.toString()));
+            if (button != nullptr && button->isVisible() && button->isEnabled())
+                enabled.append(control.accessible_name.toString());
+        }
+        QStringList headers;
+        for (int number = 1; number <= session.table().ColumnCount(); ++number)
+            headers.append(session.table().HeaderText(number));
+        QStringList marked;
+        if (const auto* const chart = m_dialog->findChild<CGraphControl*>(); chart != nullptr) {
+            for (const int item : chart->document().items.Highlighted())
+                marked.append(QString::number(item + 1));
+        }
+        QString entry = u"none"_s;
+        for (const QLineEdit* const editor : grid.findChildren<QLineEdit*>())
+            entry = editor->isVisible() ? editor->text() : entry;
+        const auto* const mean = m_dialog->findChild<MeanLabel*>();
+        const bool warns = mean->palette().color(QPalette::WindowText) !=
+                           m_dialog->palette().color(QPalette::WindowText);
+        const QWidget* const popup = QApplication::activePopupWidget();
+        const bool inside = popup != nullptr && m_dialog->frameGeometry().contains(popup->pos());
+        return {{u"title"_s, m_dialog->windowTitle()},
+                {u"open"_s, YesOrNo(m_dialog->isVisible())},
+                {u"times"_s, column(1)},
+                {u"values"_s, column(2)},
+                {u"names"_s, column(3)},
+                {u"current"_s, CellName(grid.currentIndex())},
+                {u"in sight"_s,
+                 YesOrNo(grid.viewport()->rect().contains(grid.visualRect(grid.currentIndex())))},
+                {u"headers"_s, headers.join(u'|')},
+                {u"selected"_s, selected.join(u'|')},
+                {u"marked"_s, marked.join(u'|')},
+                {u"focus"_s, FocusName()},
+                {u"entry"_s, entry},
+                {u"tour"_s, m_tour.join(u'|')},
+                {u"enabled"_s, enabled.join(u'|')},
+                {u"undo"_s, YesOrNo(session.canUndo())},
+                {u"redo"_s, YesOrNo(session.canRedo())},
+                {u"icon"_s, YesOrNo(m_around.messages.LastIcon() != MessageIcon::None)},
+                {u"modified"_s, YesOrNo(session.isModified())},
+                {u"edition"_s, YesOrNo(session.isEdition())},
+                {u"saved"_s, YesOrNo(session.isSaved())},
+                {u"clipboard"_s, QGuiApplication::clipboard()->text().replace(u'\n', u'|')},
+                {u"mean"_s, mean->text() + (warns ? u" !"_s : QString())},
+                {u"choices"_s, session.table().Choices().join(u'|')},
+                {u"menu"_s, popup == nullptr ? u"none"_s
+                            : inside         ? u"inside"_s
+                                             : u"outside"_s},
+                {u"chart"_s, YesOrNo(!marked.isEmpty())}};
+    }
+
+    QWidget& m_window;
+    CDlgGridChart* const m_dialog;
+    Surroundings& m_around;
+    QStringList m_tour;
+};
+
+}  // namespace
 
 class DialogTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void TemplateControls() {
-        const KindDialog shown(12);
+    void Cases_data() {
+        AddVectorRows("dialog");
+        for (const QJsonObject& one : VectorCases("pastes"))
+            QTest::newRow(qPrintable(one[u"name"].toString())) << one;
+    }
+    void Cases() {
+        QFETCH(const QJsonObject, vector);
+        // The platform of the tests has no windows to raise.
+        QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support)"_s));
+        Surroundings around;
+        const QString start = QDir::currentPath();
+        SessionSetup setup;
+        setup.kind = VectorKind(vector[u"kind"]);
+        setup.mode = static_cast<DisplayMode>(vector[u"mode"].toInt(3));
+        setup.name = u"Logement"_s;
+        setup.times = Texts(vector[u"times"].toString());
+        setup.values = Texts(vector[u"values"].toString());
+        setup.names = Texts(vector[u"names"].toString());
+        setup.folders = ProfileFolders(around.folder.path());
+        const KindDialog shown =
+            vector.contains(u"values")
+                ? KindDialog(std::make_unique<CDlgGridChart>(std::move(setup)))
+                : KindDialog(setup.kind, setup.mode, vector[u"points"].toInt(13));
+        QGuiApplication::clipboard()->clear();
+        int refusals = vector[u"refusals"].toInt();
+        shown.dialog->SetAcceptance([&refusals] { return refusals-- <= 0; });
+        const int result = shown.Run([&] {
+            const QAbstractItemModelTester tester(shown.Grid()->model());
+            User(*shown.dialog, around).Follow(vector[u"steps"].toArray());
+        });
+        QCOMPARE(result, vector[u"result"].toInt(2));
+        QDir::setCurrent(start);
+    }
+
+    // Where each control stands at the start and in a window that is larger by 200 x 115 pixels,
+    // and back again: no window is smaller than at the start.
+    void Places_data() { AddVectorRows("places"); }
+    void Places() {
+        QFETCH(const QJsonObject, vector);
+        const KindDialog shown(VectorKind(vector[u"kind"]), DisplayMode::Edit,
+                               vector[u"points"].toInt());
         shown.Run([&] {
-            QCOMPARE(shown.dialog->windowTitle(), u" Logement"_s);
-            QCOMPARE(shown.Place(kChartFrame), QRect(11, 33, 435, 375));
-            QCOMPARE(shown.Place(kAdd), QRect(456, 0, 69, 23));
-            QCOMPARE(shown.Place(kRemove), QRect(533, 0, 83, 23));
-            QCOMPARE(shown.Place(kUndo), QRect(98, 0, 24, 23));
-            QCOMPARE(shown.Place(kOk), QRect(464, 385, 60, 23));
-            QCOMPARE(shown.Place(kCancel), QRect(542, 385, 60, 23));
-            QVERIFY(!shown.Control(kHelp)->isVisible());
-            QVERIFY(!shown.dialog->findChild<MeanLabel*>()->isVisible());
-            for (const ControlTemplate& control : kMainDialog)
-                QCOMPARE(shown.Control(control.id)->accessibleName(), control.accessible_name);
-            QCOMPARE(shown.Control(kAdd)->objectName(), u"5008_Add"_s);
-            QCOMPARE(shown.Control(kUndo)->toolTip(), u"Annuler"_s);
-            QCOMPARE(shown.Button(kUndo)->text(), QString());
-            QList<int> enabled = {kAdd,  kRemove, kOpen,    kSave,   kSaveAs, kUndo,  kRedo,
-                                  kCopy, kPaste,  kEdition, kAdjust, kOk,     kCancel};
-            enabled.removeIf([&](int id) { return !shown.Button(id)->isEnabled(); });
-            QCOMPARE(enabled,
-                     QList<int>({kAdd, kRemove, kOpen, kSaveAs, kCopy, kPaste, kOk, kCancel}));
+            const QSize size = shown.dialog->size();
+            const auto places = [&shown] {
+                QJsonObject all;
+                for (const ControlTemplate& control : kMainDialog) {
+                    const QRect place = shown.Place(control.id);
+                    if (shown.Control(control.id)->isVisible() || control.id == kChartFrame)
+                        all[shown.Control(control.id)->objectName()] =
+                            QJsonArray{place.x(), place.y(), place.width(), place.height()};
+                }
+                all[u"dialog"] = QJsonArray{shown.dialog->width(), shown.dialog->height()};
+                return all;
+            };
+            QCOMPARE(places(), vector[u"start"].toObject());
+            shown.dialog->resize(size + QSize(200, 115));
+            QCOMPARE(places(), vector[u"larger"].toObject());
+            shown.dialog->resize(100, 100);
+            QCOMPARE(places(), vector[u"start"].toObject());
+            QCOMPARE(shown.Grid()->horizontalScrollBar()->maximum(), 0);
+            QCOMPARE(shown.Grid()->verticalScrollBar()->maximum(), vector[u"hidden rows"].toInt());
         });
     }
 
@@ -55,307 +377,6 @@ private slots:
             QCOMPARE(shown.Place(kGrid), QRect(window[0].toInt(), window[1].toInt(),
                                                window[2].toInt(), window[3].toInt()));
         });
-    }
-
-    // At the start everything but the controls of wide or high columns stands as in the template;
-    // what the dialog gains in size goes to the chart and the rows.
-    void ProfilePlaces_data() {
-        AddRows<ProfileKind>(
-            {{"annual", Annual}, {"monthly", Monthly}, {"weekly", Weekly}, {"daily", Daily}});
-    }
-    void ProfilePlaces() {
-        QFETCH(const ProfileKind, row);
-        const int wider = row == Monthly || row == Weekly ? 81 : 0;
-        const int higher = row == Annual ? 16 : 0;
-        const KindDialog shown(row);
-        shown.Run([&] {
-            const auto check = [&](QSize by, int more_rows) {
-                const int x = by.width();
-                const int y = by.height();
-                QCOMPARE(shown.dialog->size(), QSize(626 + wider, 419) + by);
-                QCOMPARE(shown.Place(kPaste), QRect(174, 0, 24, 23));
-                QCOMPARE(shown.Place(kChartFrame), QRect(11, 33, 435 + x, 375 + y));
-                QCOMPARE(shown.dialog->findChild<CGraphView*>()->geometry(),
-                         shown.Place(kChartFrame));
-                QCOMPARE(shown.Place(kHelp), QRect(371 + x, 0, 75, 23));
-                QCOMPARE(shown.Place(kAdd), QRect(456 + x, 0, 69, 23));
-                QCOMPARE(shown.Place(kRemove), QRect(533 + wider + x, 0, 83, 23));
-                QCOMPARE(shown.Place(kGrid),
-                         QRect(456 + x, 31, 159 + wider, 276 + higher + more_rows * 21));
-                QCOMPARE(shown.Place(kEdition), QRect(456 + x, 323 + higher + y, 56, 16));
-                QCOMPARE(shown.Place(kAdjust), QRect(540 + wider + x, 320 + higher + y, 75, 23));
-                QCOMPARE(shown.Place(kOk), QRect(464 + (wider + 1) / 2 + x, 385 + y, 60, 23));
-                QCOMPARE(shown.Place(kCancel), QRect(542 + (wider + 1) / 2 + x, 385 + y, 60, 23));
-            };
-            check({0, 0}, 0);
-            const CGridControl& grid = *shown.Grid();
-            QCOMPARE(grid.horizontalScrollBar()->maximum(), 0);
-            QCOMPARE(grid.verticalScrollBar()->maximum(), row == Daily ? 12 : 0);
-            QVERIFY(grid.horizontalHeader()->sectionResizeMode(1) != QHeaderView::Interactive);
-            shown.dialog->resize(shown.dialog->size() + QSize(200, 115));
-            check({200, 115}, 5);
-        });
-    }
-
-    void Enlarging() {
-        const KindDialog shown(100);
-        shown.Run([&] {
-            QHash<int, QRect> former;
-            for (const ControlTemplate& control : kMainDialog)
-                former[control.id] = shown.Place(control.id);
-            shown.dialog->resize(shown.dialog->size() + QSize(200, 115));
-            QCOMPARE(shown.Place(kChartFrame).size(), former[kChartFrame].size() + QSize(200, 115));
-            QCOMPARE(shown.Place(kGrid), former[kGrid].adjusted(200, 0, 200, 105));
-            for (const int id : {kOk, kCancel, kEdition, kAdjust})
-                QCOMPARE(shown.Place(id), former[id].translated(200, 115));
-            QCOMPARE(shown.Place(kAdd), former[kAdd].translated(200, 0));
-            QCOMPARE(shown.Place(kOpen), former[kOpen]);
-            // Not below the size of the template.
-            shown.dialog->resize(100, 100);
-            QCOMPARE(shown.Place(kChartFrame), former[kChartFrame]);
-        });
-    }
-
-    void EnterNeverPressesAButton() {
-        const KindDialog shown(2);
-        const MessageScript script;
-        RunDialog(*shown.dialog, [&] {
-            for (int i = 0; i < 4; ++i)
-                QTest::keyClick(shown.Grid(), Qt::Key_Return);
-            QVERIFY(shown.dialog->isVisible());
-            QCOMPARE(shown.Grid()->currentIndex().row(), 1);
-            QTest::keyClick(shown.Control(kEdition), Qt::Key_Return);
-            QVERIFY(shown.dialog->isVisible());
-        });
-    }
-
-    void CurrentRowIsMarked() {
-        const KindDialog shown(4);
-        shown.Run([&] {
-            const auto marked = [&] { return shown.Document().items.Highlighted(); };
-            const auto current_is_selected = [&] {
-                return shown.Grid()->selectionModel()->selectedIndexes() ==
-                       QModelIndexList{shown.Grid()->currentIndex()};
-            };
-            QCOMPARE(marked(), std::set{0});
-            QVERIFY(current_is_selected());
-            shown.Grid()->SelectCell(3, 1);
-            QCOMPARE(marked(), std::set{2});
-            shown.Grid()->SelectCell(1, 2);
-            QCOMPARE(marked(), std::set{0});
-            // Rows that come and go above take the mark along.
-            shown.Grid()->SelectCell(4, 2);
-            shown.Add(u"-1"_s, u"0"_s);
-            QCOMPARE(marked(), std::set{0});
-            shown.Grid()->SelectCell(2, 2);
-            shown.Click(kRemove);
-            QCOMPARE(marked(), std::set{shown.Grid()->currentIndex().row()});
-            QVERIFY(current_is_selected());
-        });
-    }
-
-    void UndoGoesToTheChangedRow() {
-        for (const ProfileKind kind : {Function, Daily}) {
-            const KindDialog shown(kind, DisplayMode::Edit, 24);
-            shown.Run([&] {
-                CGridControl& grid = *shown.Grid();
-                QVERIFY(grid.ValidateEntry(21, 2, u"3"_s));
-                for (const int command : {kUndo, kRedo}) {
-                    // Just the one that can be given is enabled.
-                    QCOMPARE(shown.Button(kUndo)->isEnabled(), command == kUndo);
-                    QCOMPARE(shown.Button(kRedo)->isEnabled(), command == kRedo);
-                    grid.SelectCell(1, 1);
-                    shown.Click(command);
-                    QCOMPARE(grid.currentIndex(), grid.model()->index(20, 1));
-                    grid.verticalScrollBar()->setValue(0);
-                }
-                // Also where it is current already.
-                shown.Click(kUndo);
-                QVERIFY(grid.viewport()->rect().contains(grid.visualRect(grid.currentIndex())));
-            });
-        }
-    }
-
-    void CancelAsks() {
-        for (const int way : {0, 1, 2}) {
-            const KindDialog shown(3);
-            MessageScript script;
-            for (const bool yes : {false, true})
-                script.ExpectQuestion(u"Do you really want to cancel ?"_s, u"Cancelling"_s, yes);
-            const int result = shown.Run([&] {
-                // Nothing is said about an open entry that could not be taken.
-                if (way == 0)
-                    shown.Type(1, 2, u"1..2"_s);
-                for (int i = 0; i < 2; ++i) {
-                    QVERIFY(shown.dialog->isVisible());
-                    if (way == 0)
-                        shown.Click(kCancel);
-                    else if (way == 1)
-                        QTest::keyClick(shown.Grid(), Qt::Key_Escape);
-                    else
-                        shown.dialog->close();
-                }
-                QVERIFY(!shown.dialog->isVisible());
-            });
-            QCOMPARE(result, 2);
-        }
-    }
-
-    void OkTakesTheOpenEntryOrStays() {
-        const KindDialog shown(3);
-        MessageScript script;
-        script.Expect(
-            u"Le nombre entré comporte plusieurs virgules !\nVeuillez rectifier la saisie."_s);
-        const int result = shown.Run([&] {
-            shown.Type(3, 2, u"9..1"_s);
-            shown.Click(kOk);
-            QVERIFY(shown.dialog->isVisible());
-            QCOMPARE(shown.Column(2)[2], u"1100"_s);
-            shown.Type(3, 2, u"9"_s);
-            shown.Click(kOk);
-        });
-        QCOMPARE(result, 1);
-        QCOMPARE(shown.Column(2)[2], u"9"_s);
-    }
-
-    void RefusedOkChangesNothing() {
-        const KindDialog shown(3);
-        int refusals = 1;
-        shown.dialog->SetAcceptance([&refusals] { return refusals-- == 0; });
-        const int result = shown.Run([&] {
-            shown.Type(2, 2, u"9"_s);
-            shown.Click(kOk);
-            QVERIFY(shown.dialog->isVisible());
-            QCOMPARE(shown.Grid()->currentIndex(), shown.Grid()->model()->index(1, 1));
-            QCOMPARE(shown.Document().items.Highlighted(), std::set{1});
-            QCOMPARE(shown.Column(2).join(u'|'), u"1000|9|1100"_s);
-            shown.Click(kUndo);
-            QCOMPARE(shown.Column(2)[1], u"1050"_s);
-            shown.Click(kRedo);
-            shown.Click(kOk);
-        });
-        QCOMPARE(result, 1);
-        QCOMPARE(shown.Column(2)[1], u"9"_s);
-    }
-
-    void AddPoints() {
-        const KindDialog shown(0);
-        MessageScript script;
-        shown.Run([&] {
-            QCOMPARE(shown.Grid()->model()->rowCount(), 0);
-            QVERIFY(!shown.Button(kRemove)->isEnabled());
-            for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Return, Qt::Key_Down, Qt::Key_1})
-                QTest::keyClick(shown.Grid(), key);
-            QVERIFY(shown.Grid()->hasFocus());
-            shown.Add(u"3"_s, u"4"_s);
-            shown.Add(u"1"_s, u"5"_s);
-            shown.Add(u"1"_s, u"2,50"_s);
-            QCOMPARE(shown.Column(1).join(u'|'), u"1|1|3"_s);
-            QCOMPARE(shown.Column(2).join(u'|'), u"5|2.5|4"_s);
-            QCOMPARE(shown.Grid()->currentIndex().row(), 1);
-            // Cancel leaves everything; the key Insert opens the dialog too.
-            shown.Add([&] { QTest::keyClick(shown.Grid(), Qt::Key_Insert); }, u"5"_s, u"5"_s,
-                      Qt::Key_Escape);
-            QCOMPARE(shown.Column(1).size(), 3);
-            QVERIFY(shown.dialog->session().isModified());
-            // What is no number is reported, and counts as the 0 that stood there before.
-            script.Expect(u"Veuillez entrer un nombre."_s);
-            shown.Add(u"7"_s, u"1e99"_s);
-            QCOMPARE(shown.Column(1).last() + u' ' + shown.Column(2).last(), u"7 0"_s);
-        });
-    }
-
-    void RemovePoints() {
-        const KindDialog shown(5);
-        MessageScript script;
-        shown.Run([&] {
-            shown.Grid()->ValidateEntry(1, 2, u"5"_s);
-            // All: nothing goes, and what can be undone stays.
-            shown.Grid()->selectAll();
-            script.Expect(u"Deux points au moins doivent rester."_s);
-            shown.Click(kRemove);
-            QVERIFY2(script.Done(), qPrintable(script.Report()));
-            shown.Grid()->clearSelection();
-            shown.Click(kRemove);
-            QCOMPARE(shown.Column(1).size(), 5);
-            QVERIFY(shown.Button(kUndo)->isEnabled());
-            // Rows that do not touch each other.
-            for (const auto& [row, column] : {std::pair(1, 0), {3, 1}})
-                shown.Grid()->selectionModel()->select(shown.Grid()->model()->index(row, column),
-                                                       QItemSelectionModel::Select);
-            shown.Click(kRemove);
-            QCOMPARE(shown.Column(1).join(u'|'), u"0|2|4"_s);
-            QVERIFY(!shown.Button(kUndo)->isEnabled());
-            QCOMPARE(shown.Grid()->height(), 3 * kGridRowHeight + kGridHeaderHeight);
-            shown.Grid()->SelectCell(1, 1);
-            shown.Click(kRemove);
-            QCOMPARE(shown.Column(1).size(), 2);
-            QVERIFY(!shown.Button(kRemove)->isEnabled());
-        });
-    }
-
-    // Undo and redo mark a saved profile as modified by their buttons only.
-    void CommandsThatMarkModified() {
-        const KindDialog shown(Monthly, DisplayMode::OpenFile);
-        const MessageScript script;
-        shown.Run([&] {
-            QVERIFY(shown.Grid()->ValidateEntry(1, 2, u"5"_s));
-            const std::pair<std::function<void()>, bool> commands[] = {
-                {[] { Press(Qt::Key_Z, Qt::ControlModifier); }, false},
-                {[] { Press(Qt::Key_Y, Qt::ControlModifier); }, false},
-                {[&] { shown.Click(kUndo); }, true},
-                {[&] { shown.Click(kRedo); }, true},
-                {[&] { shown.Click(kCopy); }, true},
-                {[] { Press(Qt::Key_C, Qt::ControlModifier); }, true}};
-            for (const auto& [give, marks] : commands) {
-                shown.Click(kSave);
-                QVERIFY(!shown.dialog->session().isModified());
-                give();
-                QCOMPARE(shown.dialog->session().isModified(), marks);
-            }
-        });
-    }
-
-    void MeanIsReadOut() {
-        const KindDialog shown(Annual);
-        shown.Run([&] {
-            const auto* const mean = shown.dialog->findChild<MeanLabel*>();
-            const QColor plain = shown.dialog->palette().color(QPalette::WindowText);
-            const auto is_plain = [&] {
-                return mean->palette().color(QPalette::WindowText) == plain;
-            };
-            QVERIFY(mean->isVisible() && is_plain());
-            QCOMPARE(mean->text(), u"Moyenne : 1.000"_s);
-            // Nothing rescales the column in edition mode: sums of 11.994, 11.996 and 13.
-            shown.Button(kEdition)->click();
-            const std::tuple<QString, QString, bool> cases[] = {{u"0.994"_s, u"0.999"_s, false},
-                                                                {u"0.996"_s, u"1.000"_s, true},
-                                                                {u"2"_s, u"1.083"_s, false}};
-            for (const auto& [entry, text, right] : cases) {
-                QVERIFY(shown.Grid()->ValidateEntry(1, 2, entry));
-                QCOMPARE(mean->text(), u"Moyenne : "_s + text);
-                QCOMPARE(is_plain(), right);
-            }
-        });
-    }
-
-    // A caller may hand over any number; no mode makes such a kind ask for a file.
-    void UnknownKindOpensEmpty() {
-        const MessageScript script;
-        for (const int mode : {1, 2, 3, 9}) {
-            SessionSetup setup;
-            setup.kind = static_cast<ProfileKind>(4);
-            setup.mode = static_cast<DisplayMode>(mode);
-            CDlgGridChart dialog(std::move(setup));
-            bool shown = false;
-            const int result = RunDialog(dialog, [&] {
-                shown = true;
-                QCOMPARE(dialog.windowTitle(), QString());
-                for (const QString& name : {u"5012_OUVRIR"_s, u"5013_ENREG"_s, u"5017_ENREGSOUS"_s})
-                    QVERIFY(!dialog.findChild<QWidget*>(name)->isEnabled());
-            });
-            QVERIFY(shown && result == 2);
-        }
     }
 };
 

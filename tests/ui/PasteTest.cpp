@@ -1,15 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Copy and paste between the grid and the system clipboard.
+// What a paste stores, beside the same texts typed. Other cases of copy and paste stand in
+// tests/cases/pastes.json.
 
-#include "KindDialog.h"
-#include "SessionChecks.h"
-#include "ShownGrid.h"
-#include "VectorFile.h"
+#include "SessionBench.h"
 #include "grid/PasteStore.h"
 #include "profiles/EntryStore.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QRandomGenerator>
 #include <QSignalSpy>
 
@@ -27,136 +23,12 @@ QString NotPasted(int count, int row) {
     return u"%1 cellules n'ont pas été collées,\nla première à la ligne %2."_s.arg(count).arg(row);
 }
 
-QString ClipboardText() {
-    return QGuiApplication::clipboard()->text();
-}
-
-// What the user does in a case of pastes.json, step by step. A step is done in this order: messages
-// to come, edit (row, column, text), edition, undo and redo (how often), remove (rows), select
-// (top, left, bottom; row 0 is the header), click (1 left, 2 right), copy (null when refused),
-// paste (null for the last copy). Texts are joined as for `Texts`. Copy and paste change nothing
-// but the columns and headers that the step names.
-class Steps {
-public:
-    explicit Steps(const QJsonObject& given)
-        : m_shown(VectorKind(given[u"kind"]), given[u"points"].toString(),
-                  given[u"values"].toString(), static_cast<DisplayMode>(given[u"mode"].toInt(3))),
-          m_session(*m_shown.session),
-          m_start(CellsOf(m_session.table())) {
-        QGuiApplication::clipboard()->clear();
-    }
-
-    void Do(const QJsonObject& step) {
-        for (const QString& message : VectorStrings(step[u"messages"]))
-            m_shown.messages.Expect(message);
-        Edit(step);
-        Select(step);
-        Cells expected = CellsOf(m_session.table());
-        const bool could_undo = m_session.canUndo();
-        const bool could_redo = m_session.canRedo();
-        const QStringList headers = m_shown.Headers();
-        if (step.contains(u"copy"))
-            Copy(step[u"copy"]);
-        if (step.contains(u"paste"))
-            Paste(step[u"paste"]);
-
-        const QJsonObject columns = step[u"columns"].toObject();
-        for (auto column = columns.begin(); column != columns.end(); ++column)
-            expected[column.key().toInt() - 1] = Texts(column.value().toString());
-        QCOMPARE(CellsOf(m_session.table()), expected);
-        QCOMPARE(m_shown.Headers().join(u'|'), step[u"headers"].toString(headers.join(u'|')));
-        // Only what differs from the start can be undone, and what changes nothing
-        // keeps the steps.
-        QCOMPARE(m_session.canUndo(), !SameCells(m_session, expected, m_start));
-        if (columns.isEmpty())
-            QVERIFY(m_session.canUndo() == could_undo && m_session.canRedo() == could_redo);
-        QVERIFY2(m_shown.messages.Done(), qPrintable(m_shown.messages.Report()));
-    }
-
-    void UndoAll() {
-        QList<Cells> states;
-        QCOMPARE(CheckHistory(m_session, &states), QString());
-        QVERIFY(SameCells(m_session, states.last(), m_start));
-    }
-
-private:
-    void Edit(const QJsonObject& step) {
-        if (const QJsonArray edit = step[u"edit"].toArray(); !edit.isEmpty())
-            QVERIFY(StoreEntry(m_session, edit[0].toInt(), edit[1].toInt(), edit[2].toString()));
-        if (step.contains(u"edition"))
-            m_session.SetEdition(step[u"edition"].toBool());
-        for (int i = 0; i < step[u"undo"].toInt(); ++i)
-            QVERIFY(m_session.Undo());
-        for (int i = 0; i < step[u"redo"].toInt(); ++i)
-            QVERIFY(m_session.Redo());
-        if (step.contains(u"remove")) {
-            QList<int> rows;
-            for (const QJsonValue& row : step[u"remove"].toArray())
-                rows.append(row.toInt());
-            QVERIFY(m_session.RemoveRows(rows));
-            m_start = CellsOf(m_session.table());
-        }
-    }
-
-    void Select(const QJsonObject& step) {
-        const QJsonArray cells = step[u"select"].toArray();
-        const int top = cells[0].toInt();
-        const int left = cells[1].toInt();
-        if (!cells.isEmpty())
-            m_shown.Select({top, left, cells[2].toInt(top), left});
-        else if (step.contains(u"select"))
-            m_shown.grid->clearSelection();
-        if (const int button = step[u"click"].toInt(); button != 0)
-            QTest::mouseClick(m_shown.grid->viewport(), Qt::MouseButton(button), {}, {10, 10});
-    }
-
-    // What was copied before stays when a copy is refused.
-    void Copy(const QJsonValue& copied) {
-        const QString before = ClipboardText();
-        QCOMPARE(m_shown.grid->CopySelection(), !copied.isNull());
-        QCOMPARE(ClipboardText(), copied.isNull() ? before : Texts(copied.toString()).join(u'\n'));
-    }
-
-    // The text of another program or else the last copy.
-    void Paste(const QJsonValue& text) {
-        if (!text.isNull())
-            QGuiApplication::clipboard()->setText(Texts(text.toString()).join(u'\n'));
-        m_shown.grid->PasteSelection();
-    }
-
-    ShownGrid m_shown;
-    ProfileSession& m_session;
-    Cells m_start;
-};
-
 }  // namespace
 
 class PasteTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void Pastes_data() { AddVectorRows("pastes"); }
-    void Pastes() {
-        QFETCH(const QJsonObject, vector);
-        Steps steps(vector);
-        for (const QJsonValue& step : vector[u"steps"].toArray()) {
-            steps.Do(step.toObject());
-            if (QTest::currentTestFailed()) {
-                qWarning() << "in" << step;
-                return;
-            }
-        }
-        steps.UndoAll();
-    }
-
-    void SavedNoMore() {
-        ShownGrid shown(Weekly);
-        shown.SaveAs(shown.Path(u"semaine.dat"_s));
-        QVERIFY(shown.session->isSaved());
-        shown.grid->PasteSelection();
-        QVERIFY(!shown.session->isSaved());
-    }
-
     // A paste leaves what the same texts leave that are typed one after the
     // other, whatever the order of the rows and of the texts.
     void PastedAsTyped() {
@@ -234,32 +106,6 @@ private slots:
                 QVERIFY(pasted.session->Redo());
             QCOMPARE(pasted.Column(1), typed.Column(1));
             QCOMPARE(pasted.Column(2), typed.Column(2));
-        }
-    }
-
-    // All keys that the platform has for copying and pasting run the commands, or
-    // nothing.
-    void Keys() {
-        const MessageScript messages;
-        for (const auto& [mode, copied] :
-             {std::pair(DisplayMode::Edit, u"1100"_s), std::pair(DisplayMode::View, u"old"_s)}) {
-            for (const auto& [copy, paste] :
-                 {std::pair(Qt::Key_C, Qt::Key_V), std::pair(Qt::Key_Insert, Qt::Key_Insert)}) {
-                const KindDialog shown(Function, mode);
-                shown.Run([&, copy = copy, paste = paste, copied = copied] {
-                    QGuiApplication::clipboard()->setText(u"old"_s);
-                    const auto press = [&](Qt::Key key, Qt::KeyboardModifier modifier) {
-                        QTest::keyClick(shown.dialog->windowHandle(), key, modifier);
-                    };
-                    const QString before = shown.Column(2).value(4);
-                    shown.Grid()->SelectCell(3, 2);
-                    press(copy, Qt::ControlModifier);
-                    QCOMPARE(ClipboardText(), copied);
-                    shown.Grid()->SelectCell(5, 2);
-                    press(paste, paste == Qt::Key_V ? Qt::ControlModifier : Qt::ShiftModifier);
-                    QCOMPARE(shown.Column(2).value(4), mode == DisplayMode::View ? before : copied);
-                });
-            }
         }
     }
 };
