@@ -5,9 +5,12 @@
 #include "BenchPoints.h"
 #include "app/CPlugExchangeFile.h"
 #include "app/CPlugParameters.h"
+#include "base/FileReplace.h"
 #include "grid/PasteStore.h"
 #include "profiles/Coefficients.h"
 #include "profiles/EditHistory.h"
+#include "profiles/InsertPoints.h"
+#include "profiles/PointFile.h"
 #include "profiles/ProfileSession.h"
 
 #include <benchmark/benchmark.h>
@@ -225,6 +228,40 @@ void Paste(benchmark::State& state, int column, PasteOrder order) {
     CountPoints(state);
 }
 
+// The points' lines, in an order that jumps about.
+QStringList PointLines(const BenchPoints& points, QChar separator) {
+    QStringList lines;
+    for (qsizetype i = 0; i < points.times.size(); ++i)
+        lines.append(points.times[i] + separator + points.values[i]);
+    return Shuffled(lines);
+}
+
+// As many points as there are already, from the text of a clipboard to the new columns.
+void InsertPastedPoints(benchmark::State& state) {
+    const BenchPoints present(PointsOf(state));
+    const QString text = PointLines(present, u'\t').join(u'\n');
+    for (auto _ : state) {
+        const PointReading pasted = ReadPastedPoints(text, present.times);
+        benchmark::DoNotOptimize(
+            InsertPoints({present.times, present.values}, pasted.points).rows.size());
+    }
+    CountPoints(state);
+}
+
+void ImportPoints(benchmark::State& state) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"points.csv"_s);
+    QString text = PointLines(BenchPoints(PointsOf(state)), u';').join(u"\r\n"_s);
+    if (!ReplaceFile(path, text.replace(u'.', u',').toUtf8()))
+        qFatal("The file for the measurement cannot be written.");
+    for (auto _ : state) {
+        const PointFile file = PointFile::Open(path);
+        benchmark::DoNotOptimize(
+            file.Read(file.likelyColumns(), [](int) { return true; }).points.times.size());
+    }
+    CountPoints(state);
+}
+
 void Rebalance(benchmark::State& state, ProfileKind kind) {
     QStringList column(Describe(kind).rows, u"1"_s);
     float value = 0.5F;
@@ -296,6 +333,8 @@ BENCHMARK_CAPTURE(Paste, TimesFalling, ProfileTable::kLabelColumn, PasteOrder::F
     ->Apply(PasteSizes);
 BENCHMARK_CAPTURE(Paste, TimesShuffled, ProfileTable::kLabelColumn, PasteOrder::Shuffled)
     ->Apply(PasteSizes);
+BENCHMARK(InsertPastedPoints)->Apply(PasteSizes);
+BENCHMARK(ImportPoints)->Apply(LinearSizes);
 BENCHMARK_CAPTURE(Rebalance, Annual, ProfileKind::Annual);
 BENCHMARK_CAPTURE(Rebalance, Daily, ProfileKind::Daily);
 BENCHMARK(HistoryStepUndoRedo);
