@@ -80,12 +80,12 @@ InsertedPoints InsertPoints(const PointTexts& present, const PointTexts& added) 
     const std::vector<double> present_times = ParseNumbers(present.times);
     qsizetype row = 0;
     for (const qsizetype point : order) {
-        const qsizetype first = row;
-        while (row < present.times.size() &&
-               present_times[static_cast<size_t>(row)] <= time_of(point))
-            ++row;
-        times += present.times.sliced(first, row - first);
-        values += present.values.sliced(first, row - first);
+        for (; row < present.times.size() &&
+               present_times[static_cast<size_t>(row)] <= time_of(point);
+             ++row) {
+            times.append(present.times[row]);
+            values.append(present.values[row]);
+        }
         times.append(added.times[point]);
         values.append(added.values[point]);
         all.rows.append(static_cast<int>(times.size()));
