@@ -161,11 +161,11 @@ PointFile::PointFile(QByteArray content) : m_bytes(std::move(content)), m_conten
 
 PointFile PointFile::Open(const QString& path) {
     std::optional<QByteArray> content = ReadRegularFile(AbsolutePath(path), kLargestFile + 1);
-    const bool is_read = content && content->size() <= kLargestFile;
-    PointFile file(is_read ? *std::move(content) : QByteArray());
-    if (!is_read)
-        file.m_fault = {content ? PointFault::Kind::TooLarge : PointFault::Kind::CannotOpen, 0, {}};
-    return file;
+    if (content && content->size() <= kLargestFile)
+        return PointFile(*std::move(content));
+    PointFile none = PointFile(QByteArray());
+    none.m_fault = {content ? PointFault::Kind::TooLarge : PointFault::Kind::CannotOpen, 0, {}};
+    return none;
 }
 
 PointFile::Format PointFile::FindFormat() const {
