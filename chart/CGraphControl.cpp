@@ -172,7 +172,7 @@ void CGraphControl::SetHighlighted(int index, bool on) {
     emit ItemsChanged(index, index);
 }
 
-void CGraphControl::Attach(ProfileTable* table, ProfileKind kind) {
+void CGraphControl::Attach(const ProfileTable* table, ProfileKind kind) {
     if (m_table)
         m_table->disconnect(this);
     m_table = table;
@@ -193,7 +193,7 @@ void CGraphControl::Refill() {
     m_document.items.Clear(m_document.items.GroupCount());
     m_document.items.Insert(0, m_table->RowCount());
     ReadRows(0, m_document.items.Count() - 1, kLabelColumn, kValueColumn);
-    if (m_kind == ProfileKind::Function)
+    if (Describe(m_kind).hasTimes())
         ApplyPointStyle();
     emit Rebuilt();
 }

@@ -42,7 +42,7 @@ public:
 
     /// Fills the chart from `table` (not owned) and follows it from now on. The chart of `kind`
     /// must have been built; a later build fills itself from the table again.
-    void Attach(ProfileTable* table, ProfileKind kind);
+    void Attach(const ProfileTable* table, ProfileKind kind);
 
     /// The look of an item while its row is the grid's current one.
     void SetHighlighted(int index, bool on);
@@ -64,6 +64,6 @@ private:
 
     CDocControl m_document;
     QString m_title;
-    QPointer<ProfileTable> m_table;
+    QPointer<const ProfileTable> m_table;
     ProfileKind m_kind = ProfileKind::Function;
 };

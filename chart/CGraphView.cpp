@@ -97,7 +97,7 @@ void CGraphView::contextMenuEvent(QContextMenuEvent* event) {
 
 QString CGraphView::TipText(int index) const {
     const ProfileKind kind = m_session->kind();
-    if (kind == ProfileKind::Function) {
+    if (Describe(kind).hasTimes()) {
         const CDocControl& chart = m_control->document();
         return FunctionTip(chart.items.Value(index, 0), chart.items.Value(index, 1));
     }
@@ -150,7 +150,7 @@ void CGraphView::mousePressEvent(QMouseEvent* event) {
         if (QGuiApplication::mouseButtons().testFlag(Qt::LeftButton))
             m_drag = ItemDrag{.item = *hit, .press = m_last_mouse};
         emit CellPicked(*hit + 1);
-    } else if (m_session->kind() == ProfileKind::Function) {
+    } else if (m_session->facts().hasTimes()) {
         QList<QPointF> points(chart.items.Count());
         for (int i = 0; i < chart.items.Count(); ++i)
             points[i] = chart.items.Place(i);

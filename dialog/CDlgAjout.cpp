@@ -13,6 +13,7 @@
 
 #include <cmath>
 
+using namespace Id;
 using namespace Qt::StringLiterals;
 
 CDlgAjout::CDlgAjout(ProfileSession* session, QWidget* parent)

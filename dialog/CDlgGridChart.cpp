@@ -17,6 +17,7 @@
 #include <QMenu>
 #include <QPushButton>
 
+using namespace Id;
 using namespace Qt::StringLiterals;
 
 CDlgGridChart::CDlgGridChart(SessionSetup setup, QWidget* parent)
@@ -115,7 +116,7 @@ std::vector<Command> CDlgGridChart::Commands() {
 
 void CDlgGridChart::CreateChart() {
     m_chart = new CGraphControl(this);
-    if (m_session.kind() == ProfileKind::Function)
+    if (m_session.facts().hasTimes())
         m_chart->BuildFunctionChart();
     else
         m_chart->BuildProfileChart(m_session.kind());

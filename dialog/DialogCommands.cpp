@@ -16,9 +16,9 @@ namespace {
 // The command's own shortcut and, for copy and paste, all shortcuts of the platform.
 QList<QKeySequence> ShortcutsOf(const Command& command) {
     QList<QKeySequence> shortcuts;
-    if (command.id == kMenuCopy)
+    if (command.id == Id::kMenuCopy)
         shortcuts = QKeySequence::keyBindings(QKeySequence::Copy);
-    if (command.id == kMenuPaste)
+    if (command.id == Id::kMenuPaste)
         shortcuts = QKeySequence::keyBindings(QKeySequence::Paste);
     const QKeySequence own(command.shortcut.toString());
     shortcuts.removeAll(own);
@@ -33,7 +33,7 @@ DialogCommands::DialogCommands(std::vector<Command> commands, const DialogContro
     : QObject(dialog),
       m_commands(std::move(commands)),
       m_session(session),
-      m_grid(controls.Get<CGridControl>(kGrid)),
+      m_grid(controls.Get<CGridControl>(Id::kGrid)),
       m_menu(new QMenu(dialog)) {
     CreateMenu(dialog);
     ConnectButtons(controls);
@@ -64,7 +64,7 @@ void DialogCommands::ConnectButtons(const DialogControls& controls) {
         if (button == nullptr)
             continue;
         m_buttons.insert(command.id, button);
-        if (command.id == kEdition) {
+        if (command.id == Id::kEdition) {
             // Assistive tools toggle the box without a click.
             connect(button, &QAbstractButton::toggled, this, [this, &command](bool on) {
                 if (on != m_session->isEdition())
@@ -82,7 +82,7 @@ bool DialogCommands::IsEnabled(const Command& command) const {
 
 void DialogCommands::Run(const Command& command) {
     // Cancel works even if the open entry is refused.
-    if (IsEnabled(command) && (command.id == kCancel || m_grid->CommitOpenEditor())) {
+    if (IsEnabled(command) && (command.id == Id::kCancel || m_grid->CommitOpenEditor())) {
         command.run();
         if (command.marks_modified)
             m_session->SetModified();

@@ -81,28 +81,28 @@ QHash<int, QRect> MainDialogPlaces(ProfileKind kind, int rows, QSize extra) {
         const auto [x, y, width, height] = control.place;
         if (x >= kRightPart)
             place.translate(extra.width(), 0);
-        if (control.id == kRemove || control.id == kAdjust)
+        if (control.id == Id::kRemove || control.id == Id::kAdjust)
             place.translate(wider, 0);  // at the grid's right edge
-        if (control.id == kOk || control.id == kCancel)
+        if (control.id == Id::kOk || control.id == Id::kCancel)
             place.translate((wider + 1) / 2, 0);  // about its middle
         if (y >= kBottomPart)
             place.translate(0, extra.height());
-        if (control.id == kChartFrame)
+        if (control.id == Id::kChartFrame)
             place.setSize(place.size() + extra);
-        if (control.id == kGrid)
+        if (control.id == Id::kGrid)
             place.setSize(place.size() + more_grid + QSize(0, more_rows));
         places.insert(control.id, place);
     }
     // The grid's lower end at the starting size. All controls below it move with it.
-    int start_end = places[kGrid].bottom() + 1 - more_rows;
-    if (kind == ProfileKind::Function) {
-        places[kGrid] = PointGridRect(rows, more_rows).translated(extra.width(), 0);
+    int start_end = places[Id::kGrid].bottom() + 1 - more_rows;
+    if (facts.hasTimes()) {
+        places[Id::kGrid] = PointGridRect(rows, more_rows).translated(extra.width(), 0);
         start_end = PointGridRect(rows, 0).bottom() + 1;
     }
-    const int top = std::min(places[kEdition].y(), places[kAdjust].y()) - extra.height();
+    const int top = std::min(places[Id::kEdition].y(), places[Id::kAdjust].y()) - extra.height();
     const int gap = facts.coefficients ? kMeanHeight : kGapBelowGrid;
     const int shift = std::max(0, start_end + gap - top);
-    for (const int id : {kEdition, kAdjust})
+    for (const int id : {Id::kEdition, Id::kAdjust})
         places[id].translate(0, shift);
     return places;
 }

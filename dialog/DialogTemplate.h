@@ -10,7 +10,8 @@
 #include <array>
 
 /// Ids of controls and commands.
-enum ControlId : int {
+namespace Id {
+enum : int {
     kGrid = 5000,
     kChartFrame = 5001,
     kAdd = 5008,
@@ -39,6 +40,7 @@ enum ControlId : int {
     kMenuCopy = 32791,
     kMenuPaste = 32792,
 };
+}  // namespace Id
 
 enum class ControlClass {
     Frame,
@@ -66,34 +68,34 @@ inline constexpr std::array<int, 2> kMainDialogSize = {417, 258};
 
 /// The main dialog, in the order that Tab visits the controls.
 inline constexpr ControlTemplate kMainDialog[] = {
-    {kGrid, ControlClass::Grid, u"Custom1", u"5000", {304, 19, 106, 170}},
-    {kChartFrame, ControlClass::Frame, u"", u"", {7, 20, 290, 231}},
-    {kOpen, ControlClass::ToolButton, u"OUVRIR", u"Ouvrir", {7, 0, 16, 14}},
-    {kSave, ControlClass::ToolButton, u"ENREG", u"Enregistrer", {24, 0, 16, 14}},
-    {kSaveAs, ControlClass::ToolButton, u"ENREGSOUS", u"Enregistrer sous", {41, 0, 16, 14}},
-    {kUndo, ControlClass::ToolButton, u"UNDO", u"Annuler", {65, 0, 16, 14}},
-    {kRedo, ControlClass::ToolButton, u"REDO", u"Refaire", {82, 0, 16, 14}},
-    {kCopy, ControlClass::ToolButton, u"COPY", u"Copier", {99, 0, 16, 14}},
-    {kPaste, ControlClass::ToolButton, u"PASTE", u"Coller", {116, 0, 16, 14}},
-    {kHelp, ControlClass::PushButton, u"Aide", u"Aide", {247, 0, 50, 14}},
-    {kAdd, ControlClass::PictureButton, u"Add", u"Add", {304, 0, 46, 14}, 5034},
-    {kRemove, ControlClass::PictureButton, u"Remove", u"Remove", {355, 0, 55, 14}, 5036},
-    {kEdition, ControlClass::CheckBox, u"Edition", u"Edition", {304, 199, 37, 10}},
-    {kAdjust, ControlClass::PictureButton, u"Ajuster", u"Ajuster", {360, 197, 50, 14}, 5035},
-    {kOk, ControlClass::PushButton, u"OK", u"OK", {309, 237, 40, 14}},
-    {kCancel, ControlClass::PushButton, u"Cancel", u"Cancel", {361, 237, 40, 14}},
+    {Id::kGrid, ControlClass::Grid, u"Custom1", u"5000", {304, 19, 106, 170}},
+    {Id::kChartFrame, ControlClass::Frame, u"", u"", {7, 20, 290, 231}},
+    {Id::kOpen, ControlClass::ToolButton, u"OUVRIR", u"Ouvrir", {7, 0, 16, 14}},
+    {Id::kSave, ControlClass::ToolButton, u"ENREG", u"Enregistrer", {24, 0, 16, 14}},
+    {Id::kSaveAs, ControlClass::ToolButton, u"ENREGSOUS", u"Enregistrer sous", {41, 0, 16, 14}},
+    {Id::kUndo, ControlClass::ToolButton, u"UNDO", u"Annuler", {65, 0, 16, 14}},
+    {Id::kRedo, ControlClass::ToolButton, u"REDO", u"Refaire", {82, 0, 16, 14}},
+    {Id::kCopy, ControlClass::ToolButton, u"COPY", u"Copier", {99, 0, 16, 14}},
+    {Id::kPaste, ControlClass::ToolButton, u"PASTE", u"Coller", {116, 0, 16, 14}},
+    {Id::kHelp, ControlClass::PushButton, u"Aide", u"Aide", {247, 0, 50, 14}},
+    {Id::kAdd, ControlClass::PictureButton, u"Add", u"Add", {304, 0, 46, 14}, 5034},
+    {Id::kRemove, ControlClass::PictureButton, u"Remove", u"Remove", {355, 0, 55, 14}, 5036},
+    {Id::kEdition, ControlClass::CheckBox, u"Edition", u"Edition", {304, 199, 37, 10}},
+    {Id::kAdjust, ControlClass::PictureButton, u"Ajuster", u"Ajuster", {360, 197, 50, 14}, 5035},
+    {Id::kOk, ControlClass::PushButton, u"OK", u"OK", {309, 237, 40, 14}},
+    {Id::kCancel, ControlClass::PushButton, u"Cancel", u"Cancel", {361, 237, 40, 14}},
 };
 
 inline constexpr QStringView kAddPointCaption = u"Add a point";
 inline constexpr std::array<int, 2> kAddPointSize = {184, 52};
 
 inline constexpr ControlTemplate kAddPointDialog[] = {
-    {kAddPointX, ControlClass::Edit, u"", u"X - Axis", {13, 11, 48, 12}},
-    {kAddPointY, ControlClass::Edit, u"", u"Y - Axis", {13, 29, 48, 12}},
+    {Id::kAddPointX, ControlClass::Edit, u"", u"X - Axis", {13, 11, 48, 12}},
+    {Id::kAddPointY, ControlClass::Edit, u"", u"Y - Axis", {13, 29, 48, 12}},
     {0, ControlClass::Label, u"X - Axis", u"", {67, 13, 24, 8}},
     {0, ControlClass::Label, u"Y - Axis", u"", {67, 31, 24, 8}},
-    {kAddPointOk, ControlClass::PushButton, u"OK", u"OK", {124, 10, 50, 14}},
-    {kCancel, ControlClass::PushButton, u"Cancel", u"Cancel", {124, 27, 50, 14}},
+    {Id::kAddPointOk, ControlClass::PushButton, u"OK", u"OK", {124, 10, 50, 14}},
+    {Id::kCancel, ControlClass::PushButton, u"Cancel", u"Cancel", {124, 27, 50, 14}},
 };
 
 /// One entry of the dialog's menu. An id of 0 is a separator.
@@ -103,15 +105,15 @@ struct MenuEntry {
 };
 
 inline constexpr MenuEntry kMenu[] = {
-    {kMenuOpen, u"Ouvrir"},
-    {kMenuSave, u"Enregistrer"},
-    {kMenuSaveAs, u"Enregistrer sous"},
+    {Id::kMenuOpen, u"Ouvrir"},
+    {Id::kMenuSave, u"Enregistrer"},
+    {Id::kMenuSaveAs, u"Enregistrer sous"},
     {},
-    {kMenuUndo, u"Annuler"},
-    {kMenuRedo, u"Refaire"},
+    {Id::kMenuUndo, u"Annuler"},
+    {Id::kMenuRedo, u"Refaire"},
     {},
-    {kMenuCopy, u"Copier"},
-    {kMenuPaste, u"Coller"},
+    {Id::kMenuCopy, u"Copier"},
+    {Id::kMenuPaste, u"Coller"},
 };
 
 /// Pixels of a place in dialog units: 1.5 px each across, 1.625 px each down, edges rounded to the

@@ -12,7 +12,6 @@
 #include "fuzz/Harness.h"
 #include "grid/GridClipboard.h"
 #include "profiles/EntryRules.h"
-#include "profiles/EntryStore.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -37,13 +36,13 @@ QList<double> Values(const ProfileTable& table) {
 }
 
 void Enter(Editing& editing, int row, int column, QString text) {
-    ProfileTable& table = editing.session.table();
+    const ProfileTable& table = editing.session.table();
     const QStringList names = editing.session.dailyProfiles();
     if (column == ProfileTable::kNameColumn && !names.isEmpty())
         text = names[text.size() % names.size()];  // The list offers nothing else.
     const QByteArray before = editing.State();
     const QList<double> values = Values(table);
-    if (!table.setData(table.index(row - 1, column - 1), QVariant(text), Qt::EditRole)) {
+    if (!editing.session.model()->setData(table.index(row - 1, column - 1), text, Qt::EditRole)) {
         Require(editing.State() == before, "a refused entry changes nothing");
         return;
     }
@@ -68,6 +67,19 @@ void Insert(ProfileSession& session, const QString& text) {
     const int row = InsertionRow(session.table().Column(ProfileTable::kLabelColumn), time);
     session.InsertPoint(row, NumberText7(time), u"1"_s);
     session.ForgetHistory();
+}
+
+// All rows with the numbers that are in `text`.
+void Replace(ProfileSession& session, const QString& text) {
+    QStringList numbers;
+    for (const QString& word : text.split(u' ')) {
+        if (const auto number = NumberEntry(word))
+            numbers.append(*number);
+    }
+    std::sort(numbers.begin(), numbers.end(), [](const QString& left, const QString& right) {
+        return EnglishAtof(left) < EnglishAtof(right);
+    });
+    session.ReplaceRows(numbers, numbers);
 }
 
 GridSelection Select(const ProfileTable& table, int first, Input& input) {
@@ -124,6 +136,7 @@ void Act(Editing& editing, GridClipboard& clipboard, QByteArrayView action) {
         case 'a': session.Adjust(); break;
         case 't': session.SetEdition(!session.isEdition()); break;
         case 'd': Drag(session, row, text); break;
+        case 'w': Replace(session, text); break;
         case 'i': Insert(session, text); break;
         case 'x': session.RemoveRows({row, static_cast<int>(text.size())}); break;
         case 'c': clipboard.Copy(selection); break;
@@ -143,9 +156,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static const QGuiApplication application(count, nullptr);
     QGuiApplication::clipboard()->clear();
     GridClipboard clipboard(&editing.session);
-    editing.session.table().SetEntryHook([&editing](int row, int column, const QString& text) {
-        return StoreEntry(editing.session, row, column, text).has_value();
-    });
     for (int actions = 0; actions < kMaxActions && !input.rest.isEmpty(); ++actions)
         Act(editing, clipboard, input.Line());
     RequireNone(CheckHistory(editing.session));

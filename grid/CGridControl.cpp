@@ -2,83 +2,22 @@
 #include "grid/CGridControl.h"
 
 #include "base/Message.h"
-#include "base/SortedDistinct.h"
+#include "grid/CellSelection.h"
 #include "grid/GridCellDelegate.h"
-#include "grid/GridMetrics.h"
+#include "grid/GridHeader.h"
 #include "grid/TabMoves.h"
-#include "profiles/EntryStore.h"
 #include "profiles/ProfileSession.h"
 
-#include <QHeaderView>
 #include <QKeyEvent>
-#include <QScrollBar>
 
-#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kScrollBarWidth = 15;
-constexpr int kSmallHeaderFont = 10;  // pixels
-constexpr int kMaxRowsInFullSize = 9'999;
-
 // The key that the platform's keyboards once had for help; it moves like Tab.
 constexpr int kHelpKey = Qt::Key_Help;
-
-void AppendNumbers(QList<int>& numbers, int first, int last) {
-    for (int number = first; number <= last; ++number)
-        numbers.append(number);
-}
-
-// The selection of the grid and its headers. While a header is pressed only the selection changes:
-// a header cell is no row of the function, so the current cell stays where it is.
-class CellSelection : public QItemSelectionModel {
-public:
-    using QItemSelectionModel::QItemSelectionModel;
-
-    void KeepCurrent(bool keep) { m_keep_current = keep; }
-
-    void setCurrentIndex(const QModelIndex& index, SelectionFlags command) override {
-        if (!m_keep_current)
-            QItemSelectionModel::setCurrentIndex(index, command);
-    }
-
-private:
-    bool m_keep_current = false;
-};
-
-// A header that the grid gives its size, so that no title need be measured.
-class FixedHeader : public QHeaderView {
-public:
-    FixedHeader(Qt::Orientation orientation, CGridControl* grid)
-        : QHeaderView(orientation, grid), m_grid(grid) {
-        setSectionsClickable(true);
-        setHighlightSections(true);
-    }
-
-    QSize sizeHint() const override { return minimumSize(); }
-
-protected:
-    void mousePressEvent(QMouseEvent* event) override {
-        m_grid->CommitOpenEditor();
-        Selection()->KeepCurrent(true);
-        QHeaderView::mousePressEvent(event);
-        Selection()->KeepCurrent(false);
-    }
-
-    void mouseMoveEvent(QMouseEvent* event) override {
-        Selection()->KeepCurrent(true);
-        QHeaderView::mouseMoveEvent(event);
-        Selection()->KeepCurrent(false);
-    }
-
-private:
-    CellSelection* Selection() const { return static_cast<CellSelection*>(selectionModel()); }
-
-    CGridControl* m_grid;
-};
 
 }  // namespace
 
@@ -87,11 +26,14 @@ CGridControl::CGridControl(ProfileSession* session, QWidget* parent)
       m_session(session),
       m_delegate(new GridCellDelegate(this)),
       m_clipboard(session) {
-    setHorizontalHeader(new FixedHeader(Qt::Horizontal, this));
-    setVerticalHeader(new FixedHeader(Qt::Vertical, this));
-    setModel(&m_session->table());
+    auto* const titles = new GridHeader(Qt::Horizontal, this);
+    auto* const numbers = new GridHeader(Qt::Vertical, this);
+    setHorizontalHeader(titles);
+    setVerticalHeader(numbers);
+    setModel(m_session->model());
     const std::unique_ptr<QItemSelectionModel> standard(selectionModel());
-    setSelectionModel(new CellSelection(model(), this));
+    m_selection = new CellSelection(model(), this);
+    setSelectionModel(m_selection);
     setItemDelegate(m_delegate);
     setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
     setSelectionMode(ExtendedSelection);
@@ -101,70 +43,18 @@ CGridControl::CGridControl(ProfileSession* session, QWidget* parent)
     setCornerButtonEnabled(false);
     setFrameShape(NoFrame);  // header and rows alone make up the height the dialog gives the grid
     connect(m_delegate, &GridCellDelegate::EndKeyPressed, this, &CGridControl::EndEditing);
-    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            [this] { m_header_selection = false; });
-    connect(horizontalHeader(), &QHeaderView::sectionPressed, this,
-            [this] { m_header_selection = true; });
-    m_session->table().SetEntryHook([this](int row, int column, const QString& text) {
-        return ValidateEntry(row, column, text);
-    });
+    connect(m_delegate, &GridCellDelegate::EntryMade, this,
+            [this](const QModelIndex& cell, const QString& text) {
+                ValidateEntry(cell.row() + 1, cell.column() + 1, text);
+            });
+    for (GridHeader* const header : {titles, numbers})
+        connect(header, &GridHeader::PressBegins, this, &CGridControl::CommitOpenEditor);
+    connect(titles, &QHeaderView::sectionPressed, this,
+            [this] { m_selection->SetWholeColumn(true); });
 }
 
 void CGridControl::InitGrid() {
-    setUpdatesEnabled(false);
-    verticalScrollBar()->setFixedWidth(kScrollBarWidth);
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    verticalHeader()->setMinimumSectionSize(kGridRowHeight);
-    verticalHeader()->setDefaultSectionSize(kGridRowHeight);
-    verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    horizontalHeader()->setFixedHeight(m_session->facts().header_height);
-    horizontalHeader()->setDefaultAlignment(Qt::AlignCenter | Qt::Alignment(Qt::TextWordWrap));
-    horizontalHeader()->setHighlightSections(false);
-    if (m_session->facts().rows == 0)
-        LayoutPointGrid();
-    else
-        LayoutProfileGrid();
-    setUpdatesEnabled(true);
-}
-
-void CGridControl::LayoutProfileGrid() {
-    verticalHeader()->hide();
-    QFont small = horizontalHeader()->font();
-    small.setPixelSize(kSmallHeaderFont);
-    horizontalHeader()->setFont(small);
-    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter |
-                                            Qt::Alignment(Qt::TextWordWrap));
-    horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    const auto& widths = m_session->facts().column_widths;
-    for (int column = 0; column < m_session->facts().columns; ++column) {
-        if (const int width = widths[static_cast<size_t>(column)]; width > 0)
-            setColumnWidth(column, width);
-        else
-            horizontalHeader()->setSectionResizeMode(column, QHeaderView::Stretch);
-    }
-}
-
-void CGridControl::LayoutPointGrid() {
-    horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    ProfileTable* const table = &m_session->table();
-    for (auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
-        connect(table, signal, this, &CGridControl::FitRowHeader);
-    connect(table, &QAbstractItemModel::modelReset, this, &CGridControl::FitRowHeader);
-    FitRowHeader();
-}
-
-// Just as wide as the largest row number asks for: the columns share what is left. Long numbers are
-// written small, so that a value of six characters is still read whole.
-void CGridControl::FitRowHeader() {
-    const int rows = std::max(10, m_session->table().RowCount());
-    const bool is_long = rows > kMaxRowsInFullSize;
-    QFont digits = font();
-    if (is_long)
-        digits.setPixelSize(kSmallHeaderFont);
-    verticalHeader()->setFont(digits);
-    const QFontMetrics metrics(digits);
-    verticalHeader()->setFixedWidth(metrics.horizontalAdvance(QString::number(rows)) +
-                                    (is_long ? 6 : 10));
+    LayOutGrid(this, m_session->facts());
 }
 
 bool CGridControl::CommitOpenEditor() {
@@ -203,7 +93,7 @@ bool CGridControl::edit(const QModelIndex& index, EditTrigger trigger, QEvent* e
 bool CGridControl::ValidateEntry(int row, int column, const QString& text) {
     if (column == ProfileTable::kNameColumn && OnProfileChoice(row, text))
         return true;
-    const std::optional<int> stored = StoreEntry(*m_session, row, column, text);
+    const std::optional<int> stored = m_session->Enter(row, column, text);
     m_entry_accepted = stored.has_value();
     if (stored && *stored != row) {
         if (m_delegate->OpenEditor() != nullptr)
@@ -215,7 +105,7 @@ bool CGridControl::ValidateEntry(int row, int column, const QString& text) {
 }
 
 bool CGridControl::OnProfileChoice(int row, const QString& choice) {
-    if (choice != kAddProfileChoice && choice != kViewProfileChoice)
+    if (!IsProfileCommand(choice))
         return false;
     // The nested dialog opens once the list has closed.
     QMetaObject::invokeMethod(
@@ -233,11 +123,7 @@ void CGridControl::PasteSelection() {
 }
 
 GridSelection CGridControl::Selection() const {
-    GridSelection selection;
-    selection.rows = SelectedRows();
-    selection.columns = SelectedColumns();
-    selection.whole_column = m_header_selection;
-    return selection;
+    return {m_selection->Rows(), m_selection->Columns(), m_selection->isWholeColumn()};
 }
 
 void CGridControl::SelectCell(int row, int column) {
@@ -248,19 +134,11 @@ void CGridControl::SelectCell(int row, int column) {
 }
 
 QList<int> CGridControl::SelectedRows() const {
-    QList<int> rows;
-    const QItemSelection ranges = selectionModel()->selection();
-    for (const QItemSelectionRange& range : ranges)
-        AppendNumbers(rows, range.top() + 1, range.bottom() + 1);
-    return SortedDistinct(std::move(rows));
+    return m_selection->Rows();
 }
 
 QList<int> CGridControl::SelectedColumns() const {
-    QList<int> columns;
-    const QItemSelection ranges = selectionModel()->selection();
-    for (const QItemSelectionRange& range : ranges)
-        AppendNumbers(columns, range.left() + 1, range.right() + 1);
-    return SortedDistinct(std::move(columns));
+    return m_selection->Columns();
 }
 
 void CGridControl::SettleCurrentCell() {
@@ -312,7 +190,7 @@ void CGridControl::mousePressEvent(QMouseEvent* event) {
     // The right button opens the menu for what is selected.
     if (event->button() == Qt::RightButton)
         return;
-    m_header_selection = false;
+    m_selection->SetWholeColumn(false);
     if (!indexAt(event->pos()).isValid())
         CommitOpenEditor();
     QTableView::mousePressEvent(event);

@@ -9,6 +9,7 @@
 #include <optional>
 #include <utility>
 
+class CellSelection;
 class GridCellDelegate;
 class ProfileSession;
 
@@ -68,9 +69,6 @@ protected:
                                                          const QEvent* event) const override;
 
 private:
-    void LayoutProfileGrid();
-    void LayoutPointGrid();
-    void FitRowHeader();
     void OnEnterRow(int row, int column);
     void OnLeaveRow(int row, int column);
     bool OnGridKeyDown(int key, Qt::KeyboardModifiers modifiers);
@@ -82,8 +80,8 @@ private:
 
     ProfileSession* m_session;  // not owned
     GridCellDelegate* m_delegate;
+    CellSelection* m_selection;
     GridClipboard m_clipboard;
-    bool m_header_selection = false;  // the selection was made by a press on a column's header
     bool m_entry_accepted = true;
 
     // An entry moved the row of its editor, which is still open: from the cell to the row.

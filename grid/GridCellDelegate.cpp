@@ -109,7 +109,7 @@ void GridCellDelegate::setEditorData(QWidget* editor, const QModelIndex& index) 
     line->selectAll();
 }
 
-void GridCellDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
+void GridCellDelegate::setModelData(QWidget* editor, QAbstractItemModel* /*model*/,
                                     const QModelIndex& index) const {
     const auto* const list = qobject_cast<QComboBox*>(editor);
     if (list != nullptr && list->currentIndex() < 0)
@@ -117,7 +117,7 @@ void GridCellDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
     const QString text =
         list != nullptr ? list->currentText() : qobject_cast<QLineEdit*>(editor)->text();
     if (text != index.data(Qt::EditRole).toString())
-        model->setData(index, text, Qt::EditRole);
+        emit EntryMade(index, text);
 }
 
 void GridCellDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,

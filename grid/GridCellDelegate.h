@@ -5,7 +5,7 @@
 #include <QStyledItemDelegate>
 
 /// Makes the editors of the grid's cells: a line that takes only what a number can hold, or the
-/// list of choices where the cell has one. An editor whose text was not changed stores nothing, and
+/// list of choices where the cell has one. An editor whose text was not changed enters nothing, and
 /// one stays open while another window is in front. A cell whose text is too long for a line has no
 /// editor.
 class GridCellDelegate : public QStyledItemDelegate {
@@ -38,6 +38,9 @@ public:
                    const QModelIndex& index) override;
 
 signals:
+    /// The user finished an entry; it is to be checked and stored.
+    void EntryMade(const QModelIndex& cell, const QString& text) const;
+
     /// A key that ends editing was pressed in the editor: the grid commits the cell and moves.
     void EndKeyPressed(int key, Qt::KeyboardModifiers modifiers) const;
 

@@ -4,7 +4,7 @@
 #include "base/Message.h"
 #include "grid/PasteRules.h"
 #include "grid/PasteStore.h"
-#include "profiles/EntryStore.h"
+#include "profiles/EntryRules.h"
 #include "profiles/ProfileSession.h"
 
 #include <QClipboard>
@@ -98,17 +98,17 @@ void GridClipboard::Paste(const GridSelection& selection) {
     else if (!PasteCoefficients(cells, selection.rows.first()))
         return;
     if (selection.whole_column)
-        RewriteHeaders();
+        m_session->RewriteHeaders();
 }
 
 // All or nothing: one wrong value leaves the column as it was.
 bool GridClipboard::PasteCoefficients(const QList<QStringList>& cells, int first_row) {
     QStringList column = m_session->table().Column(ProfileTable::kValueColumn);
     for (qsizetype i = 0; i < cells.size(); ++i) {
-        QString text = cells[i].first();
-        if (!CheckNumber(text, EntrySource::Pasted))
+        const auto number = CheckNumber(cells[i].first(), EntrySource::Pasted);
+        if (!number)
             return false;
-        column[first_row - 1 + i] = text;
+        column[first_row - 1 + i] = *number;
     }
     if (const QString refusal = BulkRefusal(m_session->kind(), column); !refusal.isEmpty()) {
         ShowMessage(refusal, MessageIcon::Information);
@@ -117,13 +117,4 @@ bool GridClipboard::PasteCoefficients(const QList<QStringList>& cells, int first
     m_session->EnterColumn(column, first_row);
     m_session->SetModified();
     return true;
-}
-
-void GridClipboard::RewriteHeaders() {
-    for (int column = 1; column <= m_session->table().ColumnCount(); ++column) {
-        const QStringView header =
-            m_session->facts().pasted_headers[static_cast<size_t>(column - 1)];
-        if (!header.isEmpty())
-            m_session->table().SetHeaderText(column, header.toString());
-    }
 }

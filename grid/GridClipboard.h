@@ -29,7 +29,6 @@ public:
 
 private:
     bool PasteCoefficients(const QList<QStringList>& cells, int first_row);
-    void RewriteHeaders();
 
     ProfileSession* m_session;  // not owned
     int m_copied_column = 0;

@@ -3,7 +3,7 @@
 
 #include "base/Message.h"
 #include "grid/TimeEntries.h"
-#include "profiles/EntryStore.h"
+#include "profiles/EntryRules.h"
 #include "profiles/ProfileSession.h"
 
 #include <optional>
@@ -40,11 +40,10 @@ public:
     void Report() const {
         if (m_refused.count == 0)
             return;
-        QString text = m_refused.text;
         if (m_refused.column == kName)
             ShowWrongEntry();
         else
-            CheckNumber(text, EntrySource::Pasted);
+            CheckNumber(m_refused.text, EntrySource::Pasted);
         if (m_refused.count > 1) {
             ShowMessage(u"%1 cellules n'ont pas été collées,\nla première à la ligne %2."_s
                             .arg(m_refused.count)
@@ -58,18 +57,20 @@ private:
     std::optional<QString> TextOf(qsizetype line, qsizetype from, int column) {
         if (from >= m_cells[line].size())
             return std::nullopt;
-        QString text = m_cells[line][from];
-        const bool empties = m_source == PasteSource::OwnCopy && text.isEmpty();
-        if (column == kName ? empties || m_session.dailyProfiles().contains(text)
-                            : SettleNumber(text))
-            return text;
-        if (m_refused.count++ == 0)
-            m_refused = {1, m_first_row + static_cast<int>(line), column, m_cells[line][from]};
-        return std::nullopt;
+        const QString& pasted = m_cells[line][from];
+        std::optional<QString> text;
+        if (column != kName)
+            text = NumberEntry(pasted);
+        else if ((m_source == PasteSource::OwnCopy && pasted.isEmpty()) ||
+                 m_session.dailyProfiles().contains(pasted))
+            text = pasted;
+        if (!text && m_refused.count++ == 0)
+            m_refused = {1, m_first_row + static_cast<int>(line), column, pasted};
+        return text;
     }
 
     void StorePlain(qsizetype from, int column) {
-        const ProfileTable& table = std::as_const(m_session).table();
+        const ProfileTable& table = m_session.table();
         QStringList texts;
         QList<HistoryStep> steps;
         bool accepted = false;
@@ -95,7 +96,7 @@ private:
     }
 
     void StoreTimes(qsizetype from) {
-        const ProfileTable& table = std::as_const(m_session).table();
+        const ProfileTable& table = m_session.table();
         TimeEntries entries(table.Column(kLabel), table.Column(kValue));
         bool accepted = false;
         for (qsizetype line = 0; line < m_cells.size(); ++line) {

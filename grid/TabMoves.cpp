@@ -16,12 +16,10 @@ CellPosition Forward(int rows, int columns, CellPosition at) {
 CellPosition Backward(ProfileKind kind, int rows, int columns, CellPosition at) {
     const CellPosition left = {at.row, at.column - 1};
     // Only the times of points are worth a stop: the labels of the other kinds are locked.
-    if (kind == ProfileKind::Function && at.column > 1)
+    if (Describe(kind).hasTimes() && at.column > 1)
         return left;
     if (at.row == 1)
         return {rows, columns};
-    if (kind == ProfileKind::Annual && at.column > 1)
-        return {at.row - 1, at.column};
     return at.column > 2 ? left : CellPosition{at.row - 1, columns};
 }
 

@@ -68,7 +68,7 @@ float WithResidual(const QString& text, float residual) {
 }  // namespace
 
 int CoefficientCount(ProfileKind kind) {
-    return kind == ProfileKind::Annual ? 12 : 24;
+    return Describe(kind).rows;
 }
 
 float RoundedSum(ProfileKind kind, const QStringList& column) {

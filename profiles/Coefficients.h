@@ -10,7 +10,7 @@
 /// annual, 24 for daily profiles). Pure functions on columns of cell texts, all arithmetic in
 /// single precision. Texts that are no numbers count as 0.
 
-/// N for `kind`: 12 for Annual, 24 for every other kind.
+/// N for `kind`, which has coefficients.
 int CoefficientCount(ProfileKind kind);
 
 /// Sum of the first N texts, rounded to two decimals (`Round2`).

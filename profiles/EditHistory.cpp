@@ -12,6 +12,15 @@ constexpr qsizetype kMaxSnapshots = EditHistory::kTableRows;
 // Rows of the table that hold one bank of steps.
 constexpr size_t kBankRows = 3;
 
+qsizetype BytesOf(const TableTexts& texts) {
+    qsizetype bytes = 0;
+    for (const QStringList& column : texts) {
+        for (const QString& text : column)
+            bytes += text.size() * static_cast<qsizetype>(sizeof(QChar));
+    }
+    return bytes;
+}
+
 }  // namespace
 
 EditHistory::EditHistory(ProfileKind kind) : m_kind(kind) {
@@ -62,7 +71,11 @@ std::optional<QStringList> EditHistory::RedoSnapshot() {
 }
 
 void EditHistory::PushStep(const HistoryStep& step) {
-    if (!Describe(m_kind).coefficients && step.before != step.after)
+    if (Describe(m_kind).coefficients || (step.before == step.after && !step.table))
+        return;
+    if (step.table && BytesOf(step.table->before) + BytesOf(step.table->after) > kMaxTableBytes)
+        Reset();
+    else
         Push(m_store.steps, step, kMaxSteps);
 }
 
@@ -96,6 +109,8 @@ EditHistory::FloatTable EditHistory::Table(const QStringList& daily_profiles) co
         table[bank + 2][slot] = EnglishAtof(state.value);
     };
     for (qsizetype i = 0; i < m_store.steps.size(); ++i) {
+        if (m_store.steps[i].table)
+            continue;
         put(0, static_cast<size_t>(i), m_store.steps[i].before);
         put(kBankRows, static_cast<size_t>(i), m_store.steps[i].after);
     }

@@ -20,10 +20,24 @@ struct RowState {
     friend bool operator==(const RowState&, const RowState&) = default;
 };
 
-/// One user action on one row. `before.row` and `after.row` differ when a new time moved the row.
+/// All texts of a table, a list a column.
+using TableTexts = QList<QStringList>;
+
+/// All rows before and after an action that replaced them. The lists share their texts with those
+/// of the table.
+struct TableStep {
+    TableTexts before;
+    TableTexts after;
+
+    friend bool operator==(const TableStep&, const TableStep&) = default;
+};
+
+/// One user action on one row, or on all of them. `before.row` and `after.row` differ when a new
+/// time moved the row.
 struct HistoryStep {
     RowState before;
     RowState after;
+    std::optional<TableStep> table = {};  ///< there: the two rows mean nothing
 
     friend bool operator==(const HistoryStep&, const HistoryStep&) = default;
 };
@@ -42,6 +56,9 @@ public:
     /// Older steps are dropped.
     static constexpr qsizetype kMaxSteps = 12;
 
+    /// What the texts of a step of the whole table may take, before and after together.
+    static constexpr qsizetype kMaxTableBytes = qsizetype{64} << 20;
+
     /// Forgets everything.
     void Reset();
 
@@ -55,7 +72,8 @@ public:
     std::optional<QStringList> UndoSnapshot(const QStringList& shown);
     std::optional<QStringList> RedoSnapshot();
 
-    /// Records one action; one that changed nothing is left out. For kinds without coefficients.
+    /// Records one action; one that changed nothing is left out. A table step of too many bytes is
+    /// not kept, and neither are the steps before it. For kinds without coefficients.
     void PushStep(const HistoryStep& step);
 
     /// The step whose `before` is to be restored, or whose `after` is to be made again.
@@ -70,7 +88,7 @@ public:
     /// The recorded numbers. A step takes one slot of each bank: the row's index; the time of a
     /// point, or the index of the row's name in `daily_profiles` (-1 for a name that is not
     /// listed); the value. The column kept for the redo of the newest snapshot is not among the
-    /// six.
+    /// six. A table step leaves its slots empty.
     FloatTable Table(const QStringList& daily_profiles = {}) const;
 
 private:

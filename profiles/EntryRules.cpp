@@ -5,22 +5,45 @@
 #include "base/Message.h"
 
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
-bool SettleDecimalSeparator(QString& text) {
+namespace {
+
+std::optional<QString> WithDecimalPoint(QString text) {
     if (text.count(u'.') + text.count(u',') > 1)
-        return false;
-    text.replace(u',', u'.');
-    return true;
+        return std::nullopt;
+    return text.replace(u',', u'.');
 }
 
-bool CheckDecimalSeparator(QString& text) {
-    if (SettleDecimalSeparator(text))
-        return true;
-    ShowMessage(u"Le nombre entré comporte plusieurs virgules !\nVeuillez rectifier la saisie."_s,
-                MessageIcon::None);
-    return false;
+}  // namespace
+
+std::optional<QString> CheckDecimalSeparator(const QString& text) {
+    std::optional<QString> settled = WithDecimalPoint(text);
+    if (!settled)
+        ShowMessage(
+            u"Le nombre entré comporte plusieurs virgules !\nVeuillez rectifier la saisie."_s,
+            MessageIcon::None);
+    return settled;
+}
+
+std::optional<QString> NumberEntry(const QString& text) {
+    std::optional<QString> number = WithDecimalPoint(text.trimmed());
+    if (number && !(IsNumber(*number) && std::isfinite(EnglishAtof(*number))))
+        number.reset();
+    return number;
+}
+
+std::optional<QString> CheckNumber(const QString& text, EntrySource source) {
+    std::optional<QString> number = NumberEntry(text);
+    if (!number && CheckDecimalSeparator(text) && source == EntrySource::Pasted)
+        ShowWrongEntry();
+    return number;
+}
+
+void ShowWrongEntry() {
+    ShowMessage(u"La valeur entrée\nn'est pas correcte."_s, MessageIcon::Information);
 }
 
 bool CheckTypedBound(ProfileKind kind, float value) {

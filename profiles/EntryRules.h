@@ -6,12 +6,26 @@
 #include <QString>
 #include <QStringList>
 
-/// Turns a single decimal comma into a point, in place. False when the text holds more than one
-/// point, more than one comma, or both.
-bool SettleDecimalSeparator(QString& text);
+#include <optional>
 
-/// The same, but tells the user.
-bool CheckDecimalSeparator(QString& text);
+/// Where an entry comes from. Typed non-numbers are ignored silently (the cell editor blocks most
+/// of them); pasted ones show a message.
+enum class EntrySource { Typed, Pasted };
+
+/// `text` with a point for a decimal comma. Nothing when it holds more than one separator: the user
+/// is told.
+std::optional<QString> CheckDecimalSeparator(const QString& text);
+
+/// `text` without white space around it and with a point for a decimal comma; nothing when that is
+/// no number that can be computed with.
+std::optional<QString> NumberEntry(const QString& text);
+
+/// The same. Tells the user of more than one separator, and of any other wrong text that was
+/// pasted.
+std::optional<QString> CheckNumber(const QString& text, EntrySource source);
+
+/// Shows that a pasted text cannot stand where it was to go.
+void ShowWrongEntry();
 
 /// Whether `value` may stand in a value cell of `kind`; tells the user when it is too large.
 bool CheckTypedBound(ProfileKind kind, float value);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "profiles/PointCells.h"
 
-#include "profiles/EntryStore.h"
+#include "profiles/EntryRules.h"
 
 #include <algorithm>
 
@@ -107,10 +107,7 @@ QString Unquoted(QStringView cell) {
 }
 
 std::optional<QString> PointNumber(QStringView cell) {
-    QString text = WithoutThousands(Unquoted(cell).trimmed());
-    if (!SettleNumber(text))
-        return std::nullopt;
-    return text;
+    return NumberEntry(WithoutThousands(Unquoted(cell).trimmed()));
 }
 
 bool BeginsLikeNumber(QStringView cell) {

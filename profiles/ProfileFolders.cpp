@@ -67,8 +67,12 @@ bool ProfileFolders::IsInKindFolder(ProfileKind kind, const QString& file) const
                    .compare(Resolved(KindFolder(kind)), Qt::CaseInsensitive) == 0;
 }
 
+bool IsProfileCommand(const QString& choice) {
+    return choice == kAddProfileChoice || choice == kViewProfileChoice;
+}
+
 QStringList DailyProfileChoices(const QStringList& names) {
-    return QStringList{u"AJOUTER"_s, u"VOIR"_s} + names;
+    return QStringList{kAddProfileChoice.toString(), kViewProfileChoice.toString()} + names;
 }
 
 bool IsStorableName(const QString& name) {
@@ -79,5 +83,5 @@ bool IsStorableName(const QString& name) {
 }
 
 bool IsChoosableName(const QString& name) {
-    return IsStorableName(name) && name != kAddProfileChoice && name != kViewProfileChoice;
+    return IsStorableName(name) && !IsProfileCommand(name);
 }

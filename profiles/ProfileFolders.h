@@ -38,6 +38,9 @@ private:
 inline constexpr QStringView kAddProfileChoice = u"AJOUTER";
 inline constexpr QStringView kViewProfileChoice = u"VOIR";
 
+/// `choice` is one of the two commands.
+bool IsProfileCommand(const QString& choice);
+
 /// The choices of a daily-profile cell: the two commands, then the names.
 QStringList DailyProfileChoices(const QStringList& names);
 

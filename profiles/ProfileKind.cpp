@@ -68,6 +68,7 @@ constexpr KindDescriptor kWeekly = {
     .default_value = 100.0,
     .read_keywords = {u"JOURS", u"CONSOMMATION"},
     .write_keywords = {u"JOURS", u"CONSOMMATION", u"PROFIL"},
+    .fills_from_lists = false,
     .folder = u"Profils/Semaines",
     .save_renames = true,
     .title_prefix = u"Profil Hebdomadaire : \n",

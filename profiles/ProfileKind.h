@@ -38,8 +38,9 @@ struct KindDescriptor {
     std::array<QStringView, 2> read_keywords = {};   ///< first words of lines 1 and 2
     std::array<QStringView, 3> write_keywords = {};  ///< what stands before the "=" of lines 1 to 3
     int decimals = 0;                                ///< kept on reading
-    QStringView folder = {};    ///< below the program's Data folder, "/" between parts
-    bool save_renames = false;  ///< a save hands the file's title back as the name
+    bool fills_from_lists = true;  ///< false: starts from its defaults whatever was handed over
+    QStringView folder = {};       ///< below the program's Data folder, "/" between parts
+    bool save_renames = false;     ///< a save hands the file's title back as the name
 
     // Window and chart.
     QStringView title_prefix =
@@ -56,6 +57,8 @@ struct KindDescriptor {
 
     /// The third column holds names of daily profiles.
     bool hasNames() const { return columns == 3; }
+    /// The rows are points: their number is free, and column 1 holds their times.
+    bool hasTimes() const { return columns > 0 && rows == 0; }
     bool hasFiles() const { return !folder.isEmpty(); }
 };
 

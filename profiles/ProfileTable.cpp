@@ -58,9 +58,24 @@ void ProfileTable::SetColumn(int column, const QStringList& texts, int row) {
         --last;
     if (first > last)
         return;
-    std::copy(texts.cbegin() + first, texts.cbegin() + last + 1, cells.begin() + row - 1 + first);
+    if (row == 1 && texts.size() == cells.size())
+        cells = texts;  // shared with the giver, as in a reset
+    else
+        std::copy(texts.cbegin() + first, texts.cbegin() + last + 1,
+                  cells.begin() + row - 1 + first);
     emit dataChanged(index(static_cast<int>(row - 1 + first), column - 1),
                      index(static_cast<int>(row - 1 + last), column - 1));
+}
+
+void ProfileTable::SetColumns(const QList<QStringList>& columns) {
+    if (columns.first().size() != RowCount()) {
+        beginResetModel();
+        m_columns = columns;
+        endResetModel();
+        return;
+    }
+    for (int column = 1; column <= ColumnCount(); ++column)
+        SetColumn(column, columns[column - 1]);
 }
 
 QString ProfileTable::HeaderText(int column) const {
@@ -200,12 +215,7 @@ bool ProfileTable::setData(const QModelIndex& index, const QVariant& value, int 
         !checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid) ||
         IsLocked(index.column() + 1))
         return false;
-    const int row = index.row() + 1;
-    const int column = index.column() + 1;
-    if (m_entry_hook)
-        return m_entry_hook(row, column, value.toString());
-    SetCellText(row, column, value.toString());
-    return true;
+    return m_entry_hook && m_entry_hook(index.row() + 1, index.column() + 1, value.toString());
 }
 
 QVariant ProfileTable::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -10,8 +10,8 @@
 #include <functional>
 
 /// The live rows: column 1 holds the row's label or time, column 2 its value, column 3 the name of
-/// a daily profile. Everything that shows or keeps rows listens to this model; everything that
-/// changes them writes into it.
+/// a daily profile. Everything that shows or keeps rows listens to this model; `RowEdits` alone
+/// writes into it.
 ///
 /// Grid numbers are used throughout the own operations: data rows and columns count from 1, row 0
 /// is the header row, column 0 the row headers. Writing to a header or outside the table does
@@ -49,6 +49,12 @@ public:
     /// rows between the first and the last one that changed.
     void SetColumn(int column, const QStringList& texts, int row = 1);
 
+    /// All columns, one or more; they share their texts with the table.
+    const QList<QStringList>& Columns() const { return m_columns; }
+
+    /// Replaces all rows by what `Columns` gave. The rows stay where their number is the same.
+    void SetColumns(const QList<QStringList>& columns);
+
     QString HeaderText(int column) const;
     void SetHeaderText(int column, const QString& text);
 
@@ -77,7 +83,7 @@ public:
     void SetChoices(const QStringList& choices);
     const QStringList& Choices() const { return m_choices; }
 
-    /// From now on `setData` hands entries to `hook` instead of storing them itself.
+    /// `setData` hands entries to `hook`; before there is one it refuses them.
     void SetEntryHook(EntryHook hook) { m_entry_hook = std::move(hook); }
 
     int rowCount(const QModelIndex& parent = {}) const override;

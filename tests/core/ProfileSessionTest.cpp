@@ -91,8 +91,8 @@ bool Shell(const QString& folder, const QString& command) {
     return std::system(qPrintable(u"cd '%1' && %2"_s.arg(folder, command))) == 0;
 }
 
-bool Type(ProfileTable& table, int row, int column, const QString& text) {
-    return table.setData(table.index(row - 1, column - 1), text, Qt::EditRole);
+bool Type(QAbstractItemModel* model, int row, int column, const QString& text) {
+    return model->setData(model->index(row - 1, column - 1), text, Qt::EditRole);
 }
 
 // Does one step of a case: a command with what it takes. Returns what the session returned.
@@ -134,7 +134,8 @@ bool Do(SessionBench& bench, const QJsonArray& step) {
         {u"value"_s, [&] { session->EnterValue(row, text); }},
         {u"name"_s, [&] { session->EnterName(row, text); }},
         {u"column"_s, [&] { session->EnterColumn(Texts(text), row); }},
-        {u"type"_s, [&] { result = Type(session->table(), row, step[2].toInt(), text); }},
+        {u"type"_s, [&] { result = Type(session->model(), row, step[2].toInt(), text); }},
+        {u"replace"_s, [&] { session->ReplaceRows(Texts(message), Texts(text)); }},
         {u"edition"_s, [&] { session->SetEdition(step[1].toBool()); }},
         {u"empty step"_s, [&] { session->EnterSeries(1, {}, {HistoryStep{}}); }},
         {u"adjust"_s, [&] { session->Adjust(); }},
@@ -190,6 +191,7 @@ private slots:
         }
         QJsonObject before;
         bool returned = true;
+        QString restored;
         const QJsonArray steps = vector[u"steps"].toArray();
         QVERIFY(steps.last().isObject());
         for (const QJsonValue& step : steps) {
@@ -197,10 +199,15 @@ private slots:
                 before = State(bench);
             } else if (step.isArray()) {
                 returned = Do(bench, step.toArray());
+                if (step[0] == u"start"_s)
+                    connect(
+                        bench.session.get(), &ProfileSession::CellRestored, bench.session.get(),
+                        [&](int row, int column) { restored = u"%1|%2"_s.arg(row).arg(column); });
             } else {
                 QJsonObject state = State(bench);
                 state[u"as before"_s] = state == before;
                 state[u"returned"_s] = returned;
+                state[u"restored"_s] = restored;
                 state[u"request"_s] = Request(bench);
                 QCOMPARE(Faults(bench, state, step.toObject()), QString());
             }
@@ -217,7 +224,8 @@ private slots:
         QVERIFY(bench.Start(std::move(setup)));
         for (const int column : {kLabel, kValue}) {
             const QString* const cells = bench.Column(column).constData();
-            bench.session->table().SetCellText(2, column, u"2"_s);
+            column == kValue ? bench.session->EnterValue(2, u"2"_s)
+                             : bench.session->EnterTime(2, 2, u"2"_s);
             QCOMPARE(bench.Column(column).constData(), cells);
         }
     }

@@ -94,25 +94,24 @@ QJsonObject WithMessage(MessageIcon icon, const Check& check) {
 
 QJsonValue Separator(const QJsonValue& input, const QJsonObject&) {
     return WithMessage(MessageIcon::None, [&] {
-        QString text = input.toString();
-        const bool accepted = CheckDecimalSeparator(text);
-        return accepted ? QJsonObject{{u"accepted"_s, true}, {u"text"_s, text}}
-                        : QJsonObject{{u"accepted"_s, false}};
+        const auto text = CheckDecimalSeparator(input.toString());
+        return text ? QJsonObject{{u"accepted"_s, true}, {u"text"_s, *text}}
+                    : QJsonObject{{u"accepted"_s, false}};
     });
 }
 
 // Text typed into a cell passes the separator and has to keep the cell's bound too.
 QJsonValue Typed(const QJsonValue& input, const QJsonObject& all) {
-    QString text = input.toString();
+    std::optional<QString> text;
     const QJsonObject separated = WithMessage(MessageIcon::None, [&] {
-        return QJsonObject{
-            {u"value"_s, CheckDecimalSeparator(text) ? EnglishAtof(text) : QJsonValue()}};
+        text = CheckDecimalSeparator(input.toString());
+        return QJsonObject{{u"value"_s, text ? EnglishAtof(*text) : QJsonValue()}};
     });
     if (separated[u"value"].isNull())
         return separated;
     bool accepted = false;
     QJsonObject result = WithMessage(MessageIcon::Information, [&] {
-        accepted = CheckTypedBound(VectorKind(all[u"kind"]), EnglishAtof(text));
+        accepted = CheckTypedBound(VectorKind(all[u"kind"]), EnglishAtof(*text));
         return separated;
     });
     return accepted == result[u"message"].isNull() ? result : QJsonValue();
@@ -128,9 +127,10 @@ QJsonValue TimeMove(const QJsonValue&, const QJsonObject& input) {
         values.append(row[1].toString());
     }
     return WithMessage(MessageIcon::None, [&] {
-        QString entry = input[u"entry"].toString();
-        if (!CheckDecimalSeparator(entry))
+        const auto checked = CheckDecimalSeparator(input[u"entry"].toString());
+        if (!checked)
             return QJsonObject{{u"target"_s, QJsonValue()}};
+        const QString& entry = *checked;
         const int row = input[u"row"].toInt();
         const int target = TargetRow(times, row, EnglishAtof(entry));
         ProfileTable table(Function);

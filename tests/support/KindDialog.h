@@ -15,6 +15,8 @@
 
 #include <memory>
 
+using namespace Id;
+
 /// A dialog of any kind over plausible rows: handed over in mode Edit, else read from a file.
 struct KindDialog {
     explicit KindDialog(ProfileKind kind, DisplayMode mode = DisplayMode::Edit, int points = 13) {

@@ -24,7 +24,7 @@ struct ShownGrid : SessionBench {
         times = time_texts;
         values = value_texts;
         Start(Setup(kind));
-        tester = std::make_unique<QAbstractItemModelTester>(&session->table());
+        tester = std::make_unique<QAbstractItemModelTester>(session->model());
         grid = std::make_unique<CGridControl>(session.get());
         grid->InitGrid();
         grid->resize(300, 420);

@@ -119,7 +119,7 @@ private slots:
     void flatBarsAreSeen() {
         const ChartWindow window(Monthly);
         for (const QString& values : {u"0.0002*12"_s, u"0*12"_s, u"-0.0002*12"_s}) {
-            window.session->table().SetColumn(2, Texts(values));
+            window.session->EnterColumn(Texts(values), 1);
             const QImage picture = window.Picture();
             for (int i = 0; i < 12; ++i)
                 QCOMPARE(picture.pixelColor(window.At(i, 0.0) - QPoint(0, 1)), kFrame);
@@ -241,7 +241,7 @@ private slots:
         connect(window.view.get(), &CGraphView::PressBegins, &box,
                 [&box] { QTest::mouseRelease(&box, Qt::LeftButton); });
         window.Press(window.At(0));
-        window.session->table().SetCellText(1, 2, u"500"_s);
+        window.session->EnterValue(1, u"500"_s);
         window.Picture();
         QVERIFY(window.view->Scale().y.high > 500.0);
     }

@@ -4,7 +4,6 @@
 
 #include "SessionBench.h"
 #include "grid/PasteStore.h"
-#include "profiles/EntryStore.h"
 
 #include <QRandomGenerator>
 #include <QSignalSpy>
@@ -71,7 +70,7 @@ private slots:
                         continue;
                     const int from = rows[i];
                     const auto to =
-                        StoreEntry(*typed.session, from, column, cells[i][column - first_column]);
+                        typed.session->Enter(from, column, cells[i][column - first_column]);
                     if (!to) {
                         refused.append(first + static_cast<int>(i));
                         continue;

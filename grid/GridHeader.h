@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QHeaderView>
+
+class CellSelection;
+class QTableView;
+struct KindDescriptor;
+
+/// A header that the grid gives its size, so that no title need be measured. A press on it selects
+/// cells but leaves the current cell where it is: a header cell is no row of the function.
+class GridHeader : public QHeaderView {
+    Q_OBJECT
+
+public:
+    GridHeader(Qt::Orientation orientation, QTableView* grid);
+
+    QSize sizeHint() const override { return minimumSize(); }
+
+signals:
+    /// Comes before the selection changes.
+    void PressBegins();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+
+private:
+    CellSelection* Selection() const;
+};
+
+/// Gives `grid` the headers, row heights and column widths of a kind.
+void LayOutGrid(QTableView* grid, const KindDescriptor& facts);
