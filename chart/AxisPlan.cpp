@@ -10,7 +10,7 @@ namespace {
 constexpr double kLargest = 1e200;
 constexpr double kSmallestExtent = 1e-200;
 
-// Ranges narrower than this part of their values have no room for readable labels.
+// In a range narrower than this share of its values labels cannot be told apart.
 constexpr double kNarrowest = 1e-9;
 
 // Labels from here on are written with an exponent.
@@ -40,8 +40,8 @@ double NiceStep(double least) {
     return 10.0 * power;
 }
 
-// Rounding noise does not widen a limit that stands on a step already. The noise of a division is
-// a part of its result: a value far below one step is no noise.
+// A limit that lies on a step stays there in spite of rounding errors. These are relative to the
+// quotient, so a value far below one step is none.
 double StepsBelow(double value, double step) {
     const double steps = value / step;
     return std::floor(steps + std::abs(steps) * kRoundingNoise);
@@ -69,8 +69,8 @@ AxisPlan WidenedRange(const ChartScale& scale, const AxisNeeds& needs) {
         high += half;
     }
     if (scale.headroom == ScaleHeadroom::Kept) {
-        // Data above zero need no room below it. Above the largest value there always is room to
-        // drag it into.
+        // Data above zero need no room below zero. Above the largest value there is always room
+        // to drag it upward.
         const double room = (high - low) * needs.headroom / 100.0;
         low = low >= 0.0 ? std::max(low - room, 0.0) : low - room;
         high += room;

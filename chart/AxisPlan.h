@@ -34,8 +34,8 @@ struct AxisNeeds {
     int max_labels = kMaxLabels;
 };
 
-/// Plans an axis of numbers: it covers the data and has an extent; there is always some room above
-/// them. A fixed interval of the scale is multiplied by a whole number where it would give more
+/// Plans an axis of numbers that covers the data. It always has an extent and some room above the
+/// data. A fixed interval of the scale is multiplied by a whole number where it would give more
 /// than `max_labels` labels.
 AxisPlan PlanAxis(const ChartScale& scale, const AxisNeeds& needs);
 
@@ -48,7 +48,7 @@ struct AxisPlans {
     AxisPlan items;
 };
 
-/// About what labels and titles take from a plot beside and below its axes, in pixels.
+/// Estimated room of labels and titles beside and below the axes, in pixels.
 constexpr QSize kBesideAxes(70, 60);
 
 /// Plans the axes of `chart` for a plot of that size, title and labels included, whose labels are

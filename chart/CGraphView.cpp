@@ -35,7 +35,7 @@ CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget*
     setAccessibleName(u"Chart"_s);
     setMouseTracking(true);
     connect(m_control, &CGraphControl::Rebuilt, this, [this] {
-        // The item in the user's hand may be another one now, or gone.
+        // The dragged item may have another index now, or be gone.
         FinishDrag();
         Redraw(Due::Everything);
     });
@@ -84,14 +84,14 @@ void CGraphView::changeEvent(QEvent* event) {
 }
 
 bool CGraphView::event(QEvent* event) {
-    // A dialog over the window, or a hidden one, never lets the release come here.
+    // The release never arrives when a dialog covers the window or the window is hidden.
     if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::Hide)
         FinishDrag();
     return QWidget::event(event);
 }
 
 void CGraphView::contextMenuEvent(QContextMenuEvent* event) {
-    // A menu would take the release away from a drag.
+    // A menu would swallow the release that ends a drag.
     event->setAccepted(m_drag.has_value());
 }
 

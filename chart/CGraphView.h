@@ -11,9 +11,9 @@
 class CGraphControl;
 class ProfileSession;
 
-/// Shows the chart of a CGraphControl and lets the user read items in tips and drag them. What is
-/// dragged goes into the session's table and comes back through the control, so that chart and grid
-/// always show the same numbers. Neither pointer is owned; both outlive the view.
+/// Shows the chart of a CGraphControl. The user reads items in tips and drags them. A dragged value
+/// goes into the session's table and comes back through the control, so chart and grid always show
+/// the same numbers. Neither pointer is owned; both outlive the view.
 class CGraphView : public QWidget {
     Q_OBJECT
 

@@ -3,8 +3,8 @@
 
 #include <QWidget>
 
-/// The colour of the line around a chart: that of light themes as it is, on a dark one light enough
-/// to be seen.
+/// The colour of the line around a chart: the theme's own, lightened on dark themes until it is
+/// visible.
 QColor ChartFrameColour(const QPalette& palette);
 
 /// The empty place of a chart that is not shown.

@@ -44,8 +44,8 @@ public:
     QString Label(int index) const { return m_labels.value(index); }
     void SetLabel(int index, const QString& label);
 
-    /// Makes room for `count` items without values before item `first`, or takes items away. Labels
-    /// and highlights move with their items. Ranges that are not there are cut to what is.
+    /// Inserts `count` items without values before item `first`, or removes items. Labels and
+    /// highlights move with their items. A range is cut to the items that exist.
     void Insert(int first, int count);
     void Remove(int first, int count);
 

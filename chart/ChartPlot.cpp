@@ -29,7 +29,7 @@ constexpr int kSubTickLength = 2;
 constexpr int kFrameWidth = 1;
 constexpr int kMarkerRoom = 5;
 
-// Puts labels where the plan wants them; items have texts of their own.
+// Labels at the places of the plan. Items bring their own texts.
 class PlanTicker : public QCPAxisTicker {
 public:
     PlanTicker(const AxisPlan& plan, const ChartItems* items) : m_plan(plan), m_items(items) {}
@@ -42,7 +42,7 @@ protected:
 
     double getTickStep(const QCPRange&) override { return m_plan.step; }
 
-    // Items are told apart in the middle between them.
+    // The marks stand in the middle between two items.
     int getSubTickCount(double step) override {
         return m_items != nullptr ? 1 : QCPAxisTicker::getSubTickCount(step);
     }
@@ -57,7 +57,7 @@ private:
     const ChartItems* m_items;
 };
 
-// The view draws anew after each change of its size; the plot itself need not.
+// The view repaints after each change of its size, so the plot need not.
 class Plot : public QCustomPlot {
 public:
     using QCustomPlot::QCustomPlot;
@@ -103,7 +103,7 @@ public:
     }
 
 protected:
-    // A marker on an axis is seen whole.
+    // Markers on an axis are not clipped.
     QRect clipRect() const override {
         return QCPAbstractPlottable::clipRect().adjusted(-kMarkerRoom, -kMarkerRoom, kMarkerRoom,
                                                          kMarkerRoom);
@@ -134,7 +134,7 @@ ChartPlot::ChartPlot(const CDocControl& chart, QWidget* widget)
     m_plot->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_plot->setFocusPolicy(Qt::NoFocus);
     m_plot->setContextMenuPolicy(Qt::NoContextMenu);
-    // Nothing is ever shown in the topmost layer: it needs no picture of its own.
+    // The topmost layer stays empty and needs no buffer.
     m_plot->layer(u"overlay"_s)->setMode(QCPLayer::lmLogical);
     // An entry of the hidden legend would be measured, in a font that nothing else uses.
     m_plot->setAutoAddPlottableToLegend(false);
@@ -202,7 +202,7 @@ void ChartPlot::Style(const ChartLook& look) {
                       title.text_height, kSmallestTitleHeight, m_title_band.size());
 }
 
-// `length` is what a title beside the axis has room for.
+// `length` is the room for a title beside the axis.
 void ChartPlot::StyleAxis(QCPAxis& axis, const AxisLabel& label, const GridLines& lines,
                           int length) {
     const QColor text = m_look.palette.color(QPalette::Text);

@@ -16,7 +16,7 @@ class QCustomPlot;
 class QPainter;
 class QWidget;
 
-/// What a chart is drawn with, apart from the chart itself.
+/// Size, font and palette of a drawn chart.
 struct ChartLook {
     QSize size;
     QFont font;  ///< its size is the chart's own

@@ -13,8 +13,8 @@ namespace {
 
 constexpr double kHundredthsSlack = 0.0005;
 
-// How far a press may lie from the point it picks, in axis units: less than the open ends to its
-// left and below it, up to the closed ends to its right and above it.
+// Tolerance of a press around a point, in axis units. Each axis includes its upper bound and
+// excludes its lower one.
 constexpr double kLeftOpen = -3.6;
 constexpr double kRightClosed = 3.0;
 constexpr double kBelowOpen = -2.6;
@@ -31,7 +31,7 @@ double CutToHundredths(double value) {
     const double hundredths = value * 100.0;
     const double nearest = std::round(hundredths);
     const bool is_whole = std::abs(hundredths - nearest) <= kHundredthsSlack;
-    // Adding 0 takes the sign off a zero.
+    // Adding 0 turns -0 into 0.
     return (is_whole ? nearest : std::trunc(hundredths)) / 100.0 + 0.0;
 }
 

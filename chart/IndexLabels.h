@@ -9,7 +9,7 @@
 /// Pixels around the axes that nothing but labels stands in.
 constexpr int kPlotMargin = 6;
 
-/// How the labels of the lower axis stand, and the least room that they leave beside the axes.
+/// The angle of the labels of the lower axis, and the room that they need beside the axes.
 struct IndexLabels {
     double angle = 0.0;  ///< degrees, clockwise, from -90 to 90; 0 side by side
     QMargins margins;    ///< pixels

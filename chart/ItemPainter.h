@@ -6,8 +6,8 @@
 
 class QPainter;
 
-/// Draws the items of `chart`: bars, or a line with markers. Markers that would run into the one
-/// before are left out, except those of highlighted items; the line is thin where points stand
+/// Draws the items of `chart`: bars, or a line with markers. Markers that would overlap the
+/// one before are left out, except those of highlighted items. The line is thin where points stand
 /// closer than pixels. A bar without height shows as a flat one beside the zero line. Faces and
 /// markers have exactly the colours of their style; the line has its own where it stands out from
 /// `background`. `device_pixels` is the number of device pixels per pixel unit.

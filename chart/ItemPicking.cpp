@@ -35,7 +35,7 @@ std::optional<int> HitPoint(const CDocControl& chart, const PlotScale& scale, QP
     for (size_t i = 0; i < values.size(); ++i) {
         const double x = indexed ? static_cast<double>(i) : places[i];
         const double dx = (x - centre.x()) * x_pixels;
-        // Written so that a place that is not finite is passed over.
+        // The comparison is false for a place that is not finite.
         if (!(std::abs(dx) <= kHitDistance))
             continue;
         const double dy = (values[i] - centre.y()) * y_pixels;

@@ -14,6 +14,6 @@ constexpr double kBarWidth = 0.72;
 /// Pixels around a point, or above and below the end of a bar, that still belong to it.
 constexpr double kHitDistance = 6.0;
 
-/// The item under `position` (pixels). A bar owns its column between the axis and its end, the
-/// nearest point wins, and among equally near ones the one of the lower row.
+/// The item under `position` (pixels). Bars: anywhere between axis and end. Points: the nearest; of
+/// equally near ones the first.
 std::optional<int> HitItem(const CDocControl& chart, const PlotScale& scale, QPointF position);

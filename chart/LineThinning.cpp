@@ -62,7 +62,7 @@ ThinnedLine Envelope(std::span<const double> xs, std::span<const double> ys, con
     for (size_t i = 0; i < xs.size(); ++i) {
         const double y = ys[i];
         const double column = offset + xs[i] * factor;
-        // Written so that a place that is not finite is passed over.
+        // The comparison is false for a place that is not finite.
         if (!(column >= 0.0 && column <= static_cast<double>(width)) || y - y != 0.0)
             continue;
         Extremes& here = extremes[static_cast<size_t>(column)];

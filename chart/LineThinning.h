@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-/// Where many points stand side by side.
+/// The pixel columns that hold many points.
 class PointDensity {
 public:
     /// `counts` are the points in each pixel column, of which there are `columns` per pixel unit;

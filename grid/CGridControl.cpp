@@ -41,7 +41,7 @@ CGridControl::CGridControl(ProfileSession* session, QWidget* parent)
     setWordWrap(false);
     setTextElideMode(Qt::ElideRight);
     setCornerButtonEnabled(false);
-    setFrameShape(NoFrame);  // header and rows alone make up the height the dialog gives the grid
+    setFrameShape(NoFrame);  // the dialog's height for the grid is that of header and rows
     connect(m_delegate, &GridCellDelegate::EndKeyPressed, this, &CGridControl::EndEditing);
     connect(m_delegate, &GridCellDelegate::EntryMade, this,
             [this](const QModelIndex& cell, const QString& text) {
@@ -127,7 +127,7 @@ GridSelection CGridControl::Selection() const {
 }
 
 void CGridControl::SelectCell(int row, int column) {
-    // Whatever modifier keys are down: the cell alone is selected.
+    // Selects the cell alone, whatever modifier keys are down.
     const QModelIndex cell = model()->index(row - 1, column - 1);
     selectionModel()->setCurrentIndex(cell, QItemSelectionModel::ClearAndSelect);
     scrollTo(cell);
@@ -155,7 +155,7 @@ void CGridControl::currentChanged(const QModelIndex& current, const QModelIndex&
     QTableView::currentChanged(current, previous);
 }
 
-// The views move on without selecting while Ctrl is down.
+// With Ctrl down the toolkit's view would move without selecting.
 QItemSelectionModel::SelectionFlags CGridControl::selectionCommand(const QModelIndex& index,
                                                                    const QEvent* event) const {
     const QItemSelectionModel::SelectionFlags command = QTableView::selectionCommand(index, event);
@@ -167,7 +167,7 @@ QItemSelectionModel::SelectionFlags CGridControl::selectionCommand(const QModelI
                : QItemSelectionModel::ClearAndSelect;
 }
 
-// A character opens the editor of the current cell; one that no number holds would only open it.
+// A typed character opens the editor of the current cell. One that no number contains opens none.
 bool CGridControl::CannotBeginEntry(const QKeyEvent& event) const {
     const QString text = event.text();
     return currentIndex().column() + 1 != ProfileTable::kNameColumn && !text.isEmpty() &&
@@ -197,7 +197,7 @@ void CGridControl::mousePressEvent(QMouseEvent* event) {
 }
 
 void CGridControl::keyPressEvent(QKeyEvent* event) {
-    // The view would copy by itself, past the rules, where the dialog's command is disabled.
+    // Where the dialog's command is disabled the toolkit's view would copy by its own rules.
     if (event->matches(QKeySequence::Copy) || OnGridKeyDown(event->key(), event->modifiers()) ||
         CannotBeginEntry(*event)) {
         event->accept();

@@ -28,7 +28,7 @@ public:
     /// Ends an open cell editor and stores its entry. False when the entry was refused.
     bool CommitOpenEditor();
 
-    /// Ends an open cell editor; its entry is given up.
+    /// Closes an open cell editor without storing its entry.
     void DropOpenEditor();
 
     /// Checks the entry `text` for a cell and, if it is right, stores it through the session. False
@@ -48,8 +48,8 @@ public:
     /// Pastes the clipboard from the first selected cell on.
     void PasteSelection();
 
-    /// After rows came or went: selects the current cell, the first one if there is none, and tells
-    /// again which row it is in.
+    /// Call after rows were inserted or removed: selects the current cell, or the first one if
+    /// there is none, and tells its row again.
     void SettleCurrentCell();
 
 signals:
@@ -84,6 +84,6 @@ private:
     GridClipboard m_clipboard;
     bool m_entry_accepted = true;
 
-    // An entry moved the row of its editor, which is still open: from the cell to the row.
+    // While an editor is open: where its entry moved the row, from the cell to the new row.
     std::optional<std::pair<QPersistentModelIndex, int>> m_moved_entry;
 };

@@ -18,7 +18,7 @@ public:
     QList<int> Rows() const;
     QList<int> Columns() const;
 
-    /// Was it made by a press on a column's header?
+    /// True when a press on a column's header made it.
     bool isWholeColumn() const { return m_whole_column; }
     void SetWholeColumn(bool whole) { m_whole_column = whole; }
 

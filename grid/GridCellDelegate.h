@@ -4,10 +4,9 @@
 #include <QPointer>
 #include <QStyledItemDelegate>
 
-/// Makes the editors of the grid's cells: a line that takes only what a number can hold, or the
-/// list of choices where the cell has one. An editor whose text was not changed enters nothing, and
-/// one stays open while another window is in front. A cell whose text is too long for a line has no
-/// editor.
+/// Makes the editors of the grid's cells: a line for the characters of numbers, or the list of
+/// choices where the cell has one. An editor whose text did not change enters nothing. It stays
+/// open while another window is in front. A cell whose text is too long for a line has no editor.
 class GridCellDelegate : public QStyledItemDelegate {
     Q_OBJECT
 

@@ -16,8 +16,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The rows and columns of a clipboard text. They are counted before the text is taken apart: a text
-// for which there is no room may be of any size.
+// The number of rows and columns of a clipboard text. It is found before the text is split: a text
+// that does not fit may be of any size.
 struct TextSize {
     int rows = 0;
     int columns = 0;

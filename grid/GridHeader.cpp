@@ -22,8 +22,7 @@ void LayOutProfile(QTableView* grid, const KindDescriptor& facts) {
     QFont small = header->font();
     small.setPixelSize(kSmallHeaderFont);
     header->setFont(small);
-    header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter |
-                                Qt::Alignment(Qt::TextWordWrap));
+    header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter | Qt::Alignment(Qt::TextWordWrap));
     header->setSectionResizeMode(QHeaderView::Fixed);
     for (int column = 0; column < facts.columns; ++column) {
         if (const int width = facts.column_widths[static_cast<size_t>(column)]; width > 0)
@@ -33,8 +32,8 @@ void LayOutProfile(QTableView* grid, const KindDescriptor& facts) {
     }
 }
 
-// Just as wide as the largest row number asks for: the columns share what is left. Long numbers are
-// written small, so that a value of six characters is still read whole.
+// As wide as the largest row number needs; the columns share the rest. Long numbers are small, so
+// that a value of six characters still fits.
 void FitRowHeader(QTableView* grid) {
     const int rows = std::max(10, grid->model()->rowCount());
     const bool is_long = rows > kMaxRowsInFullSize;

@@ -7,8 +7,8 @@ class CellSelection;
 class QTableView;
 struct KindDescriptor;
 
-/// A header that the grid gives its size, so that no title need be measured. A press on it selects
-/// cells but leaves the current cell where it is: a header cell is no row of the function.
+/// A header whose size the grid sets, so that no title is measured. A press on it selects cells but
+/// keeps the current cell: a header cell is no row of the function.
 class GridHeader : public QHeaderView {
     Q_OBJECT
 

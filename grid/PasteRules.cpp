@@ -17,8 +17,8 @@ int FirstDataNumber(const QList<int>& numbers) {
     return numbers.isEmpty() ? 0 : std::max(*std::min_element(numbers.cbegin(), numbers.cend()), 1);
 }
 
-// Whether what was taken from `copied` (0: not known) may go to `target`. Values stay among values,
-// times and names among each other.
+// True when cells copied from column `copied` (0: unknown) may go to column `target`. Values go to
+// values, times to times, names to names.
 bool ColumnsFit(ProfileKind kind, int copied, int target) {
     if (target == ProfileTable::kLabelColumn && Describe(kind).labels != RowLabels::None)
         return false;

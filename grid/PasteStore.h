@@ -6,7 +6,7 @@
 
 class ProfileSession;
 
-/// The clipboard's own copy was taken from a table: its empty cells are meant.
+/// Where the lines come from. Empty cells of an own copy are pasted as such.
 enum class PasteSource { OwnCopy, Foreign };
 
 /// Stores the lines `cells` in the session's table, from the cell (`first_row`, `first_column`) on,

@@ -15,10 +15,10 @@
 /// entry on its own does (see `TargetRow` and `ProfileSession::EnterTime`), but costs the logarithm
 /// of the number of rows instead of the length of the way.
 ///
-/// The rows are the nodes of a balanced tree in grid order. A node knows how many rows its subtree
-/// holds, which gives places, and their greatest time, which leads the walk to the first row that
-/// is not earlier even where the times are in no order. Rows that a move passes are only marked;
-/// their texts are printed anew when they are asked for.
+/// The rows are the nodes of a balanced tree in grid order. A node knows the number of rows of its
+/// subtree, which gives places, and their greatest time. With that the walk finds the first row
+/// that is not earlier, also where the times are not in order. Rows that a move passes are only
+/// marked; their texts are printed anew when they are asked for.
 class TimeEntries {
 public:
     /// The texts of columns 1 and 2, of the same length.

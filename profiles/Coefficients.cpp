@@ -18,7 +18,7 @@ constexpr float kLargestStart = 0.0F;
 
 constexpr qsizetype kNoRow = -1;
 
-// Rows of `column` that take part: never more than it has.
+// The number of rows of `column` that take part.
 qsizetype RowsOf(ProfileKind kind, const QStringList& column) {
     return std::min<qsizetype>(CoefficientCount(kind), column.size());
 }

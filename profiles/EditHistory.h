@@ -46,9 +46,9 @@ struct HistoryStep {
 /// the others up to twelve steps. Undo and redo are inverse to each other in every sequence, and a
 /// cell that comes back gets its very text again.
 ///
-/// Seen from outside the history is a table of 6 x 24 floats with a position and a redo limit: a
-/// snapshot a row, or two banks of three rows (before, after). `Table` shows it that way; it is
-/// part of the given interface and not used by the dialog.
+/// For the given interface the history is a table of 6 x 24 floats with a position and a redo
+/// limit: a snapshot a row, or two banks of three rows (before, after). `Table` shows it that way;
+/// it is part of the given interface and not used by the dialog.
 class EditHistory {
 public:
     explicit EditHistory(ProfileKind kind = ProfileKind::Function);

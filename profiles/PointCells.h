@@ -9,9 +9,9 @@
 #include <limits>
 #include <optional>
 
-/// What stands between the columns of a text. `WideBlanks` are two or more blanks: a single one may
-/// then stand within a cell. `Blanks` are blanks and tabs, one or more. With `None` a line is one
-/// cell.
+/// The separator between the columns of a text. `WideBlanks` are two or more blanks: a single one
+/// may then stand within a cell. `Blanks` are blanks and tabs, one or more. With `None` a line is
+/// one cell.
 enum class ColumnSeparator { Tab, Semicolon, Comma, WideBlanks, Blanks, None };
 
 using PointCells = QVarLengthArray<QStringView, 8>;

@@ -23,7 +23,8 @@ struct PointColumns {
     qsizetype value = 0;        ///< from 0
 };
 
-/// Told from time to time how much has been read, in per cent; false ends the reading.
+/// Called from time to time with the share that has been read, in per cent; returns false to
+/// cancel.
 using PointProgress = std::function<bool(int percent)>;
 
 /// A text file with points, whoever wrote it: a table of columns, a function that the editor has

@@ -10,7 +10,7 @@
 
 #include <optional>
 
-/// Why a text was not taken. Nothing of it was.
+/// Why a text was refused as a whole.
 struct PointFault {
     enum class Kind {
         NoNumber,    ///< a cell of the line is no number
@@ -31,11 +31,11 @@ struct PointFault {
     friend bool operator==(const PointFault&, const PointFault&) = default;
 };
 
-/// What a fault has kept from happening.
+/// The action that a fault prevented.
 enum class PointTask { Insert, Import };
 
-/// The message of a fault: where it is, what it is, and that nothing has changed. Long texts are
-/// cut, and characters that cannot be shown are replaced.
+/// The message of a fault: its place, its kind, and that nothing has changed. Long texts are cut;
+/// characters that cannot be shown are replaced.
 QString FaultMessage(const PointFault& fault, PointTask task);
 
 /// More points are not taken from a text: they would only fill the memory.

@@ -30,8 +30,8 @@ constexpr qsizetype kAnyCount = std::numeric_limits<qsizetype>::max();
 // Labels, values, names.
 using Lines = std::array<QByteArrayView, 3>;
 
-// Takes the first line off `rest`: without its line feed, with a CR before it, which counts as a
-// blank everywhere.
+// Removes the first line from `rest` and returns it without its line feed. A CR before that stays;
+// it counts as a blank.
 QByteArrayView TakeLine(QByteArrayView& rest) {
     const qsizetype end = rest.indexOf('\n');
     const QByteArrayView line = end < 0 ? rest : rest.first(end);

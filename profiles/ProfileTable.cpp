@@ -9,7 +9,7 @@
 
 namespace {
 
-// More runs of removed rows than these are announced as a table of new rows.
+// Above this many runs a removal resets the model instead of announcing each run.
 constexpr qsizetype kMaxRuns = 100;
 
 }  // namespace
@@ -142,7 +142,7 @@ void ProfileTable::RemoveRows(const QList<int>& rows) {
     }
 }
 
-// All in one go: each run on its own would move all cells behind it.
+// Removes all rows in one pass: run by run each would move all cells behind it.
 void ProfileTable::RemoveScattered(const QList<int>& rows) {
     std::vector<bool> gone(static_cast<size_t>(RowCount()));
     for (const int row : rows)

@@ -28,8 +28,7 @@ public:
     /// The choices of a cell with a drop-down list, as QStringList.
     static constexpr int kChoicesRole = Qt::UserRole + 1;
 
-    /// Takes an entry made by the user (1-based row and column) and stores what is to be stored;
-    /// false refuses it.
+    /// Stores an entry of the user (1-based row and column). Returns false to refuse it.
     using EntryHook = std::function<bool(int row, int column, const QString& text)>;
 
     using CellRewrite = std::function<QString(const QString& text)>;

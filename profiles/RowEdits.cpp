@@ -56,8 +56,8 @@ RowState RowEdits::RowStateOf(int row) const {
             m_table.CellText(row, kName)};
 }
 
-// The columns are shared with the table, which copies one when it is changed: not to be taken where
-// a row will do.
+// The columns are shared with the table, and an edit then copies the column. So an edit of one row
+// takes the row only.
 RowEdits::Before RowEdits::StateBefore(int row, Scope scope) const {
     const bool all = scope == Scope::Table || facts().coefficients;
     return {RowStateOf(row), all ? m_table.Columns() : TableTexts()};
@@ -147,7 +147,7 @@ void RowEdits::EnterValue(int row, const QString& text) {
     });
 }
 
-// Whether a move of the row with `text` as its time would leave all texts as they stand.
+// True when a move of the row with `text` as its time would change no text.
 bool RowEdits::PassesTwinsOnly(int row, int target, const QString& text) const {
     const QString value = m_table.CellText(row, kValue);
     const int step = target < row ? -1 : 1;
