@@ -15,6 +15,10 @@ QString AskOpenPath(const FileRequest& request) {
 }
 
 QString AskSavePath(const FileRequest& request) {
+    return AskSaveFile(request).path;
+}
+
+ChosenFile AskSaveFile(const FileRequest& request) {
     const auto& handler = CurrentHandler<FileDialogHandler>();
-    return handler.save ? handler.save(request) : QString();
+    return handler.save ? handler.save(request) : ChosenFile();
 }

@@ -6,7 +6,9 @@
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
 #include "dialog/CDlgAjout.h"
+#include "dialog/CDlgReminder.h"
 #include "dialog/DialogCommands.h"
+#include "dialog/EditCommands.h"
 #include "dialog/MeanLabel.h"
 #include "grid/CGridControl.h"
 
@@ -76,42 +78,26 @@ void CDlgGridChart::CreateControls() {
     }
 }
 
-// Undo and Redo by menu or key leave the modified flag alone, by button they set it; Copy sets it.
-std::vector<Command> CDlgGridChart::Commands() {
-    using S = ProfileSession;
+CommandRows CDlgGridChart::Commands() {
     constexpr bool kMarks = true;
-    const auto open = [this] { m_session.Open(); };
-    const auto save = [this] { m_session.Save(); };
-    const auto save_as = [this] { m_session.SaveAs(); };
-    const auto undo = [this] { m_session.Undo(); };
-    const auto redo = [this] { m_session.Redo(); };
-    const auto copy = [this] { m_grid->CopySelection(); };
-    const auto paste = [this] { m_grid->PasteSelection(); };
-    return {
-        {kAdd, [this] { AddPoint(); }, &S::canAdd, u"Ins"},
-        {kRemove, [this] { m_session.RemoveRows(m_grid->SelectedRows()); }, &S::canRemove},
-        {kEdition, [this] { m_session.SetEdition(!m_session.isEdition()); },
-         &S::canEditCoefficients},
-        {kAdjust, [this] { m_session.Adjust(); }, &S::canEditCoefficients},
-        {kOpen, open, &S::canOpen},
-        {kSave, save, &S::canSave},
-        {kSaveAs, save_as, &S::canSaveAs},
-        {kUndo, undo, &S::canUndo, {}, kMarks},
-        {kRedo, redo, &S::canRedo, {}, kMarks},
-        {kCopy, copy, &S::canCopy, {}, kMarks},
-        {kPaste, paste, &S::canPaste, {}, kMarks},
+    const auto add = [this] { AddPoint(); };
+    const auto open_menu = [this] { OpenMenu(m_controls[kMenuButton]->geometry().bottomLeft()); };
+    const auto redraw = [this] { RedrawChart(); };
+    const auto remind = [this] { CDlgReminder(m_commands->rows(), this).exec(); };
+    const CommandRows own = {
+        {kAdd, add, &ProfileSession::canAdd, !kMarks, u"Ins", u"Ajoute un point"},
         {kHelp, [] { /* the button has nothing to say */ }},
-        {kRedrawChart, [this] { RedrawChart(); }, nullptr, u"F5"},
+        {kMenuButton, open_menu},
+        {kRedrawChart, redraw, nullptr, !kMarks, u"F5", u"Redessine le graphique"},
+        {kReminder, remind, nullptr, !kMarks, u"F1", u"Montre commandes, touches et limites",
+         MenuPlace::Help, u"Aide-mémoire"},
         {kOk, [this] { OnOK(); }},
         {kCancel, [this] { reject(); }},
-        {kMenuOpen, open, &S::canOpen, u"Ctrl+O"},
-        {kMenuSave, save, &S::canSaveAs, u"Ctrl+S"},  // asks for a path if there is none
-        {kMenuSaveAs, save_as, &S::canSaveAs, u"Ctrl+Shift+S"},
-        {kMenuUndo, undo, &S::canUndo, u"Ctrl+Z"},
-        {kMenuRedo, redo, &S::canRedo, u"Ctrl+Y"},
-        {kMenuCopy, copy, &S::canCopy, u"Ctrl+C", kMarks},
-        {kMenuPaste, paste, &S::canPaste, u"Ctrl+V", kMarks},
     };
+    CommandRows all;
+    for (const CommandRows& rows : {EditCommands(&m_session, m_grid), own})
+        all.insert(all.end(), rows.begin(), rows.end());
+    return all;
 }
 
 void CDlgGridChart::CreateChart() {
@@ -226,8 +212,12 @@ void CDlgGridChart::reject() {
         EndDialog(kCancelled);
 }
 
+void CDlgGridChart::OpenMenu(QPoint at) {
+    m_commands->menu()->popup(mapToGlobal(at));
+}
+
 void CDlgGridChart::contextMenuEvent(QContextMenuEvent* event) {
-    m_commands->menu()->popup(event->globalPos());
+    OpenMenu(mapFromGlobal(event->globalPos()));
 }
 
 // Called after a box or dialog over this window was closed. Window managers give the keyboard to
@@ -271,7 +261,7 @@ void CDlgGridChart::keyPressEvent(QKeyEvent* event) {
     // The platform turns the menu key into a menu event by itself, but not everywhere this one.
     if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
         const QWidget* const at = focusWidget() != nullptr ? focusWidget() : this;
-        m_commands->menu()->popup(at->mapToGlobal(at->rect().center()));
+        OpenMenu(at->mapTo(this, at->rect().center()));
         return;
     }
     QDialog::keyPressEvent(event);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "dialog/Command.h"
 #include "dialog/DialogControls.h"
 #include "profiles/ProfileSession.h"
 
@@ -9,14 +10,12 @@
 
 #include <functional>
 #include <utility>
-#include <vector>
 
 class CGraphControl;
 class CGraphView;
 class CGridControl;
 class DialogCommands;
 class MeanLabel;
-struct Command;
 
 /// The main dialog: grid and chart of a session side by side, with the commands. It connects the
 /// parts; the session does most of the work of the commands.
@@ -55,7 +54,7 @@ protected:
 private:
     bool OnInitDialog();
     void CreateControls();
-    std::vector<Command> Commands();
+    CommandRows Commands();
     void CreateChart();
     void Connect();
     void UpdateState();
@@ -64,6 +63,7 @@ private:
 
     void AddPoint();
     void RedrawChart();
+    void OpenMenu(QPoint at);
     void OnProfileCommand(int row, const QString& choice);
     void AddDailyProfile(int row);
     void ViewDailyProfile(const QString& name);

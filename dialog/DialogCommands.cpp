@@ -28,33 +28,52 @@ QList<QKeySequence> ShortcutsOf(const Command& command) {
 
 }  // namespace
 
-DialogCommands::DialogCommands(std::vector<Command> commands, const DialogControls& controls,
+DialogCommands::DialogCommands(CommandRows commands, const DialogControls& controls,
                                ProfileSession* session, QWidget* dialog)
     : QObject(dialog),
       m_commands(std::move(commands)),
       m_session(session),
       m_grid(controls.Get<CGridControl>(Id::kGrid)),
       m_menu(new QMenu(dialog)) {
-    CreateMenu(dialog);
+    CreateMenu();
+    CreateKeys(dialog);
     ConnectButtons(controls);
 }
 
-void DialogCommands::CreateMenu(QWidget* dialog) {
-    for (const MenuEntry& entry : kMenu) {
-        if (entry.id == 0)
+void DialogCommands::CreateMenu() {
+    int group = kMenuParts[0].group;
+    for (const MenuPart& part : kMenuParts) {
+        if (std::exchange(group, part.group) != part.group)
             m_menu->addSeparator();
-        else
-            m_actions.insert(entry.id, m_menu->addAction(entry.caption.toString()));
+        AddMenuPart(part);
     }
+    connect(m_menu, &QMenu::aboutToShow, this, &DialogCommands::Update);
+}
+
+void DialogCommands::AddMenuPart(const MenuPart& part) {
+    QMenu* menu = part.submenu.isEmpty() ? m_menu : nullptr;
+    for (const Command& command : m_commands) {
+        if (command.place != part.place)
+            continue;
+        if (menu == nullptr)
+            menu = m_menu->addMenu(part.submenu.toString());
+        QAction* const action = menu->addAction(command.caption.toString());
+        m_actions.insert(command.id, action);
+        connect(action, &QAction::triggered, this, [this, &command] { Run(command); });
+    }
+}
+
+void DialogCommands::CreateKeys(QWidget* dialog) {
     for (const Command& command : m_commands) {
         if (command.shortcut.isEmpty())
             continue;
         QAction*& action = m_actions[command.id];
-        if (action == nullptr)
+        if (action == nullptr) {
             action = new QAction(this);
+            connect(action, &QAction::triggered, this, [this, &command] { Run(command); });
+        }
         action->setShortcuts(ShortcutsOf(command));
         dialog->addAction(action);
-        connect(action, &QAction::triggered, this, [this, &command] { Run(command); });
     }
 }
 
@@ -77,7 +96,7 @@ void DialogCommands::ConnectButtons(const DialogControls& controls) {
 }
 
 bool DialogCommands::IsEnabled(const Command& command) const {
-    return command.enabled == nullptr || (m_session->*command.enabled)();
+    return !command.enabled || command.enabled(*m_session);
 }
 
 void DialogCommands::Run(const Command& command) {

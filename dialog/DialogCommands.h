@@ -1,27 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "dialog/Command.h"
+
 #include <QHash>
 #include <QObject>
-#include <QStringView>
-
-#include <functional>
-#include <vector>
 
 class CGridControl;
 class DialogControls;
-class ProfileSession;
 class QAction;
 class QMenu;
-
-/// A command of the user: a button, a menu entry, a key, or several of them.
-struct Command {
-    int id = 0;  ///< of the button or the menu entry
-    std::function<void()> run;
-    bool (ProfileSession::*enabled)() const = nullptr;  ///< nullptr: always
-    QStringView shortcut = {};
-    bool marks_modified = false;  ///< also when nothing changed
-};
 
 /// The commands of the main dialog. Connects them with their buttons, menu entries and keys, runs
 /// them and enables them as the session allows.
@@ -29,10 +17,11 @@ class DialogCommands : public QObject {
     Q_OBJECT
 
 public:
-    DialogCommands(std::vector<Command> commands, const DialogControls& controls,
-                   ProfileSession* session, QWidget* dialog);
+    DialogCommands(CommandRows commands, const DialogControls& controls, ProfileSession* session,
+                   QWidget* dialog);
 
     QMenu* menu() const { return m_menu; }
+    const CommandRows& rows() const { return m_commands; }
 
     /// Enables and disables buttons, menu entries and keys.
     void Update();
@@ -42,12 +31,14 @@ signals:
     void Chosen();
 
 private:
-    void CreateMenu(QWidget* dialog);
+    void CreateMenu();
+    void AddMenuPart(const MenuPart& part);
+    void CreateKeys(QWidget* dialog);
     void ConnectButtons(const DialogControls& controls);
     void Run(const Command& command);
     bool IsEnabled(const Command& command) const;
 
-    const std::vector<Command> m_commands;
+    const CommandRows m_commands;
     ProfileSession* m_session;  // not owned
     CGridControl* m_grid;       // not owned
     QMenu* m_menu;              // the dialog's

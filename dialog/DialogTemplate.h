@@ -39,6 +39,13 @@ enum : int {
     kMenuRedo = 32790,
     kMenuCopy = 32791,
     kMenuPaste = 32792,
+    kMenuButton = 5100,
+    kInsertPoints = 5101,
+    kCopyTable = 5102,
+    kCopyTableWithCommas = 5103,
+    kImportPoints = 5104,
+    kExportPoints = 5105,
+    kReminder = 5106,
 };
 }  // namespace Id
 
@@ -77,6 +84,7 @@ inline constexpr ControlTemplate kMainDialog[] = {
     {Id::kRedo, ControlClass::ToolButton, u"REDO", u"Refaire", {82, 0, 16, 14}},
     {Id::kCopy, ControlClass::ToolButton, u"COPY", u"Copier", {99, 0, 16, 14}},
     {Id::kPaste, ControlClass::ToolButton, u"PASTE", u"Coller", {116, 0, 16, 14}},
+    {Id::kMenuButton, ControlClass::ToolButton, u"MENU", u"Menu", {140, 0, 16, 14}},
     {Id::kHelp, ControlClass::PushButton, u"Aide", u"Aide", {247, 0, 50, 14}},
     {Id::kAdd, ControlClass::PictureButton, u"Add", u"Add", {304, 0, 46, 14}, 5034},
     {Id::kRemove, ControlClass::PictureButton, u"Remove", u"Remove", {355, 0, 55, 14}, 5036},
@@ -96,24 +104,6 @@ inline constexpr ControlTemplate kAddPointDialog[] = {
     {0, ControlClass::Label, u"Y - Axis", u"", {67, 31, 24, 8}},
     {Id::kAddPointOk, ControlClass::PushButton, u"OK", u"OK", {124, 10, 50, 14}},
     {Id::kCancel, ControlClass::PushButton, u"Cancel", u"Cancel", {124, 27, 50, 14}},
-};
-
-/// One entry of the dialog's menu. An id of 0 is a separator.
-struct MenuEntry {
-    int id = 0;
-    QStringView caption;
-};
-
-inline constexpr MenuEntry kMenu[] = {
-    {Id::kMenuOpen, u"Ouvrir"},
-    {Id::kMenuSave, u"Enregistrer"},
-    {Id::kMenuSaveAs, u"Enregistrer sous"},
-    {},
-    {Id::kMenuUndo, u"Annuler"},
-    {Id::kMenuRedo, u"Refaire"},
-    {},
-    {Id::kMenuCopy, u"Copier"},
-    {Id::kMenuPaste, u"Coller"},
 };
 
 /// Pixels of a place in dialog units: 1.5 px each across, 1.625 px each down, edges rounded to the

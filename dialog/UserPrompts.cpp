@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -63,7 +64,7 @@ protected:
     }
 };
 
-QString RunFileDialog(const FileRequest& request, QFileDialog::AcceptMode mode) {
+ChosenFile RunFileDialog(const FileRequest& request, QFileDialog::AcceptMode mode) {
     FileChoice dialog(ActiveWindow(), QString(), request.folder);
     // The toolkit takes the pattern from the last brackets and does not show these.
     QStringList filters;
@@ -75,7 +76,10 @@ QString RunFileDialog(const FileRequest& request, QFileDialog::AcceptMode mode) 
     dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
                                                        : QFileDialog::AnyFile);
     dialog.setDefaultSuffix(request.default_suffix);
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    const qsizetype type = filters.indexOf(dialog.selectedNameFilter());
+    return {dialog.selectedFiles().value(0), std::max<qsizetype>(type, 0)};
 }
 
 }  // namespace
@@ -95,7 +99,7 @@ UserPrompts::UserPrompts() {
 
     FileDialogHandler files;
     files.open = [](const FileRequest& request) {
-        return RunFileDialog(request, QFileDialog::AcceptOpen);
+        return RunFileDialog(request, QFileDialog::AcceptOpen).path;
     };
     files.save = [](const FileRequest& request) {
         return RunFileDialog(request, QFileDialog::AcceptSave);

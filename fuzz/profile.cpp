@@ -38,7 +38,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const ProfileKind kind = input.Kind();
     const QString path = ScratchPath(u"read.dat"_s);
     WriteAll(path, input.rest.toByteArray());
-    SetFileDialogHandler({{}, [](const FileRequest&) { return ScratchPath(u"saved"_s); }});
+    SetFileDialogHandler(
+        {{}, [](const FileRequest&) { return ChosenFile{ScratchPath(u"saved"_s)}; }});
 
     Editing editing(kind, "1 2 3", view_only ? DisplayMode::View : DisplayMode::Edit);
     ProfileSession& session = editing.session;

@@ -7,7 +7,7 @@
 
 FileDialogScript::FileDialogScript() {
     FileDialogHandler handler;
-    handler.open = [this](const FileRequest& request) { return Take(Dialog::Open, request); };
+    handler.open = [this](const FileRequest& request) { return Take(Dialog::Open, request).path; };
     handler.save = [this](const FileRequest& request) { return Take(Dialog::Save, request); };
     m_former = SetFileDialogHandler(std::move(handler));
 }
@@ -18,10 +18,10 @@ FileDialogScript::~FileDialogScript() {
         QTest::qFail(qPrintable(Report()), __FILE__, __LINE__);
 }
 
-QString FileDialogScript::Take(Dialog dialog, const FileRequest& request) {
+ChosenFile FileDialogScript::Take(Dialog dialog, const FileRequest& request) {
     m_last_request = request;
     if (!m_expected.isEmpty() && m_expected.first().dialog == dialog)
-        return m_expected.takeFirst().path;
+        return m_expected.takeFirst().file;
     ++m_surprises;
     return {};
 }
@@ -29,6 +29,6 @@ QString FileDialogScript::Take(Dialog dialog, const FileRequest& request) {
 QString FileDialogScript::Report() const {
     QString report = QStringLiteral("unexpected file dialogs: %1").arg(m_surprises);
     for (const Expected& expected : m_expected)
-        report += QStringLiteral("\nmissing: \"%1\"").arg(expected.path);
+        report += QStringLiteral("\nmissing: \"%1\"").arg(expected.file.path);
     return report;
 }

@@ -16,8 +16,10 @@ public:
     FileDialogScript(const FileDialogScript&) = delete;
     FileDialogScript& operator=(const FileDialogScript&) = delete;
 
-    void ExpectOpen(const QString& path) { m_expected.append({Dialog::Open, path}); }
-    void ExpectSave(const QString& path) { m_expected.append({Dialog::Save, path}); }
+    void ExpectOpen(const QString& path) { m_expected.append({Dialog::Open, {path}}); }
+    void ExpectSave(const QString& path, qsizetype type = 0) {
+        m_expected.append({Dialog::Save, {path, type}});
+    }
 
     bool Done() const { return m_expected.isEmpty() && m_surprises == 0; }
 
@@ -30,10 +32,10 @@ private:
     enum class Dialog { Open, Save };
     struct Expected {
         Dialog dialog = Dialog::Open;
-        QString path;
+        ChosenFile file;
     };
 
-    QString Take(Dialog dialog, const FileRequest& request);
+    ChosenFile Take(Dialog dialog, const FileRequest& request);
 
     QList<Expected> m_expected;
     int m_surprises = 0;

@@ -19,9 +19,11 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QKeySequence>
+#include <QMenu>
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QTemporaryDir>
+#include <QTextEdit>
 
 #include <algorithm>
 
@@ -59,8 +61,8 @@ struct Surroundings {
 
 // Who follows the steps of a case. A step: messages that come, whether the user really cancels (a
 // list of answers), files to save to; what the user does, in words; the steps "in" the dialog that
-// this opens; what the user sees then. Rows, headers and what can be undone stay where the step
-// does not say what becomes of them.
+// this opens; texts that a window "shows"; what the user sees then. Rows, headers and what can be
+// undone stay where the step does not say what becomes of them.
 class User {
 public:
     User(QWidget& window, Surroundings& around)
@@ -112,6 +114,9 @@ private:
             QVERIFY(QTest::qWaitForWindowActive(&m_window));
 
         QVERIFY2(m_around.messages.Done(), qPrintable(m_around.messages.Report()));
+        for (const QString& text : VectorStrings(step[u"shows"]))
+            QVERIFY2(m_window.findChild<QTextEdit*>()->toPlainText().contains(text),
+                     qPrintable(text));
         if (m_dialog == nullptr)
             return;
         const QHash<QString, QString> seen = Seen();
@@ -219,6 +224,19 @@ private:
             QFAIL(qPrintable(verb));
     }
 
+    // Of a menu and its submenus, with a "-" for a line.
+    static QStringList Entries(const QMenu& menu) {
+        QStringList entries;
+        for (const QAction* const action : menu.actions()) {
+            entries.append(action->isSeparator() ? u"-"_s : action->text());
+            if (!action->isEnabled())
+                entries.last() += u" off"_s;
+            if (action->menu() != nullptr)
+                entries.append(u"("_s + Entries(*action->menu()).join(u'|') + u")"_s);
+        }
+        return entries;
+    }
+
     QWidget* Control(const QString& name) const {
         for (const ControlTemplate& control : kMainDialog) {
             if (m_dialog != nullptr && !name.isEmpty() && control.accessible_name == name)
@@ -287,6 +305,7 @@ private:
                 {u"menu"_s, popup == nullptr ? u"none"_s
                             : inside         ? u"inside"_s
                                              : u"outside"_s},
+                {u"entries"_s, Entries(*m_dialog->findChild<QMenu*>()).join(u'|')},
                 {u"chart"_s, YesOrNo(!marked.isEmpty())}};
     }
 

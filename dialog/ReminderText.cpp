@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "dialog/ReminderText.h"
+
+#include "profiles/EditHistory.h"
+#include "profiles/PointReading.h"
+#include "profiles/ProfileKind.h"
+
+#include <QLocale>
+
+#include <span>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// What is not a command: how to do it and what it does.
+struct Hint {
+    QStringView how;
+    QStringView does;
+};
+
+constexpr Hint kKeys[] = {
+    {u"Tab, Shift+Tab", u"Cellule suivante, précédente"},
+    {u"Ctrl+Tab, Ctrl+Shift+Tab", u"Quitte le tableau vers l'avant, vers l'arrière"},
+    {u"Enter", u"Valide la cellule et descend d'une ligne"},
+    {u"Esc", u"Quitte la cellule sans la changer ; sinon, demande s'il faut abandonner"},
+    {u"Menu, Shift+F10", u"Ouvre le menu"},
+    {u"Ctrl+Ins, Shift+Ins", u"Copie, colle"},
+};
+
+constexpr Hint kMouse[] = {
+    {u"Clic", u"Choisit une cellule, ou la ligne d'un point du graphique"},
+    {u"Double clic", u"Modifie le texte d'une cellule"},
+    {u"Glisser dans le tableau", u"Choisit plusieurs lignes"},
+    {u"Glisser un point, une barre", u"Change la valeur ; le temps reste"},
+    {u"Clic droit", u"Ouvre le menu"},
+};
+
+QString Row(QStringView first, QStringView second, QStringView third) {
+    QString row = u"<tr>"_s;
+    for (const QStringView cell : {first, second, third})
+        row += u"<td style='padding-right:14px'>"_s + cell.toString().toHtmlEscaped() + u"</td>"_s;
+    return row + u"</tr>"_s;
+}
+
+QString Title(const QString& title) {
+    return u"<h3 style='margin-top:12px; margin-bottom:2px'>"_s + title + u"</h3>"_s;
+}
+
+QString Section(const QString& title, const QString& rows) {
+    return Title(title) + u"<table>"_s + rows + u"</table>"_s;
+}
+
+QString CommandsOf(const CommandRows& commands, const MenuPart& part) {
+    QString rows;
+    for (const Command& command : commands) {
+        if (command.place != part.place || command.help.isEmpty())
+            continue;
+        const QString caption = part.submenu.isEmpty() ? command.caption.toString()
+                                                       : part.submenu.toString() + u" / "_s +
+                                                             command.caption.toString();
+        rows += Row(caption, command.shortcut, command.help);
+    }
+    return rows;
+}
+
+QString Hints(std::span<const Hint> hints) {
+    QString rows;
+    for (const Hint& hint : hints)
+        rows += Row(hint.how, hint.does, {});
+    return rows;
+}
+
+QString Limits() {
+    const QLocale french(QLocale::French);
+    const auto bound = [&](ProfileKind kind) {
+        return french.toString(static_cast<double>(Describe(kind).typed_bound));
+    };
+    const QString texts[] = {
+        u"Annuler revient sur %1 modifications, sur 6 d'un profil annuel ou journalier."_s.arg(
+            EditHistory::kMaxSteps),
+        u"Copier prend 25 lignes d'une colonne, une seule ligne de la première."_s,
+        u"Coller change des cellules et n'ajoute pas de lignes."_s,
+        u"Un coefficient va jusqu'à %1 dans un profil annuel, jusqu'à %2 dans un profil journalier."_s
+            .arg(bound(ProfileKind::Annual), bound(ProfileKind::Daily)),
+        u"Une fonction garde au moins deux points."_s,
+        u"Un texte ou un fichier donne au plus %1 points."_s.arg(french.toString(kMaxPoints)),
+    };
+    QString rows;
+    for (const QString& text : texts)
+        rows += u"<li>"_s + text.toHtmlEscaped() + u"</li>"_s;
+    return Title(u"Limites"_s) + u"<ul style='margin:0'>"_s + rows + u"</ul>"_s;
+}
+
+}  // namespace
+
+QString ReminderText(const CommandRows& commands) {
+    QString menu;
+    for (const MenuPart& part : kMenuParts)
+        menu += CommandsOf(commands, part);
+    QString keys;
+    for (const Command& command : commands) {
+        if (command.place == MenuPlace::None && !command.help.isEmpty())
+            keys += Row(command.shortcut, command.help, {});
+    }
+    return Section(u"Menu"_s, menu) + Section(u"Clavier"_s, keys + Hints(kKeys)) +
+           Section(u"Souris"_s, Hints(kMouse)) + Limits();
+}
