@@ -10,6 +10,7 @@
 #include "dialog/DialogCommands.h"
 #include "dialog/EditCommands.h"
 #include "dialog/MeanLabel.h"
+#include "dialog/PointCommands.h"
 #include "grid/CGridControl.h"
 
 #include <QApplication>
@@ -95,7 +96,8 @@ CommandRows CDlgGridChart::Commands() {
         {kCancel, [this] { reject(); }},
     };
     CommandRows all;
-    for (const CommandRows& rows : {EditCommands(&m_session, m_grid), own})
+    auto* const points = new PointCommands(&m_session, m_grid, this);
+    for (const CommandRows& rows : {EditCommands(&m_session, m_grid), points->Rows(), own})
         all.insert(all.end(), rows.begin(), rows.end());
     return all;
 }

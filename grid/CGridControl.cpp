@@ -133,6 +133,13 @@ void CGridControl::SelectCell(int row, int column) {
     scrollTo(cell);
 }
 
+void CGridControl::SelectRows(const QList<int>& rows) {
+    const QModelIndex first = model()->index(rows.first() - 1, 0);
+    selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+    m_selection->SelectRows(rows);
+    scrollTo(first);
+}
+
 QList<int> CGridControl::SelectedRows() const {
     return m_selection->Rows();
 }

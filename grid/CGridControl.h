@@ -38,6 +38,10 @@ public:
     /// Makes the cell the current and the only selected one, and brings it into view.
     void SelectCell(int row, int column);
 
+    /// Selects whole rows, in rising order and at least one. The first of them becomes current and
+    /// comes into view.
+    void SelectRows(const QList<int>& rows);
+
     /// The rows and columns that hold a selected cell, in order.
     QList<int> SelectedRows() const;
     QList<int> SelectedColumns() const;

@@ -16,8 +16,7 @@ void AppendNumbers(QList<int>& numbers, int first, int last) {
 
 CellSelection::CellSelection(QAbstractItemModel* model, QObject* parent)
     : QItemSelectionModel(model, parent) {
-    connect(this, &QItemSelectionModel::selectionChanged, this,
-            [this] { m_whole_column = false; });
+    connect(this, &QItemSelectionModel::selectionChanged, this, [this] { m_whole_column = false; });
 }
 
 QList<int> CellSelection::Rows() const {
@@ -34,6 +33,19 @@ QList<int> CellSelection::Columns() const {
     for (const QItemSelectionRange& range : ranges)
         AppendNumbers(columns, range.left() + 1, range.right() + 1);
     return SortedDistinct(std::move(columns));
+}
+
+void CellSelection::SelectRows(const QList<int>& rows) {
+    QItemSelection runs;
+    for (auto first = rows.cbegin(); first != rows.cend();) {
+        auto last = first;
+        while (last + 1 != rows.cend() && *(last + 1) == *last + 1)
+            ++last;
+        runs.append(
+            {model()->index(*first - 1, 0), model()->index(*last - 1, model()->columnCount() - 1)});
+        first = last + 1;
+    }
+    select(runs, ClearAndSelect);
 }
 
 void CellSelection::setCurrentIndex(const QModelIndex& index, SelectionFlags command) {

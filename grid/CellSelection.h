@@ -18,6 +18,9 @@ public:
     QList<int> Rows() const;
     QList<int> Columns() const;
 
+    /// Selects all cells of `rows`, which rise, and nothing else.
+    void SelectRows(const QList<int>& rows);
+
     /// True when a press on a column's header made it.
     bool isWholeColumn() const { return m_whole_column; }
     void SetWholeColumn(bool whole) { m_whole_column = whole; }

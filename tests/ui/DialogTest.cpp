@@ -10,6 +10,7 @@
 #include "VectorFile.h"
 #include "dialog/DialogTemplate.h"
 #include "dialog/MeanLabel.h"
+#include "dialog/ReadProgress.h"
 
 #include <QAbstractItemModelTester>
 #include <QAccessible>
@@ -20,6 +21,7 @@
 #include <QJsonObject>
 #include <QKeySequence>
 #include <QMenu>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QTemporaryDir>
@@ -60,9 +62,10 @@ struct Surroundings {
 };
 
 // Who follows the steps of a case. A step: messages that come, whether the user really cancels (a
-// list of answers), files to save to; what the user does, in words; the steps "in" the dialog that
-// this opens; texts that a window "shows"; what the user sees then. Rows, headers and what can be
-// undone stay where the step does not say what becomes of them.
+// list of answers) and other questions, files to save to, the content of a file to open; what the
+// user does, in words; the steps "in" the dialog that this opens; texts that a window "shows"; what
+// is "written"; what the user sees then. Rows, headers and what can be undone stay where the step
+// does not say what becomes of them.
 class User {
 public:
     User(QWidget& window, Surroundings& around)
@@ -87,8 +90,17 @@ private:
         for (const QString& answer : VectorStrings(step[u"cancelling"]))
             m_around.messages.ExpectQuestion(u"Do you really want to cancel ?"_s, u"Cancelling"_s,
                                              answer == u"yes");
+        for (const QString& question : VectorStrings(step[u"questions"]))
+            m_around.messages.ExpectQuestion(question.section(u'|', 0, 0), {},
+                                             question.section(u'|', 1) == u"yes");
         if (step.contains(u"save"))
-            m_around.files.ExpectSave(m_around.folder.path() + step[u"save"].toString());
+            m_around.files.ExpectSave(m_around.folder.path() + step[u"save"].toString(),
+                                      step[u"type"].toInt());
+        if (step.contains(u"open")) {
+            const QString path = m_around.folder.path() + u"/points.csv"_s;
+            QVERIFY(WriteAll(path, step[u"open"].toString().toUtf8()));
+            m_around.files.ExpectOpen(path);
+        }
 
         const QJsonArray inner = step[u"in"].toArray();
         bool done = inner.isEmpty();
@@ -113,12 +125,15 @@ private:
         if (!inner.isEmpty())
             QVERIFY(QTest::qWaitForWindowActive(&m_window));
 
-        QVERIFY2(m_around.messages.Done(), qPrintable(m_around.messages.Report()));
         for (const QString& text : VectorStrings(step[u"shows"]))
             QVERIFY2(m_window.findChild<QTextEdit*>()->toPlainText().contains(text),
                      qPrintable(text));
-        if (m_dialog == nullptr)
+        if (step.contains(u"written"))
+            QCOMPARE(ReadAll(m_around.folder.path() + step[u"save"].toString()),
+                     step[u"written"].toString().toUtf8());
+        if (m_dialog == nullptr)  // its message may still come
             return;
+        QVERIFY2(m_around.messages.Done(), qPrintable(m_around.messages.Report()));
         const QHash<QString, QString> seen = Seen();
         QJsonObject expected = step[u"see"].toObject();
         for (const QString& stays :
@@ -353,6 +368,17 @@ private slots:
         });
         QCOMPARE(result, vector[u"result"].toInt(2));
         QDir::setCurrent(start);
+    }
+
+    // A bar shows itself when the reading takes long, and not before.
+    void ReadingIsCancelled() {
+        QVERIFY(ReadProgress(nullptr).Show(50));
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+        ReadProgress progress(nullptr, 0);
+        QTRY_VERIFY(progress.Show(50) && QApplication::activeModalWidget() != nullptr);
+        QTest::mouseClick(QApplication::activeModalWidget()->findChild<QPushButton*>(),
+                          Qt::LeftButton);
+        QVERIFY(!progress.Show(51));
     }
 
     // Where each control stands at the start and in a window that is larger by 200 x 115 pixels,

@@ -209,7 +209,7 @@ private slots:
             QCOMPARE(ReadOut(menu),
                      u"MenuItem Ouvrir|MenuItem Enregistrer|MenuItem Enregistrer sous|"
                      "MenuItem Annuler off|MenuItem Refaire off|MenuItem Copier|"
-                     "MenuItem Coller|MenuItem Aide-mémoire"_s);
+                     "MenuItem Coller|MenuItem Points|MenuItem Aide-mémoire"_s);
             menu->close();
 
             shown.Grid()->SelectCell(2, 2);
