@@ -7,6 +7,7 @@
 
 #include <QLocale>
 
+#include <initializer_list>
 #include <span>
 
 using namespace Qt::StringLiterals;
@@ -36,19 +37,16 @@ constexpr Hint kMouse[] = {
     {u"Clic droit", u"Ouvre le menu"},
 };
 
-QString Row(QStringView first, QStringView second, QStringView third) {
+QString Row(std::initializer_list<QStringView> cells) {
     QString row = u"<tr>"_s;
-    for (const QStringView cell : {first, second, third})
+    for (const QStringView cell : cells)
         row += u"<td style='padding-right:14px'>"_s + cell.toString().toHtmlEscaped() + u"</td>"_s;
     return row + u"</tr>"_s;
 }
 
-QString Title(const QString& title) {
-    return u"<h3 style='margin-top:12px; margin-bottom:2px'>"_s + title + u"</h3>"_s;
-}
-
+// A line of space, the title, the rows.
 QString Section(const QString& title, const QString& rows) {
-    return Title(title) + u"<table>"_s + rows + u"</table>"_s;
+    return u"<table><tr><td><br><b>"_s + title + u"</b></td></tr>"_s + rows + u"</table>"_s;
 }
 
 QString CommandsOf(const CommandRows& commands, const MenuPart& part) {
@@ -59,7 +57,7 @@ QString CommandsOf(const CommandRows& commands, const MenuPart& part) {
         const QString caption = part.submenu.isEmpty() ? command.caption.toString()
                                                        : part.submenu.toString() + u" / "_s +
                                                              command.caption.toString();
-        rows += Row(caption, command.shortcut, command.help);
+        rows += Row({caption, command.shortcut, command.help});
     }
     return rows;
 }
@@ -67,7 +65,7 @@ QString CommandsOf(const CommandRows& commands, const MenuPart& part) {
 QString Hints(std::span<const Hint> hints) {
     QString rows;
     for (const Hint& hint : hints)
-        rows += Row(hint.how, hint.does, {});
+        rows += Row({hint.how, hint.does});
     return rows;
 }
 
@@ -88,8 +86,8 @@ QString Limits() {
     };
     QString rows;
     for (const QString& text : texts)
-        rows += u"<li>"_s + text.toHtmlEscaped() + u"</li>"_s;
-    return Title(u"Limites"_s) + u"<ul style='margin:0'>"_s + rows + u"</ul>"_s;
+        rows += Row({text});
+    return rows;
 }
 
 }  // namespace
@@ -101,8 +99,8 @@ QString ReminderText(const CommandRows& commands) {
     QString keys;
     for (const Command& command : commands) {
         if (command.place == MenuPlace::None && !command.help.isEmpty())
-            keys += Row(command.shortcut, command.help, {});
+            keys += Row({command.shortcut, command.help});
     }
     return Section(u"Menu"_s, menu) + Section(u"Clavier"_s, keys + Hints(kKeys)) +
-           Section(u"Souris"_s, Hints(kMouse)) + Limits();
+           Section(u"Souris"_s, Hints(kMouse)) + Section(u"Limites"_s, Limits());
 }

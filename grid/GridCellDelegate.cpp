@@ -12,6 +12,9 @@
 #include <QRegularExpressionValidator>
 #include <QToolTip>
 
+#include <algorithm>
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 // Always shows its choices: a closed list would take an arrow key for a choice, and two of the
@@ -44,6 +47,15 @@ QStringList ChoicesOf(const QModelIndex& index) {
 const QRegularExpression& NumberCharacters() {
     static const QRegularExpression characters(u"\\A[-+0-9.,eE]*\\z"_s);
     return characters;
+}
+
+// Some platforms give a line further letters, as Ctrl+E for its end. They belong to the dialog.
+bool IsCommandKey(const QKeyEvent& press) {
+    constexpr std::array<int, 6> kOfLines = {Qt::Key_A, Qt::Key_C, Qt::Key_V,
+                                             Qt::Key_X, Qt::Key_Y, Qt::Key_Z};
+    return press.modifiers() == Qt::ControlModifier && press.key() >= Qt::Key_A &&
+           press.key() <= Qt::Key_Z &&
+           std::find(kOfLines.begin(), kOfLines.end(), press.key()) == kOfLines.end();
 }
 
 }  // namespace
@@ -143,6 +155,11 @@ bool GridCellDelegate::eventFilter(QObject* object, QEvent* event) {
     if (event->type() == QEvent::FocusOut &&
         static_cast<QFocusEvent*>(event)->reason() == Qt::ActiveWindowFocusReason)
         return false;
+    if (event->type() == QEvent::ShortcutOverride && object == m_editor &&
+        IsCommandKey(*static_cast<QKeyEvent*>(event))) {
+        event->ignore();
+        return true;
+    }
     if (event->type() == QEvent::KeyPress && object == m_editor) {
         const auto* const press = static_cast<QKeyEvent*>(event);
         const int key = press->key();

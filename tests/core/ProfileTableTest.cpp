@@ -2,13 +2,18 @@
 // The model of the live rows against plain lists, and a chart that follows it.
 
 #include "SessionChecks.h"
+#include "TestFiles.h"
 #include "TestRows.h"
 #include "chart/CGraphControl.h"
 #include "profiles/ProfileTable.h"
+#include "profiles/TableText.h"
 
 #include <QAbstractItemModelTester>
+#include <QProcess>
 #include <QRandomGenerator>
 #include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
@@ -37,6 +42,39 @@ class ProfileTableTest : public QObject {
     Q_OBJECT
 
 private slots:
+    // A spreadsheet takes the numbers of a copied table for numbers, whatever its language.
+    void SpreadsheetAddsUpTheCopy_data() {
+        QTest::addColumn<QString>("locale");
+        for (const char* const locale : {"C.UTF-8", "fr_FR.UTF-8"})
+            QTest::newRow(locale) << QString::fromLatin1(locale);
+    }
+    void SpreadsheetAddsUpTheCopy() {
+        QFETCH(const QString, locale);
+        if (QStandardPaths::findExecutable(u"ssconvert"_s).isEmpty())
+            QSKIP("Gnumeric is not installed.");
+        const QTemporaryDir folder;
+        const bool is_french = locale.startsWith(u"fr"_s);
+        if (is_french)  // it need not be installed
+            QProcess::execute(u"localedef"_s,
+                              {u"-i"_s, u"fr_FR"_s, u"-f"_s, u"UTF-8"_s, folder.filePath(locale)});
+        QProcess convert;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"LOCPATH"_s, folder.path());
+        environment.insert(u"LC_ALL"_s, locale);
+        convert.setProcessEnvironment(environment);
+        ProfileTable table(ProfileKind::Function);
+        table.ResetRows({u"0"_s, u"0.5"_s, u"1000"_s}, {u"1.25"_s, u"-2.5"_s, u"3"_s});
+        for (const TableFormat& format : {kCopiedTable, kCopiedTableWithCommas}) {
+            QVERIFY(WriteAll(folder.filePath(u"in.txt"_s), TableText(table, format).toUtf8()));
+            convert.start(u"ssconvert"_s, {u"--import-type=Gnumeric_stf:stf_csvtab"_s, u"--set"_s,
+                                           u"D1==sum(A1:B3)"_s, folder.filePath(u"in.txt"_s),
+                                           folder.filePath(u"out.csv"_s)});
+            QVERIFY(convert.waitForFinished());
+            const QByteArray first_line = ReadAll(folder.filePath(u"out.csv"_s)).split('\n')[0];
+            QCOMPARE(first_line, is_french ? "0,\"1,25\",,\"1002,25\"" : "0,1.25,,1002.25");
+        }
+    }
+
     void RandomChanges_data() {
         AddRows<ProfileKind>(
             {{"function", ProfileKind::Function}, {"monthly", ProfileKind::Monthly}});
