@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace {
 
@@ -110,6 +111,17 @@ int LabelDigits(const AxisPlan& plan) {
     return static_cast<int>(std::clamp(std::max(whole_digits, distinct_digits), 6.0, 15.0));
 }
 
+// Of the items and of what would become of them.
+std::optional<DataBounds> BoundsOf(const CDocControl& chart) {
+    const std::optional<DataBounds> items = chart.items.Bounds();
+    const std::optional<DataBounds> preview = chart.preview.Bounds();
+    if (!items || !preview)
+        return items ? items : preview;
+    return DataBounds{
+        std::min(items->x_low, preview->x_low), std::max(items->x_high, preview->x_high),
+        std::min(items->y_low, preview->y_low), std::max(items->y_high, preview->y_high)};
+}
+
 }  // namespace
 
 std::vector<double> AxisPlan::Ticks() const {
@@ -143,7 +155,7 @@ AxisPlan PlanItemAxis(int count) {
 
 AxisPlans PlanAxes(const CDocControl& chart, QSize plot, double label_height) {
     const bool bars = chart.display.form == DisplayForm::Bars;
-    DataBounds bounds = chart.items.Bounds().value_or(DataBounds{0.0, 1.0, 0.0, 1.0});
+    DataBounds bounds = BoundsOf(chart).value_or(DataBounds{0.0, 1.0, 0.0, 1.0});
     if (bars) {
         bounds.y_low = std::min(bounds.y_low, 0.0);
         bounds.y_high = std::max(bounds.y_high, 0.0);

@@ -116,6 +116,7 @@ struct CDocControl {
     ItemStyle item_style;  ///< of every item that is not highlighted
     ItemStyle highlighted_style;
     ChartItems items;
+    ChartItems preview;  ///< what would become of the items; none while nothing is being asked
 
     const ItemStyle& StyleOf(int index) const {
         return items.IsHighlighted(index) ? highlighted_style : item_style;

@@ -6,6 +6,8 @@
 
 #include <QModelIndex>
 
+#include <utility>
+
 namespace {
 
 constexpr int kLabelColumn = ProfileTable::kLabelColumn;
@@ -170,6 +172,14 @@ void CGraphControl::SetTitle(const QString& title) {
 void CGraphControl::SetHighlighted(int index, bool on) {
     m_document.items.SetHighlighted(index, on);
     emit ItemsChanged(index, index);
+}
+
+void CGraphControl::SetPreview(std::vector<std::vector<double>> groups) {
+    if (groups.empty())
+        m_document.preview.Clear(1);
+    else
+        m_document.preview.SetGroups(std::move(groups));
+    emit ItemsChanged(0, m_document.items.Count() - 1);
 }
 
 void CGraphControl::Attach(const ProfileTable* table, ProfileKind kind) {

@@ -8,6 +8,8 @@
 #include <QPointer>
 #include <QString>
 
+#include <vector>
+
 class ProfileTable;
 
 /// Builds the chart of a kind and keeps its items equal to the rows of a table: item i shows row
@@ -46,6 +48,10 @@ public:
 
     /// The look of an item while its row is the grid's current one.
     void SetHighlighted(int index, bool on);
+
+    /// Shows what would become of the items, as a pale line or as pale outlines: a list of values a
+    /// group, no lists for nothing. The items stay.
+    void SetPreview(std::vector<std::vector<double>> groups);
 
 signals:
     /// Anything may have changed: axes, texts, the number of items.

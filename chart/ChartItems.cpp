@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <limits>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -17,6 +18,11 @@ void ChartItems::Clear(int groups) {
     m_groups.assign(static_cast<size_t>(std::clamp(groups, 1, 2)), {});
     m_labels.clear();
     m_highlighted.clear();
+}
+
+void ChartItems::SetGroups(std::vector<std::vector<double>> groups) {
+    Clear(static_cast<int>(groups.size()));
+    m_groups = std::move(groups);
 }
 
 double ChartItems::Value(int index, int group) const {

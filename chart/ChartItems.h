@@ -36,6 +36,9 @@ public:
     /// std::invalid_argument beyond that.
     void SetValue(int index, int group, double value);
 
+    /// Replaces all items by those with these values: a list a group, all of the same length.
+    void SetGroups(std::vector<std::vector<double>> groups);
+
     std::span<const double> Group(int group) const {
         return m_groups.at(static_cast<size_t>(group));
     }

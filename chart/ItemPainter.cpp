@@ -21,6 +21,10 @@ constexpr double kRoomyDistance = 12.0;
 constexpr double kLargeMarker = 7.0;
 constexpr double kSmallMarker = 5.0;
 
+// Of what would become of the items.
+constexpr Colour kPreviewColour = {178, 132, 224};
+constexpr double kPreviewOutline = 2.0;
+
 constexpr double kLeastBarHeight = 2.0;
 constexpr double kZeroLineWidth = 1.0;
 
@@ -113,8 +117,17 @@ public:
         const ThinnedLine line = ThinLine(xs, ys, m_scale, m_device_pixels);
         if (m_chart.item_style.points == PointLook::None)
             return;
-        PaintLine(line);
+        PaintLine(line, m_chart.item_style.second_colour);
         PaintMarkers(xs, ys, line.density);
+    }
+
+    void PaintPreview() {
+        const ChartItems& preview = m_chart.preview;
+        if (m_chart.display.form == DisplayForm::Bars)
+            PaintPreviewBars();
+        else if (preview.GroupCount() == 2)
+            PaintLine(ThinLine(preview.Group(0), preview.Group(1), m_scale, m_device_pixels),
+                      kPreviewColour);
     }
 
 private:
@@ -122,26 +135,42 @@ private:
         return std::round(value * m_device_pixels) / m_device_pixels;
     }
 
-    void PaintBar(int index) {
-        const ItemStyle& style = m_chart.StyleOf(index);
-        const QPointF end = m_scale.ToPixels(m_chart.items.Place(index));
+    QRectF BarRect(QPointF place) const {
+        const QPointF end = m_scale.ToPixels(place);
         const double width = OnDevicePixel(std::max(m_scale.x.PixelsPerUnit() * kBarWidth, 3.0));
         const double left = OnDevicePixel(end.x() - width / 2.0);
         const double axis = OnDevicePixel(m_scale.y.ToPixel(0.0));
         const double top = OnDevicePixel(end.y());
-        const double outline = style.width;
         // The zero line itself stays free.
         const double height = std::max(std::abs(axis - top), kLeastBarHeight);
-        const QRectF bar(left, top > axis ? axis + kZeroLineWidth : axis - height, width, height);
+        return {left, top > axis ? axis + kZeroLineWidth : axis - height, width, height};
+    }
+
+    void PaintBar(int index) {
+        const ItemStyle& style = m_chart.StyleOf(index);
+        const double outline = style.width;
+        const QRectF bar = BarRect(m_chart.items.Place(index));
         m_painter.fillRect(bar, ToQColor(style.second_colour));
         const QRectF face = bar.adjusted(outline, outline, -outline, -outline);
         if (face.isValid())
             m_painter.fillRect(face, ToQColor(style.colour));
     }
 
-    void PaintLine(const ThinnedLine& thinned) {
+    void PaintPreviewBars() {
+        QPen pen(ToQColor(LegibleOn(m_background, kPreviewColour)), kPreviewOutline);
+        pen.setJoinStyle(Qt::MiterJoin);
+        m_painter.setPen(pen);
+        constexpr double kInside = kPreviewOutline / 2.0;
+        for (int i = 0; i < m_chart.preview.Count(); ++i) {
+            if (m_chart.preview.IsDrawn(i))
+                m_painter.drawRect(BarRect(m_chart.preview.Place(i))
+                                       .adjusted(kInside, kInside, -kInside, -kInside));
+        }
+    }
+
+    void PaintLine(const ThinnedLine& thinned, Colour colour) {
         const std::vector<QPointF>& line = thinned.points;
-        QPen pen(ToQColor(LegibleOn(m_background, m_chart.item_style.second_colour)));
+        QPen pen(ToQColor(LegibleOn(m_background, colour)));
         pen.setJoinStyle(Qt::RoundJoin);
         pen.setCapStyle(Qt::RoundCap);
         // Wider dense lines would hide their shape, and take seconds on finely resolved screens.
@@ -201,4 +230,5 @@ void PaintItems(QPainter& painter, const CDocControl& chart, const PlotScale& sc
         items.PaintBars();
     else
         items.PaintPoints();
+    items.PaintPreview();
 }

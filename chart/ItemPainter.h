@@ -10,6 +10,7 @@ class QPainter;
 /// one before are left out, except those of highlighted items. The line is thin where points stand
 /// closer than pixels. A bar without height shows as a flat one beside the zero line. Faces and
 /// markers have exactly the colours of their style; the line has its own where it stands out from
-/// `background`. `device_pixels` is the number of device pixels per pixel unit.
+/// `background`. The preview of a change is a pale line or pale outlines over them. `device_pixels`
+/// is the number of device pixels per pixel unit.
 void PaintItems(QPainter& painter, const CDocControl& chart, const PlotScale& scale,
                 Colour background, double device_pixels);

@@ -11,6 +11,7 @@
 #include "dialog/EditCommands.h"
 #include "dialog/MeanLabel.h"
 #include "dialog/PointCommands.h"
+#include "dialog/RowCommands.h"
 #include "grid/CGridControl.h"
 
 #include <QApplication>
@@ -97,7 +98,9 @@ CommandRows CDlgGridChart::Commands() {
     };
     CommandRows all;
     auto* const points = new PointCommands(&m_session, m_grid, this);
-    for (const CommandRows& rows : {EditCommands(&m_session, m_grid), points->Rows(), own})
+    auto* const rows_at_once = new RowCommands(&m_session, m_grid, this);
+    for (const CommandRows& rows :
+         {EditCommands(&m_session, m_grid), points->Rows(), rows_at_once->Rows(), own})
         all.insert(all.end(), rows.begin(), rows.end());
     return all;
 }

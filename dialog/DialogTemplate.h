@@ -46,6 +46,11 @@ enum : int {
     kImportPoints = 5104,
     kExportPoints = 5105,
     kReminder = 5106,
+    kCalculate = 5121,
+    kFill = 5122,
+    kFillLine = 5123,
+    kInsertSeries = 5124,
+    kReturnToStart = 5125,
 };
 }  // namespace Id
 

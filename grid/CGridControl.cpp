@@ -144,6 +144,10 @@ QList<int> CGridControl::SelectedRows() const {
     return m_selection->Rows();
 }
 
+QList<int> CGridControl::SelectedRows(int column) const {
+    return m_selection->Rows(column);
+}
+
 QList<int> CGridControl::SelectedColumns() const {
     return m_selection->Columns();
 }

@@ -44,6 +44,8 @@ public:
 
     /// The rows and columns that hold a selected cell, in order.
     QList<int> SelectedRows() const;
+    /// The rows whose cell in `column` is selected, in order.
+    QList<int> SelectedRows(int column) const;
     QList<int> SelectedColumns() const;
 
     /// Copies the selected cells, or tells why not; true when they were copied.

@@ -27,6 +27,16 @@ QList<int> CellSelection::Rows() const {
     return SortedDistinct(std::move(rows));
 }
 
+QList<int> CellSelection::Rows(int column) const {
+    QList<int> rows;
+    const QItemSelection ranges = selection();
+    for (const QItemSelectionRange& range : ranges) {
+        if (range.left() < column && column <= range.right() + 1)
+            AppendNumbers(rows, range.top() + 1, range.bottom() + 1);
+    }
+    return SortedDistinct(std::move(rows));
+}
+
 QList<int> CellSelection::Columns() const {
     QList<int> columns;
     const QItemSelection ranges = selection();

@@ -16,6 +16,7 @@ public:
 
     /// The rows and columns that hold a selected cell, in order; both count from 1.
     QList<int> Rows() const;
+    QList<int> Rows(int column) const;  ///< with a selected cell in `column`
     QList<int> Columns() const;
 
     /// Selects all cells of `rows`, which rise, and nothing else.

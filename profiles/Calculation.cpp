@@ -45,39 +45,28 @@ double Result(const Calculation& calculation, double number) {
     }
 }
 
-// The straight line between the first and the last row of a selection.
-class Line {
-public:
-    Line(const QStringList& column, const QList<qsizetype>& rows, const QStringList& times)
-        : m_rows(rows), m_times(times) {
-        m_start = ParseNumber(column[rows.first()]);
-        m_change = ParseNumber(column[rows.last()]) - m_start;
-        if (times.size() > rows.last()) {
-            m_start_time = ParseNumber(times[rows.first()]);
-            m_duration = ParseNumber(times[rows.last()]) - m_start_time;
-        }
-    }
+// Places and numbers of the first and the last row of a selection, and the straight line between.
+struct Line {
+    double start = 0.0;
+    double end = 0.0;
+    double start_time = 0.0;
+    double end_time = 0.0;
+    qsizetype count = 0;
 
-    /// The number on the line for entry `i` of the rows.
-    double At(qsizetype i) const {
-        const double share = m_duration > 0.0 && std::isfinite(m_duration)
-                                 ? (ParseNumber(m_times[m_rows[i]]) - m_start_time) / m_duration
-                                 : static_cast<double>(i) / static_cast<double>(m_rows.size() - 1);
-        return m_start + m_change * share;
+    /// The number on the line for entry `i` of the rows, which stands at `time`.
+    double At(qsizetype i, double time) const {
+        const double duration = end_time - start_time;
+        const double share = duration > 0.0 && std::isfinite(duration)
+                                 ? (time - start_time) / duration
+                                 : static_cast<double>(i) / static_cast<double>(count - 1);
+        return start + (end - start) * share;
     }
-
-private:
-    const QList<qsizetype>& m_rows;
-    const QStringList& m_times;
-    double m_start = 0.0;
-    double m_change = 0.0;
-    double m_start_time = 0.0;
-    double m_duration = 0.0;
 };
 
-// Replaces `text` unless it stands for the same number; false when `result` is not finite.
+// Replaces `text` unless it stands for the same number; false when no cell can hold `result`.
 bool Store(QString& text, double result) {
-    if (!std::isfinite(result))
+    // Typed numbers end there too.
+    if (!(std::abs(result) <= double{std::numeric_limits<float>::max()}))
         return false;
     if (!IsNumber(text) || ParseNumber(text) != result)
         text = NumberText13(result);
@@ -93,9 +82,13 @@ std::variant<QStringList, CalculationFault> Interpolate(QStringList column,
         if (!IsNumber(column[row]))
             return CalculationFault{Reason::NoNumber, row};
     }
-    const Line line(column, rows, times);
+    const auto time_of = [&](qsizetype row) {
+        return times.size() > rows.last() ? ParseNumber(times[row]) : 0.0;
+    };
+    const Line line = {ParseNumber(column[rows.first()]), ParseNumber(column[rows.last()]),
+                       time_of(rows.first()), time_of(rows.last()), rows.size()};
     for (qsizetype i = 1; i + 1 < rows.size(); ++i) {
-        if (!Store(column[rows[i]], line.At(i)))
+        if (!Store(column[rows[i]], line.At(i, time_of(rows[i]))))
             return CalculationFault{Reason::NotFinite, rows[i]};
     }
     return column;
@@ -120,6 +113,24 @@ std::variant<QStringList, CalculationFault> Calculate(const Calculation& calcula
             return CalculationFault{Reason::NotFinite, row};
     }
     return result;
+}
+
+std::vector<double> CalculateNumbers(const Calculation& calculation, std::vector<double> column,
+                                     const QList<qsizetype>& rows, std::span<const double> times) {
+    const auto at = [](qsizetype row) { return static_cast<size_t>(row); };
+    if (!FieldsAreRight(calculation) || rows.isEmpty())
+        return column;
+    if (calculation.operation != Operation::Linear) {
+        for (const qsizetype row : rows)
+            column[at(row)] = Result(calculation, column[at(row)]);
+        return column;
+    }
+    const auto time_of = [&](qsizetype row) { return times.empty() ? 0.0 : times[at(row)]; };
+    const Line line = {column[at(rows.first())], column[at(rows.last())], time_of(rows.first()),
+                       time_of(rows.last()), rows.size()};
+    for (qsizetype i = 1; i + 1 < rows.size(); ++i)
+        column[at(rows[i])] = line.At(i, time_of(rows[i]));
+    return column;
 }
 
 bool KeepsTimeOrder(const QStringList& before, const QStringList& after) {

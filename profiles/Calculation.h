@@ -5,7 +5,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <span>
 #include <variant>
+#include <vector>
 
 /// What a calculation does with each number x of its rows.
 enum class Operation {
@@ -39,7 +41,7 @@ struct CalculationFault {
 
 /// `column` after `calculation` on `rows` (counted from 0, ascending, each once). Results are
 /// "%.13g" texts. A cell whose number does not change keeps its very text. Refused as a whole when
-/// one result is not finite.
+/// one result is not finite in single precision, as no typed number may be.
 ///
 /// `Linear` interpolates between the first and the last of `rows`, which keep their texts. The
 /// abscissa is `times` where these rise from the first to the last row, else the place in `rows`.
@@ -47,6 +49,12 @@ std::variant<QStringList, CalculationFault> Calculate(const Calculation& calcula
                                                       const QStringList& column,
                                                       const QList<qsizetype>& rows,
                                                       const QStringList& times = {});
+
+/// The same for numbers, to be shown before it is done: results may be not finite, and with wrong
+/// fields the column stays. `times` has an entry a row, or none.
+std::vector<double> CalculateNumbers(const Calculation& calculation, std::vector<double> column,
+                                     const QList<qsizetype>& rows,
+                                     std::span<const double> times = {});
 
 /// True when no time falls below the one before it, except where it already did in `before`. Both
 /// lists have the same length.

@@ -26,6 +26,7 @@ QString FaultText(const PointFault& fault) {
     switch (fault.kind) {
         case PointFault::Kind::NoNumber:
             return line + Quoted(fault.text) + u" n'est pas un nombre."_s;
+        case PointFault::Kind::NotFinite: return line + u"le résultat n'est pas un nombre fini."_s;
         case PointFault::Kind::NoPoint:
             return line + Quoted(fault.text) + u" n'est pas un point."_s;
         case PointFault::Kind::NoPoints: return u"Aucun point n'a été trouvé."_s;
@@ -44,8 +45,12 @@ PointFault PointFault::At(Kind kind, qsizetype line, QStringView text) {
 }
 
 QString FaultMessage(const PointFault& fault, PointTask task) {
-    return FaultText(fault) +
-           (task == PointTask::Insert ? u"\nRien n'a été inséré."_s : u"\nRien n'a été importé."_s);
+    switch (task) {
+        case PointTask::Insert: return FaultText(fault) + u"\nRien n'a été inséré."_s;
+        case PointTask::Import: return FaultText(fault) + u"\nRien n'a été importé."_s;
+        case PointTask::Change: break;
+    }
+    return FaultText(fault) + u"\nRien n'a été changé."_s;
 }
 
 bool PointCollector::Add(QStringList& list, QStringView cell, qsizetype line) {

@@ -14,6 +14,7 @@
 struct PointFault {
     enum class Kind {
         NoNumber,    ///< a cell of the line is no number
+        NotFinite,   ///< the result for the line is no finite number
         NoPoint,     ///< the line has another number of cells than it should
         NoPoints,    ///< the text holds no point at all; no line
         TooMany,     ///< more than `kMaxPoints`, from this line on
@@ -32,7 +33,7 @@ struct PointFault {
 };
 
 /// The action that a fault prevented.
-enum class PointTask { Insert, Import };
+enum class PointTask { Insert, Import, Change };
 
 /// The message of a fault: its place, its kind, and that nothing has changed. Long texts are cut;
 /// characters that cannot be shown are replaced.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <tuple>
 #include <utility>
@@ -21,11 +22,16 @@ bool FieldsAreRight(const SeriesPlan& plan) {
            (plan.shape != SeriesShape::Pulse || (plan.share >= 0.0 && plan.share <= 1.0));
 }
 
+// As of any number that is typed.
+bool IsStorable(double number) {
+    return std::abs(number) <= double{std::numeric_limits<float>::max()};
+}
+
 // The value of a function at times that rise from call to call.
 class Interpolation {
 public:
-    explicit Interpolation(const PointTexts& function)
-        : m_times(ParseNumbers(function.times)), m_values(ParseNumbers(function.values)) {
+    explicit Interpolation(PointNumbers function)
+        : m_times(std::move(function.times)), m_values(std::move(function.values)) {
         if (!std::is_sorted(m_times.begin(), m_times.end()))
             Sort();
     }
@@ -89,24 +95,62 @@ double ValueAt(const SeriesPlan& plan, int point, double time) {
 
 }  // namespace
 
-std::optional<PointTexts> MakeSeries(const SeriesPlan& plan, const PointTexts& function) {
+std::optional<PointNumbers> SeriesNumbers(const SeriesPlan& plan, PointNumbers function) {
     const bool interpolated = plan.shape == SeriesShape::Interpolated;
-    if (!FieldsAreRight(plan) || (interpolated && function.times.isEmpty()))
+    if (!FieldsAreRight(plan) || (interpolated && function.times.empty()))
         return std::nullopt;
-    Interpolation interpolation(interpolated ? function : PointTexts());
-    PointTexts points;
-    points.times.reserve(plan.count);
-    points.values.reserve(plan.count);
+    Interpolation interpolation(std::move(function));
+    PointNumbers points;
+    points.times.reserve(static_cast<size_t>(plan.count));
+    points.values.reserve(static_cast<size_t>(plan.count));
     for (int i = 0; i < plan.count; ++i) {
         const double time = plan.start + i * plan.step;
         const double value = interpolated ? interpolation.At(time) : ValueAt(plan, i, time);
-        if (!std::isfinite(time) || !std::isfinite(value))
+        if (!IsStorable(time) || !IsStorable(value))
             return std::nullopt;
+        points.times.push_back(time);
+        points.values.push_back(value);
+    }
+    return points;
+}
+
+std::optional<PointTexts> MakeSeries(const SeriesPlan& plan, const PointTexts& function) {
+    const auto numbers = SeriesNumbers(
+        plan, plan.shape == SeriesShape::Interpolated
+                  ? PointNumbers{ParseNumbers(function.times), ParseNumbers(function.values)}
+                  : PointNumbers());
+    if (!numbers)
+        return std::nullopt;
+    PointTexts points;
+    points.times.reserve(plan.count);
+    points.values.reserve(plan.count);
+    for (const double time : numbers->times) {
         const QString text = NumberText13(time);
         if (!points.times.isEmpty() && points.times.last() == text)
             return std::nullopt;
         points.times.append(text);
-        points.values.append(NumberText13(value));
     }
+    for (const double value : numbers->values)
+        points.values.append(NumberText13(value));
     return points;
+}
+
+PointNumbers MergePoints(const PointNumbers& present, const PointNumbers& added) {
+    PointNumbers all;
+    all.times.reserve(present.times.size() + added.times.size());
+    all.values.reserve(all.times.capacity());
+    size_t next = 0;
+    const auto take_until = [&](double time) {
+        for (; next < present.times.size() && !(present.times[next] > time); ++next) {
+            all.times.push_back(present.times[next]);
+            all.values.push_back(present.values[next]);
+        }
+    };
+    for (size_t i = 0; i < added.times.size(); ++i) {
+        take_until(added.times[i]);
+        all.times.push_back(added.times[i]);
+        all.values.push_back(added.values[i]);
+    }
+    take_until(std::numeric_limits<double>::infinity());
+    return all;
 }

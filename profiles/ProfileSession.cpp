@@ -59,6 +59,7 @@ bool ProfileSession::InitialFill() {
     if (facts().hasNames())
         QDir::setCurrent(folders().KindFolder(kind()));
     ResetHistory();
+    KeepStart();
     emit StateChanged();
     return stays;
 }
@@ -111,6 +112,7 @@ ProfileFileStatus ProfileSession::ReadFile(const QString& path) {
     m_place = {AbsolutePath(path), reading.line_end, savedName()};
     m_name = FileTitle(path);
     m_saved = true;
+    KeepStart();
     emit StateChanged();
     return reading.status;
 }

@@ -204,10 +204,19 @@ void RowEdits::EnterSeries(int row, const QList<std::pair<int, QStringList>>& co
 void RowEdits::ReplaceRows(const QStringList& times, const QStringList& values,
                            const QStringList& names) {
     const auto replace = [&] {
-        WriteRows(times, values, names);
+        // The selection stays where the rows do.
+        if (facts().hasTimes() && times.size() == m_table.RowCount())
+            m_table.SetColumns({times, values});
+        else
+            WriteRows(times, values, names);
         return 0;
     };
     Record(0, replace, Scope::Table);
+}
+
+void RowEdits::ReturnToStart() {
+    const TableTexts start = m_start.texts();
+    ReplaceRows(start.value(kLabel - 1), start.value(kValue - 1), start.value(kName - 1));
 }
 
 void RowEdits::RewriteHeaders() {

@@ -4,6 +4,7 @@
 #include "profiles/EditHistory.h"
 #include "profiles/ProfileKind.h"
 #include "profiles/ProfileTable.h"
+#include "profiles/StartRows.h"
 
 #include <QList>
 #include <QObject>
@@ -83,6 +84,10 @@ public:
     void ReplaceRows(const QStringList& times, const QStringList& values,
                      const QStringList& names = {});
 
+    /// Back to the rows as the host or the last opened file gave them, one step.
+    void ReturnToStart();
+    bool canReturnToStart() const { return !isViewOnly() && m_start.Differ(m_table); }
+
     /// Gives the columns the headers that stand over a pasted column.
     void RewriteHeaders();
 
@@ -127,6 +132,7 @@ protected:
     void SetDailyProfiles(const QStringList& names);
     void Rescale();
     void ResetHistory() { m_history.Reset(); }
+    void KeepStart() { m_start.Keep(m_table); }
     void ClearModified() { m_modified = false; }
 
 private:
@@ -157,6 +163,7 @@ private:
     DisplayMode m_mode;
     ProfileTable m_table;
     EditHistory m_history;
+    StartRows m_start;
     QStringList m_daily_profiles;
     std::optional<Before> m_drag;
     bool m_modified = false;

@@ -215,7 +215,7 @@ private slots:
         QVERIFY2(bench.messages.Done(), qPrintable(bench.messages.Report()));
     }
 
-    // An edit of a million points must not copy the column.
+    // The first edit of a million points copies its column, for the way back; no other may.
     void listsAreTakenOver() {
         SessionBench bench;
         SessionSetup setup = bench.Setup(ProfileKind::Function);
@@ -223,10 +223,13 @@ private slots:
         setup.values.detach();
         QVERIFY(bench.Start(std::move(setup)));
         for (const int column : {kLabel, kValue}) {
-            const QString* const cells = bench.Column(column).constData();
-            column == kValue ? bench.session->EnterValue(2, u"2"_s)
-                             : bench.session->EnterTime(2, 2, u"2"_s);
-            QCOMPARE(bench.Column(column).constData(), cells);
+            const QString* cells = nullptr;
+            for (const QString& text : {u"2"_s, u"3"_s}) {
+                column == kValue ? bench.session->EnterValue(2, text)
+                                 : bench.session->EnterTime(2, 2, text);
+                QVERIFY(cells == nullptr || cells == bench.Column(column).constData());
+                cells = bench.Column(column).constData();
+            }
         }
     }
 

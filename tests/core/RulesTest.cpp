@@ -10,6 +10,7 @@
 #include "grid/TabMoves.h"
 #include "profiles/Calculation.h"
 #include "profiles/Coefficients.h"
+#include "profiles/InsertPoints.h"
 #include "profiles/PointFile.h"
 #include "profiles/PointSeries.h"
 
@@ -112,6 +113,8 @@ private slots:
                                            {Operation::Add, low},
                                            {Operation::Limit, low, low + 50.0}}) {
                 const auto result = std::get<QStringList>(Calculate(one, function.values, rows));
+                QCOMPARE(CalculateNumbers(one, ParseNumbers(function.values), rows),
+                         ParseNumbers(result));
                 for (int i = 0; i < count; ++i) {
                     const double x = points[static_cast<size_t>(i)].second;
                     const double y = one.operation == Operation::Multiply ? x * low
@@ -121,8 +124,19 @@ private slots:
                     QCOMPARE(ParseNumber(result[i]), rows.contains(i) ? y : x);
                 }
             }
+            const std::vector<double> times = ParseNumbers(function.times);
+            const std::vector<double> values = ParseNumbers(function.values);
+            const Calculation line = {.operation = Operation::Linear};
+            const auto on_line = Calculate(line, function.values, rows, function.times);
+            const auto shown_line = CalculateNumbers(line, values, rows, times);
+            for (int i = 0; i < count; ++i)
+                QVERIFY(std::abs(ParseNumber(std::get<QStringList>(on_line)[i]) -
+                                 shown_line[static_cast<size_t>(i)]) < 1e-9);
             const SeriesPlan plan = {-1.0, 0.25, 140, SeriesShape::Interpolated};
             const PointTexts resampled = MakeSeries(plan, function).value();
+            const auto merged =
+                MergePoints({times, values}, SeriesNumbers(plan, {times, values}).value());
+            QCOMPARE(merged.times, ParseNumbers(InsertPoints(function, resampled).points.times));
             for (int i = 0; i < plan.count; ++i) {
                 const double time = plan.start + i * plan.step;
                 double expected = points.front().second;

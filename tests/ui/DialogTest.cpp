@@ -20,6 +20,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QKeySequence>
+#include <QLabel>
 #include <QMenu>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -63,9 +64,9 @@ struct Surroundings {
 
 // Who follows the steps of a case. A step: messages that come, whether the user really cancels (a
 // list of answers) and other questions, files to save to, the content of a file to open; what the
-// user does, in words; the steps "in" the dialog that this opens; texts that a window "shows"; what
-// is "written"; what the user sees then. Rows, headers and what can be undone stay where the step
-// does not say what becomes of them.
+// user does, in words; the steps "in" the dialog that this opens; texts that a window "shows"; the
+// values of its "pale" line; what is "written"; what the user sees then. Rows, headers and what can
+// be undone stay where the step does not say what becomes of them.
 class User {
 public:
     User(QWidget& window, Surroundings& around)
@@ -126,8 +127,9 @@ private:
             QVERIFY(QTest::qWaitForWindowActive(&m_window));
 
         for (const QString& text : VectorStrings(step[u"shows"]))
-            QVERIFY2(m_window.findChild<QTextEdit*>()->toPlainText().contains(text),
-                     qPrintable(text));
+            QTRY_VERIFY2(Shown().contains(text), qPrintable(text + u" in "_s + Shown()));
+        if (step.contains(u"pale"))
+            QTRY_COMPARE(PaleValues(), step[u"pale"].toString());
         if (step.contains(u"written"))
             QCOMPARE(ReadAll(m_around.folder.path() + step[u"save"].toString()),
                      step[u"written"].toString().toUtf8());
@@ -169,6 +171,8 @@ private:
                 qobject_cast<QComboBox*>(QApplication::activePopupWidget()->parentWidget());
             list->view()->setCurrentIndex(list->model()->index(list->findText(what), 0));
             QTest::keyClick(list->view(), Qt::Key_Return);
+        } else if (verb == u"menu") {
+            ChooseInMenu(what);
         } else if (verb == u"clipboard") {
             QGuiApplication::clipboard()->setText(Texts(what).join(u'\n'));
         } else if (verb == u"undo") {  // all
@@ -182,6 +186,43 @@ private:
             ActInGrid(verb, what.section(u' ', 0, 0).toInt(), what.section(u' ', 1, 1).toInt(),
                       what.section(u' ', 2));
         }
+    }
+
+    // By the keyboard alone.
+    void ChooseInMenu(const QString& entry) {
+        Act(u"keys"_s, u"Shift+F10"_s);
+        for (int moves = 0; moves < 50; ++moves) {
+            auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            QVERIFY(menu != nullptr);
+            const QAction* const at = menu->activeAction();
+            const bool found = at != nullptr && at->text() == entry;
+            QTest::keyClick(menu, found                                    ? Qt::Key_Return
+                                  : at != nullptr && at->menu() != nullptr ? Qt::Key_Right
+                                                                           : Qt::Key_Down);
+            if (found)
+                return;
+        }
+        QFAIL(qPrintable(entry));
+    }
+
+    // All texts of the window, one a line.
+    QString Shown() const {
+        QStringList texts;
+        for (const QTextEdit* const text : m_window.findChildren<QTextEdit*>())
+            texts.append(text->toPlainText());
+        for (const QLabel* const label : m_window.findChildren<QLabel*>())
+            texts.append(label->text());
+        return texts.join(u'\n');
+    }
+
+    // The values of the pale line over the chart of this window or of the one below it.
+    QString PaleValues() const {
+        const QObject& owner = m_dialog != nullptr ? m_window : *m_window.parent();
+        const ChartItems& pale = owner.findChild<CGraphControl*>()->document().preview;
+        QStringList values;
+        for (int i = 0; i < pale.Count(); ++i)
+            values.append(QString::number(pale.Value(i, pale.GroupCount() - 1)));
+        return values.join(u'|');
     }
 
     // Where the keyboard is.
@@ -309,6 +350,7 @@ private:
                 {u"tour"_s, m_tour.join(u'|')},
                 {u"enabled"_s, enabled.join(u'|')},
                 {u"undo"_s, YesOrNo(session.canUndo())},
+                {u"back"_s, YesOrNo(session.canReturnToStart())},
                 {u"redo"_s, YesOrNo(session.canRedo())},
                 {u"icon"_s, YesOrNo(m_around.messages.LastIcon() != MessageIcon::None)},
                 {u"modified"_s, YesOrNo(session.isModified())},
