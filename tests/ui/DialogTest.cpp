@@ -59,6 +59,7 @@ struct Surroundings {
 
     MessageScript messages;
     FileDialogScript files;
+    QWidget elsewhere;  // another window of the host
     const QTemporaryDir folder;
 };
 
@@ -178,6 +179,9 @@ private:
         } else if (verb == u"undo") {  // all
             while (m_dialog->session().canUndo())
                 Act(u"click"_s, u"Annuler"_s);
+        } else if (verb == u"elsewhere") {
+            m_around.elsewhere.show();
+            m_around.elsewhere.activateWindow();
         } else if (verb == u"close") {
             m_window.close();
         } else if (QWidget* const control = Control(what); control != nullptr) {

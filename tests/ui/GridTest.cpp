@@ -99,14 +99,19 @@ void GridTest::OtherWindowsFinishNothing() {
     QVERIFY(!shown.session->canUndo());
 }
 
+// Nor does a drag along the headers move the current cell.
 void GridTest::ColumnsKeepTheirWidths() {
     const ShownGrid shown(Annual, u"1*12"_s);
+    shown.grid->SelectCell(3, 2);
     QWidget* const header = shown.grid->horizontalHeader()->viewport();
     const int width = shown.grid->columnWidth(0);
-    QTest::mousePress(header, Qt::LeftButton, {}, QPoint(width - 1, 10));
-    QTest::mouseMove(header, QPoint(width + 30, 10));
-    QTest::mouseRelease(header, Qt::LeftButton, {}, QPoint(width + 60, 10));
-    QCOMPARE(shown.grid->columnWidth(0), width);
+    for (const int from : {width - 1, width / 2}) {
+        QTest::mousePress(header, Qt::LeftButton, {}, QPoint(from, 10));
+        QTest::mouseMove(header, QPoint(width + 30, 10));
+        QTest::mouseRelease(header, Qt::LeftButton, {}, QPoint(width + 60, 10));
+        QCOMPARE(shown.grid->columnWidth(0), width);
+    }
+    QCOMPARE(shown.Current(), std::pair(3, 2));
 }
 
 void GridTest::RowHeaderHoldsTheLargestNumber() {

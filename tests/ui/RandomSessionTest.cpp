@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kSteps = 2000;  // RANDOM_STEPS sets another number
+constexpr int kSteps = 800;  // RANDOM_STEPS sets another number
 constexpr int kMaxPoints = 30;
 
 SessionSetup Setup(ProfileKind kind, const ProfileFolders& folders) {
