@@ -127,8 +127,10 @@ GridSelection CGridControl::Selection() const {
 }
 
 void CGridControl::SelectCell(int row, int column) {
-    // Selects the cell alone, whatever modifier keys are down.
     const QModelIndex cell = model()->index(row - 1, column - 1);
+    // The view then extends a selection from here.
+    setCurrentIndex(cell);
+    // Selects the cell alone, whatever modifier keys are down.
     selectionModel()->setCurrentIndex(cell, QItemSelectionModel::ClearAndSelect);
     scrollTo(cell);
 }
