@@ -9,7 +9,6 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
-#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -78,8 +77,13 @@ ChosenFile RunFileDialog(const FileRequest& request, QFileDialog::AcceptMode mod
     dialog.setDefaultSuffix(request.default_suffix);
     if (dialog.exec() != QDialog::Accepted)
         return {};
-    const qsizetype type = filters.indexOf(dialog.selectedNameFilter());
-    return {dialog.selectedFiles().value(0), std::max<qsizetype>(type, 0)};
+    ChosenFile file = {dialog.selectedFiles().value(0), 0};
+    // Some versions of the toolkit name the filter as it is shown, others as it was given.
+    const QString filter = dialog.selectedNameFilter();
+    while (file.type + 1 < filters.size() && filters[file.type] != filter &&
+           request.types[file.type].caption != filter)
+        ++file.type;
+    return file;
 }
 
 }  // namespace

@@ -69,7 +69,7 @@ private slots:
             convert.start(u"ssconvert"_s, {u"--import-type=Gnumeric_stf:stf_csvtab"_s, u"--set"_s,
                                            u"D1==sum(A1:B3)"_s, folder.filePath(u"in.txt"_s),
                                            folder.filePath(u"out.csv"_s)});
-            QVERIFY(convert.waitForFinished());
+            QVERIFY(convert.waitForFinished(120'000));
             const QByteArray first_line = ReadAll(folder.filePath(u"out.csv"_s)).split('\n')[0];
             QCOMPARE(first_line, is_french ? "0,\"1,25\",,\"1002,25\"" : "0,1.25,,1002.25");
         }

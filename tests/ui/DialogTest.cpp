@@ -11,11 +11,13 @@
 #include "dialog/DialogTemplate.h"
 #include "dialog/MeanLabel.h"
 #include "dialog/ReadProgress.h"
+#include "dialog/UserPrompts.h"
 
 #include <QAbstractItemModelTester>
 #include <QAccessible>
 #include <QClipboard>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QHeaderView>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -414,6 +416,22 @@ private slots:
         });
         QCOMPARE(result, vector[u"result"].toInt(2));
         QDir::setCurrent(start);
+    }
+
+    // The toolkit's own dialog tells which type of file was chosen, though all end in ".csv".
+    void ChosenTypeOfFile() {
+        const UserPrompts prompts;
+        const QTemporaryDir folder;
+        QTimer::singleShot(0, qApp, [] {
+            auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            dialog->findChild<QComboBox*>(u"fileTypeCombo"_s)->setCurrentIndex(1);
+            dialog->selectFile(u"out"_s);
+            QTest::keyClick(dialog->findChild<QLineEdit*>(), Qt::Key_Return);
+        });
+        const FileRequest::FileType types[] = {{u"A"_s, u"*.csv"_s}, {u"B"_s, u"*.csv"_s}};
+        const ChosenFile file = AskSaveFile({folder.path(), {types[0], types[1]}, u"csv"_s});
+        QCOMPARE(file.path, folder.filePath(u"out.csv"_s));
+        QCOMPARE(file.type, 1);
     }
 
     // A bar shows itself when the reading takes long, and not before.
