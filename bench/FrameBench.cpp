@@ -12,6 +12,7 @@
 #include <QMouseEvent>
 #include <QTableView>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <array>
 #include <memory>
@@ -78,6 +79,19 @@ public:
         // The application knows the buttons from events that come from outside.
         QSpontaneKeyEvent::setSpontaneous(&event);
         qApp->notify(m_view, &event);
+    }
+
+    QPoint Middle() const { return m_view->rect().center(); }
+
+    void Wheel(QPoint at, int turn, Qt::KeyboardModifiers keys) const {
+        QWheelEvent event(at, m_view->mapToGlobal(at), {}, {0, turn}, {}, keys, Qt::NoScrollPhase,
+                          false);
+        qApp->notify(m_view, &event);
+    }
+
+    void ShowAll() {
+        m_view->ShowAll();
+        Frame();
     }
 
     bool IsDragging() const { return m_dialog->session().isDragging(); }
@@ -157,6 +171,33 @@ void DragFrame(benchmark::State& state) {
     window.Frame();
 }
 
+// The wheel zooms in by six notches and out again.
+void ZoomFrame(benchmark::State& state) {
+    Window& window = windows.For(state);
+    int step = 0;
+    for (auto _ : state) {
+        window.Wheel(window.Middle(), ++step % 12 < 6 ? 120 : -120, Qt::NoModifier);
+        if (!window.Frame())
+            state.SkipWithError("nothing was painted");
+    }
+    window.ShowAll();
+}
+
+// The wheel pans to and fro over half of the points.
+void PanFrame(benchmark::State& state) {
+    Window& window = windows.For(state);
+    for (int i = 0; i < 3; ++i)
+        window.Wheel(window.Middle(), 120, Qt::NoModifier);
+    window.Frame();
+    int step = 0;
+    for (auto _ : state) {
+        window.Wheel(window.Middle(), ++step % 2 == 0 ? 120 : -120, Qt::ShiftModifier);
+        if (!window.Frame())
+            state.SkipWithError("nothing was painted");
+    }
+    window.ShowAll();
+}
+
 // The mouse goes over the chart: the item under it is looked for, its tip shown.
 void HoverMove(benchmark::State& state) {
     const Window& window = windows.For(state);
@@ -175,6 +216,8 @@ void Sizes(benchmark::internal::Benchmark* one) {
 BENCHMARK(EnterValue)->Apply(Sizes);
 BENCHMARK(EnterValueFrame)->Apply(Sizes);
 BENCHMARK(DragFrame)->Apply(Sizes);
+BENCHMARK(ZoomFrame)->Apply(Sizes);
+BENCHMARK(PanFrame)->Apply(Sizes);
 BENCHMARK(HoverMove)->Apply(Sizes);
 
 }  // namespace

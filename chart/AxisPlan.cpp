@@ -150,7 +150,15 @@ AxisPlan PlanAxis(const ChartScale& scale, const AxisNeeds& needs) {
 }
 
 AxisPlan PlanItemAxis(int count) {
-    return {-0.5, std::max(count, 1) - 0.5, 1.0, 6};
+    return {-0.5, std::max(count, 1) - 0.5, 1.0, 6, 1.0};
+}
+
+AxisPlan PlanPart(const AxisPlan& whole, double low, double high) {
+    AxisPlan part = {.low = low, .high = high, .least_step = whole.least_step};
+    part.step =
+        std::max(NiceStep(whole.step * (high - low) / (whole.high - whole.low)), whole.least_step);
+    part.digits = LabelDigits(part);
+    return part;
 }
 
 AxisPlans PlanAxes(const CDocControl& chart, QSize plot, double label_height) {

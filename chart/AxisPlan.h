@@ -12,8 +12,9 @@
 struct AxisPlan {
     double low = 0.0;
     double high = 1.0;
-    double step = 1.0;  ///< between labels
-    int digits = 6;     ///< significant digits of a label, enough to tell neighbours apart
+    double step = 1.0;        ///< between labels
+    int digits = 6;           ///< significant digits of a label, enough to tell neighbours apart
+    double least_step = 0.0;  ///< between labels of any part of the axis
 
     /// The places of the labels, in order.
     std::vector<double> Ticks() const;
@@ -41,6 +42,9 @@ AxisPlan PlanAxis(const ChartScale& scale, const AxisNeeds& needs);
 
 /// Plans the axis of `count` items that stand on their indices: half an interval free at both ends.
 AxisPlan PlanItemAxis(int count);
+
+/// Plans the part of an axis from `low` to `high`: as densely labelled as `whole`, or less.
+AxisPlan PlanPart(const AxisPlan& whole, double low, double high);
 
 /// Both axes of a chart.
 struct AxisPlans {

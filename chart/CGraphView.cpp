@@ -5,6 +5,8 @@
 #include "chart/CGraphControl.h"
 #include "chart/DragRules.h"
 #include "chart/ItemPicking.h"
+#include "chart/ZoomBar.h"
+#include "chart/ZoomGestures.h"
 #include "profiles/ProfileSession.h"
 
 #include <QContextMenuEvent>
@@ -14,8 +16,11 @@
 #include <QTextDocument>
 #include <QTimer>
 #include <QToolTip>
+#include <QWheelEvent>
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -27,10 +32,23 @@ constexpr int kTipTime = 10000;  // milliseconds
 // Pixels. A press that moves less is a click; it changes no value.
 constexpr int kDragDistance = 3;
 
+// Pixels around the axes in which an item still shows.
+constexpr double kItemRoom = 5.0;
+
+// A notch of a mouse wheel; finely resolved wheels and touchpads turn by less.
+constexpr double kNotch = 120.0;
+
+// Share of the visible part that a notch pans by.
+constexpr double kPanShare = 0.1;
+
 }  // namespace
 
 CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget* parent)
-    : QWidget(parent), m_session(session), m_control(control), m_plot(control->document(), this) {
+    : QWidget(parent),
+      m_session(session),
+      m_control(control),
+      m_plot(control->document(), this),
+      m_zoom_bar(new ZoomBar(this)) {
     setObjectName(u"5001_Chart"_s);
     setAccessibleName(u"Chart"_s);
     setMouseTracking(true);
@@ -40,6 +58,13 @@ CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget*
         Redraw(Due::Everything);
     });
     connect(m_control, &CGraphControl::ItemsChanged, this, [this] { Redraw(Due::Items); });
+    connect(m_zoom_bar, &ZoomBar::Dragged, this, [this](double from) {
+        const AxisRange whole = m_zoom.Whole(ChartAxis::Items);
+        ChartZoom zoom = m_zoom;
+        zoom.Pan(ChartAxis::Items,
+                 whole.low + from * whole.Extent() - zoom.Range(ChartAxis::Items).low);
+        SetZoom(zoom);
+    });
 }
 
 // Changes are gathered until the next painting.
@@ -55,9 +80,99 @@ void CGraphView::Draw() {
     if (due == Due::Everything)
         m_plot.Style({size(), font(), palette()});
     // The axes stay still under a drag.
-    if (!m_drag)
-        m_plot.FitAxes();
+    if (!m_drag && due >= Due::Items)
+        m_zoom.SetFitted(m_plot.FittedAxes());
+    m_plot.SetAxes(m_zoom.Visible(), m_zoom.Fitted());
     m_plot.Replot();
+    PlaceZoomBar();
+}
+
+// Below all labels, as long as the axis.
+void CGraphView::PlaceZoomBar() {
+    m_zoom_bar->setVisible(m_zoom.IsZoomed(ChartAxis::Items));
+    const AxisScale axis = Scale().x;
+    const int left = static_cast<int>(std::lround(axis.from));
+    m_zoom_bar->setGeometry(left, height() - 1 - ZoomBar::kHeight,
+                            static_cast<int>(std::lround(axis.to)) - left, ZoomBar::kHeight);
+    const AxisRange whole = m_zoom.Whole(ChartAxis::Items);
+    m_zoom_bar->SetPart((axis.low - whole.low) / whole.Extent(),
+                        (axis.high - whole.low) / whole.Extent());
+}
+
+void CGraphView::SetZoom(const ChartZoom& zoom) {
+    if (zoom == m_zoom)
+        return;
+    const bool was_zoomed = std::exchange(m_zoom, zoom).IsZoomed();
+    Redraw(Due::Axes);
+    if (was_zoomed != m_zoom.IsZoomed())
+        emit ZoomedChanged();
+}
+
+// As the next painting will show it: several acts may come between two.
+PlotScale CGraphView::NextScale() const {
+    PlotScale scale = Scale();
+    const AxisRange items = m_zoom.Range(ChartAxis::Items);
+    const AxisRange values = m_zoom.Range(ChartAxis::Values);
+    scale.x.low = items.low;
+    scale.x.high = items.high;
+    scale.y.low = values.low;
+    scale.y.high = values.high;
+    return scale;
+}
+
+void CGraphView::ZoomBy(double notches) {
+    const PlotScale scale = NextScale();
+    const QPointF middle((scale.x.low + scale.x.high) / 2.0, 0.0);
+    ChartZoom zoom = m_zoom;
+    ZoomByNotches(zoom, m_control->document(), ChartAxis::Items, middle, notches);
+    SetZoom(zoom);
+}
+
+void CGraphView::PanBy(double share) {
+    ChartZoom zoom = m_zoom;
+    zoom.Pan(ChartAxis::Items, share * zoom.Range(ChartAxis::Items).Extent());
+    SetZoom(zoom);
+}
+
+void CGraphView::ShowAll() {
+    ChartZoom zoom = m_zoom;
+    zoom.Fit();
+    SetZoom(zoom);
+}
+
+ChartZoom CGraphView::ZoomFor(const QList<int>& rows) const {
+    QList<int> indices;
+    for (const int row : rows)
+        indices.append(row - 1);
+    ChartZoom zoom = m_zoom;
+    ShowItems(zoom, m_control->document(), indices);
+    return zoom;
+}
+
+void CGraphView::BringIntoView(int row) {
+    if (m_drag || !m_zoom.IsZoomed())
+        return;
+    ::BringIntoView(m_zoom, m_control->document(), row - 1);
+    Redraw(Due::Items);
+}
+
+void CGraphView::wheelEvent(QWheelEvent* event) {
+    const QPoint turn = event->angleDelta();
+    const bool sideways = std::abs(turn.x()) > std::abs(turn.y());
+    const double notches = (sideways ? turn.x() : turn.y()) / kNotch;
+    if (m_drag || m_held_place)
+        return;
+    Hover({-1, -1});
+    const bool pans = sideways || event->modifiers().testFlag(Qt::ShiftModifier);
+    if (pans) {
+        PanBy(-notches * kPanShare);
+        return;
+    }
+    const bool values = event->modifiers().testFlag(Qt::ControlModifier);
+    ChartZoom zoom = m_zoom;
+    ZoomByNotches(zoom, m_control->document(), values ? ChartAxis::Values : ChartAxis::Items,
+                  NextScale().ToValues(event->position()), notches);
+    SetZoom(zoom);
 }
 
 void CGraphView::paintEvent(QPaintEvent*) {
@@ -85,8 +200,10 @@ void CGraphView::changeEvent(QEvent* event) {
 
 bool CGraphView::event(QEvent* event) {
     // The release never arrives when a dialog covers the window or the window is hidden.
-    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::Hide)
+    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::Hide) {
         FinishDrag();
+        EndPan();
+    }
     return QWidget::event(event);
 }
 
@@ -116,8 +233,20 @@ void CGraphView::ShowTip(int index) {
     m_tipped_item = index;
 }
 
+// What is out of view cannot be picked. Without a zoom there is no such thing.
+bool CGraphView::IsInView(QPointF position) const {
+    const PlotScale scale = Scale();
+    const QRectF axes(QPointF(scale.x.from, scale.y.to), QPointF(scale.x.to, scale.y.from));
+    return !m_zoom.IsZoomed() ||
+           axes.adjusted(-kItemRoom, -kItemRoom, kItemRoom, kItemRoom).contains(position);
+}
+
+std::optional<int> CGraphView::ItemAt(QPointF position) const {
+    return IsInView(position) ? HitItem(m_control->document(), Scale(), position) : std::nullopt;
+}
+
 void CGraphView::Hover(QPoint position) {
-    const std::optional<int> hit = HitItem(m_control->document(), Scale(), position);
+    const std::optional<int> hit = ItemAt(position);
     if (hit == m_tipped_item)
         return;
     if (hit) {
@@ -136,8 +265,15 @@ void CGraphView::leaveEvent(QEvent*) {
 }
 
 void CGraphView::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton) {
-        event->setAccepted(m_drag.has_value());
+    if (event->button() == Qt::MiddleButton && !m_drag) {
+        emit PressBegins();
+        m_held_place = NextScale().ToValues(event->position());
+        Hover({-1, -1});
+        setCursor(Qt::ClosedHandCursor);
+        return;
+    }
+    if (event->button() != Qt::LeftButton || m_held_place) {
+        event->setAccepted(m_drag || m_held_place);
         return;
     }
     emit PressBegins();
@@ -145,18 +281,24 @@ void CGraphView::mousePressEvent(QMouseEvent* event) {
     m_last_mouse = event->position().toPoint();
     const CDocControl& chart = m_control->document();
     const PlotScale scale = Scale();
-    if (const std::optional<int> hit = HitItem(chart, scale, event->position())) {
+    if (const std::optional<int> hit = ItemAt(event->position())) {
         // The release has gone to the box that refused an entry.
         if (QGuiApplication::mouseButtons().testFlag(Qt::LeftButton))
             m_drag = ItemDrag{.item = *hit, .press = m_last_mouse};
         emit CellPicked(*hit + 1);
-    } else if (m_session->facts().hasTimes()) {
+    } else if (m_session->facts().hasTimes() && IsInView(event->position())) {
         QList<QPointF> points(chart.items.Count());
         for (int i = 0; i < chart.items.Count(); ++i)
             points[i] = chart.items.Place(i);
         if (const auto picked = PickPoint(points, scale.ToValues(event->position())))
             emit CellPicked(static_cast<int>(*picked) + 1);
     }
+}
+
+void CGraphView::mouseDoubleClickEvent(QMouseEvent* event) {
+    mousePressEvent(event);
+    if (event->button() == Qt::LeftButton && !ItemAt(event->position()))
+        ShowAll();
 }
 
 void CGraphView::DragPoint(QPoint point) {
@@ -175,6 +317,14 @@ void CGraphView::DragPoint(QPoint point) {
 void CGraphView::mouseMoveEvent(QMouseEvent* event) {
     const QPoint position = event->position().toPoint();
     m_last_mouse = position;
+    if (m_held_place) {
+        ChartZoom zoom = m_zoom;
+        PanWith(zoom, *m_held_place, NextScale().ToValues(event->position()));
+        SetZoom(zoom);
+        if (!event->buttons().testFlag(Qt::MiddleButton))
+            EndPan();
+        return;
+    }
     if (!m_drag) {
         Hover(position);
         return;
@@ -190,13 +340,19 @@ void CGraphView::mouseMoveEvent(QMouseEvent* event) {
     ShowTip(m_drag->item);
 }
 
+void CGraphView::EndPan() {
+    if (std::exchange(m_held_place, std::nullopt))
+        unsetCursor();
+}
+
 void CGraphView::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton)
+    if (event->button() == Qt::MiddleButton)
+        EndPan();
+    if (event->button() != Qt::LeftButton || m_held_place)
         return;
     m_last_mouse = event->position().toPoint();
     const std::optional<int> item =
-        m_drag ? std::optional(m_drag->item)
-               : HitItem(m_control->document(), Scale(), event->position());
+        m_drag ? std::optional(m_drag->item) : ItemAt(event->position());
     FinishDrag();
     if (item)
         emit CellPicked(*item + 1);

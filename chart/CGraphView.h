@@ -2,7 +2,9 @@
 #pragma once
 
 #include "chart/ChartPlot.h"
+#include "chart/ChartZoom.h"
 
+#include <QList>
 #include <QPoint>
 #include <QWidget>
 
@@ -10,6 +12,7 @@
 
 class CGraphControl;
 class ProfileSession;
+class ZoomBar;
 
 /// Shows the chart of a CGraphControl. The user reads items in tips and drags them. A dragged value
 /// goes into the session's table and comes back through the control, so chart and grid always show
@@ -30,27 +33,49 @@ public:
     /// The mapping between axis units and the pixels of this widget, as drawn last.
     PlotScale Scale() const { return m_plot.Scale(); }
 
+    /// Zooms the items' axis about its middle, in or (below 0) out.
+    void ZoomBy(double notches);
+
+    /// Moves the visible part of the items' axis by `share` of its extent.
+    void PanBy(double share);
+
+    bool isZoomed() const { return m_zoom.IsZoomed(); }
+    void ShowAll();
+
+    /// Shows the items of these grid rows.
+    void ShowRows(const QList<int>& rows) { SetZoom(ZoomFor(rows)); }
+
+    /// Whether that would change anything.
+    bool canShowRows(const QList<int>& rows) const { return !(ZoomFor(rows) == m_zoom); }
+
+    /// Pans to the item of this grid row if it is out of view.
+    void BringIntoView(int row);
+
 signals:
     /// A press on the chart begins; an open cell editor is to be closed.
     void PressBegins();
     /// The item of this grid row was picked.
     void CellPicked(int row);
+    /// `isZoomed` has changed by the user's act.
+    void ZoomedChanged();
 
 protected:
     bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
 
 private:
     /// What the next painting draws anew.
-    enum class Due { Nothing, Items, Everything };
+    enum class Due { Nothing, Axes, Items, Everything };
 
     /// An item in the user's hand, from the press to the release.
     struct ItemDrag {
@@ -61,6 +86,13 @@ private:
 
     void Redraw(Due due);
     void Draw();
+    void PlaceZoomBar();
+    void SetZoom(const ChartZoom& zoom);
+    ChartZoom ZoomFor(const QList<int>& rows) const;
+    PlotScale NextScale() const;
+    bool IsInView(QPointF position) const;
+    std::optional<int> ItemAt(QPointF position) const;
+    void EndPan();
     void Hover(QPoint position);
     void FinishDrag();
     QString TipText(int index) const;
@@ -68,9 +100,12 @@ private:
     ProfileSession* m_session;
     CGraphControl* m_control;
     ChartPlot m_plot;
+    ChartZoom m_zoom;
+    ZoomBar* m_zoom_bar;  // a child
     Due m_due = Due::Everything;
 
     QPoint m_last_mouse;
     std::optional<int> m_tipped_item;
     std::optional<ItemDrag> m_drag;
+    std::optional<QPointF> m_held_place;  // in axis units, while the middle button pans
 };

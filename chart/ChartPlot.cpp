@@ -249,11 +249,16 @@ void ChartPlot::StyleTicks(QCPAxis& axis, const TickMarks& marks) {
     }
 }
 
-void ChartPlot::FitAxes() {
-    SetAxes(PlanAxes(m_chart, m_plot->size(), QFontMetricsF(ChartFont(kAxisTextHeight)).height()));
+AxisPlans ChartPlot::FittedAxes() const {
+    return PlanAxes(m_chart, m_plot->size(), QFontMetricsF(ChartFont(kAxisTextHeight)).height());
 }
 
-void ChartPlot::SetAxes(const AxisPlans& plans) {
+void ChartPlot::FitAxes() {
+    const AxisPlans plans = FittedAxes();
+    SetAxes(plans, plans);
+}
+
+void ChartPlot::SetAxes(const AxisPlans& plans, const AxisPlans& whole) {
     m_plans = plans;
     const bool texts = m_chart.index_scale.labels == ScaleLabels::ItemTexts;
     m_plot->yAxis->setRange(plans.values.low, plans.values.high);
@@ -261,10 +266,13 @@ void ChartPlot::SetAxes(const AxisPlans& plans) {
     m_plot->yAxis->setTicker(QSharedPointer<PlanTicker>::create(plans.values, nullptr));
     m_plot->xAxis->setTicker(
         QSharedPointer<PlanTicker>::create(plans.items, texts ? &m_chart.items : nullptr));
-    const IndexLabels labels = PlaceIndexLabels(
-        m_chart, plans.items, m_plot->width() - kBesideAxes.width(), ChartFont(kAxisTextHeight));
+    const auto place = [this](const AxisPlan& plan) {
+        return PlaceIndexLabels(m_chart, plan, m_plot->width() - kBesideAxes.width(),
+                                ChartFont(kAxisTextHeight));
+    };
+    const IndexLabels labels = place(plans.items);
     m_plot->xAxis->setTickLabelRotation(labels.angle);
-    m_plot->axisRect()->setMinimumMargins(labels.margins);
+    m_plot->axisRect()->setMinimumMargins(labels.margins | place(whole.items).margins);
 }
 
 void ChartPlot::Replot() {

@@ -43,8 +43,12 @@ public:
     /// Plans the axes for the chart's items.
     void FitAxes();
 
-    /// Shows these parts of the axes.
-    void SetAxes(const AxisPlans& plans);
+    /// The plans that show all of the chart's items.
+    AxisPlans FittedAxes() const;
+
+    /// Shows these parts of the axes. Labels leave at least as much room beside them as those of
+    /// `whole` would, so that places keep their pixels while the parts change.
+    void SetAxes(const AxisPlans& plans, const AxisPlans& whole);
 
     /// Draws axes and items; they are shown with the next painting of the widget.
     void Replot();

@@ -13,6 +13,7 @@
 #include <cmath>
 #include <cstddef>
 #include <numeric>
+#include <set>
 
 namespace {
 
@@ -103,6 +104,8 @@ public:
           m_device_pixels(device_pixels) {}
 
     void PaintBars() {
+        // Of a bar at the end of the axis only the part that belongs there is seen.
+        m_painter.setClipRect(AxesRect(kFarAway), Qt::IntersectClip);
         for (int i = 0; i < m_chart.items.Count(); ++i) {
             if (m_chart.items.IsDrawn(i))
                 PaintBar(i);
@@ -110,15 +113,23 @@ public:
     }
 
     void PaintPoints() {
-        const std::span<const double> ys = m_chart.items.Group(m_chart.items.GroupCount() - 1);
-        std::vector<double> indices(m_chart.items.GroupCount() == 1 ? ys.size() : 0);
+        const std::span<const double> values = m_chart.items.Group(m_chart.items.GroupCount() - 1);
+        std::vector<double> indices(m_chart.items.GroupCount() == 1 ? values.size() : 0);
         std::iota(indices.begin(), indices.end(), 0.0);
-        const std::span<const double> xs = indices.empty() ? m_chart.items.Group(0) : indices;
+        const std::span<const double> all = indices.empty() ? m_chart.items.Group(0) : indices;
+        const auto [first, last] = PointsInSight(all, m_scale.x);
+        const std::span<const double> xs = all.subspan(first, last - first);
+        const std::span<const double> ys = values.subspan(first, last - first);
         const ThinnedLine line = ThinLine(xs, ys, m_scale, m_device_pixels);
         if (m_chart.item_style.points == PointLook::None)
             return;
+        std::set<int> highlighted;
+        for (const int index : m_chart.items.Highlighted()) {
+            if (index >= static_cast<int>(first) && index < static_cast<int>(last))
+                highlighted.insert(index - static_cast<int>(first));
+        }
         PaintLine(line, m_chart.item_style.second_colour);
-        PaintMarkers(xs, ys, line.density);
+        PaintMarkers(xs, ys, line.density, highlighted);
     }
 
     void PaintPreview() {
@@ -133,6 +144,12 @@ public:
 private:
     double OnDevicePixel(double value) const {
         return std::round(value * m_device_pixels) / m_device_pixels;
+    }
+
+    // The room between the axes, with `above` pixels more above and below it.
+    QRectF AxesRect(double above) const {
+        return QRectF(QPointF(m_scale.x.from, m_scale.y.to), QPointF(m_scale.x.to, m_scale.y.from))
+            .adjusted(0.0, -above, 0.0, above);
     }
 
     QRectF BarRect(QPointF place) const {
@@ -179,6 +196,7 @@ private:
                    thinned.density.IsDense(line[index + 1].x());
         };
         m_painter.save();
+        m_painter.setClipRect(AxesRect(m_chart.item_style.width), Qt::IntersectClip);
         m_painter.setRenderHint(QPainter::Antialiasing);
         // Pixel centres lie at halves.
         m_painter.translate(0.5, 0.5);
@@ -194,18 +212,19 @@ private:
     }
 
     void PaintMarkers(std::span<const double> xs, std::span<const double> ys,
-                      const PointDensity& density) {
+                      const PointDensity& density, const std::set<int>& highlighted) {
         const double distance =
             std::abs(m_scale.x.to - m_scale.x.from) / static_cast<double>(xs.size());
         MarkerCells cells(m_scale, distance < kRoomyDistance ? kSmallMarker : kLargeMarker,
                           m_device_pixels);
-        ForEachMarker(xs, ys, m_scale, density, m_chart.items.Highlighted(),
+        ForEachMarker(xs, ys, m_scale, density, highlighted,
                       [&](QPointF place) { cells.Add(place); });
         cells.Paint(m_painter, ToQColor(m_chart.item_style.colour));
         for (int i : m_chart.items.Highlighted()) {
-            if (!m_chart.items.IsDrawn(i))
+            const QPointF place = m_chart.items.Place(i);
+            if (!m_scale.x.Shows(place.x()) || !m_scale.y.Shows(place.y()))
                 continue;
-            const QPointF centre = m_scale.ToPixels(m_chart.items.Place(i));
+            const QPointF centre = m_scale.ToPixels(place);
             const double left = OnDevicePixel(centre.x() + 0.5 - kLargeMarker / 2.0);
             const double top = OnDevicePixel(centre.y() + 0.5 - kLargeMarker / 2.0);
             m_painter.fillRect(QRectF(left, top, kLargeMarker, kLargeMarker),

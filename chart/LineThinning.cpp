@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numeric>
 
 namespace {
@@ -16,6 +17,14 @@ constexpr size_t kDensityReach = 4;
 // More than any screen has.
 constexpr double kMaxColumns = 1e6;
 
+// Pixels beside the axis whose points are still drawn: markers reach as far.
+constexpr double kBesideAxis = 10.0;
+
+// Pixels up to which lines are worked out before they are cut off.
+constexpr double kEndOfLines = 1e9;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
 // One run of neighbouring points in the same column; the indices are in the order of the points.
 struct Run {
     size_t first = 0;
@@ -27,9 +36,11 @@ struct Run {
 class Line {
 public:
     Line(std::span<const double> xs, std::span<const double> ys, const PlotScale& scale)
-        : m_xs(xs), m_ys(ys), m_scale(scale) {}
+        : m_xs(xs), m_ys(ys), m_x_pixels(scale.x, kEndOfLines), m_y_pixels(scale.y, kEndOfLines) {}
 
-    void Append(size_t index) { m_points.push_back(m_scale.ToPixels({m_xs[index], m_ys[index]})); }
+    void Append(size_t index) {
+        m_points.emplace_back(m_x_pixels(m_xs[index]), m_y_pixels(m_ys[index]));
+    }
 
     void Append(const Run& run) {
         size_t kept[] = {run.first, run.lowest, run.highest, run.last};
@@ -43,9 +54,53 @@ public:
 private:
     std::span<const double> m_xs;
     std::span<const double> m_ys;
-    PlotScale m_scale;
+    AxisPixels m_x_pixels;
+    AxisPixels m_y_pixels;
     std::vector<QPointF> m_points;
 };
+
+QPointF Nearest(QPointF place) {
+    return {std::clamp(place.x(), -kFarAway, kFarAway), std::clamp(place.y(), -kFarAway, kFarAway)};
+}
+
+// The part of the way from `a` to `b` that is not far away, as shares of it; the first is above the
+// second where there is none.
+std::pair<double, double> PartWithin(QPointF a, QPointF b) {
+    double from = 0.0;
+    double to = 1.0;
+    for (const auto& [start, way] : {std::pair(a.x(), b.x() - a.x()), {a.y(), b.y() - a.y()}}) {
+        if (way == 0.0) {
+            to = std::abs(start) > kFarAway ? -1.0 : to;
+            continue;
+        }
+        const double enters = (-std::copysign(kFarAway, way) - start) / way;
+        const double leaves = (std::copysign(kFarAway, way) - start) / way;
+        from = std::max(from, enters);
+        to = std::min(to, leaves);
+    }
+    return {from, to};
+}
+
+// A line ends where it gets far away, in the direction in which it goes, and comes back along the
+// bounds.
+std::vector<QPointF> CutOff(std::vector<QPointF> line) {
+    const auto is_far = [](QPointF place) { return place != Nearest(place); };
+    if (std::none_of(line.begin(), line.end(), is_far))
+        return line;
+    std::vector<QPointF> cut = {Nearest(line.front())};
+    for (size_t i = 1; i < line.size(); ++i) {
+        const QPointF a = line[i - 1];
+        const QPointF b = line[i];
+        if (const auto [from, to] = PartWithin(a, b); from < to) {
+            if (from > 0.0)
+                cut.push_back(a + (b - a) * from);
+            if (to < 1.0)
+                cut.push_back(a + (b - a) * to);
+        }
+        cut.push_back(Nearest(b));
+    }
+    return cut;
+}
 
 // Each column's lowest and highest point, from left to right.
 ThinnedLine Envelope(std::span<const double> xs, std::span<const double> ys, const PlotScale& scale,
@@ -84,6 +139,21 @@ ThinnedLine Envelope(std::span<const double> xs, std::span<const double> ys, con
 
 }  // namespace
 
+std::pair<size_t, size_t> PointsInSight(std::span<const double> xs, const AxisScale& axis) {
+    const double room = kBesideAxis / std::abs(axis.PixelsPerUnit());
+    const double low = axis.low - room;
+    const double high = axis.high + room;
+    const auto falls = [](double a, double b) { return !(a <= b); };
+    // With the whole axis in sight there is no need to look at the order.
+    if (xs.empty() || (xs.front() >= low && xs.back() <= high) ||
+        std::adjacent_find(xs.begin(), xs.end(), falls) != xs.end())
+        return {0, xs.size()};
+    const auto first = std::lower_bound(xs.begin(), xs.end(), low);
+    const auto last = std::upper_bound(first, xs.end(), high);
+    return {static_cast<size_t>(first - xs.begin() - (first == xs.begin() ? 0 : 1)),
+            static_cast<size_t>(last - xs.begin() + (last == xs.end() ? 0 : 1))};
+}
+
 ThinnedLine ThinLine(std::span<const double> xs, std::span<const double> ys, const PlotScale& scale,
                      double columns) {
     const size_t count = std::min(xs.size(), ys.size());
@@ -92,9 +162,8 @@ ThinnedLine ThinLine(std::span<const double> xs, std::span<const double> ys, con
     const size_t most = kMaxPerColumn * used_width;
     const double factor = scale.x.PixelsPerUnit() * columns;
     const double offset = (scale.x.from * columns) - scale.x.low * factor;
-
     const double first_column = std::floor(std::min(scale.x.from, scale.x.to) * columns);
-
+    const double end_column = first_column + static_cast<double>(used_width);
     Line line(xs, ys, scale);
     std::vector<size_t> counts(used_width);
     Run run;
@@ -132,16 +201,18 @@ ThinnedLine ThinLine(std::span<const double> xs, std::span<const double> ys, con
             end_run();
         run = {i, i, i, i};
         lowest = highest = y;
-        column = std::floor(offset + x * factor);
-        from = (column - offset) / factor;
-        to = (column + 1.0 - offset) / factor;
+        // All that the axis does not show is one column on each side of it.
+        column = std::clamp(std::floor(offset + x * factor), first_column - 1.0, end_column);
+        from = column < first_column ? -kInfinity : (column - offset) / factor;
+        to = column < end_column ? (column + 1.0 - offset) / factor : kInfinity;
         in_run = true;
         if (count > most && line.Points().size() > most)
             return Envelope(xs.first(count), ys.first(count), scale, columns, used_width);
     }
     if (in_run)
         end_run();
-    return {std::move(line.Points()), PointDensity(counts, first_column / columns, columns)};
+    return {CutOff(std::move(line.Points())),
+            PointDensity(counts, first_column / columns, columns)};
 }
 
 PointDensity::PointDensity(std::span<const size_t> counts, double left, double columns)

@@ -46,6 +46,11 @@ struct ThinnedLine {
     PointDensity density;         ///< of all points, also of those that were left out
 };
 
+/// Which of the points at `xs` an axis shows, as the first one and the one behind the last, with
+/// what stands just beside it and the next points on both sides, to which lines lead. All of them
+/// where the points do not stand in order.
+std::pair<size_t, size_t> PointsInSight(std::span<const double> xs, const AxisScale& axis);
+
 /// The line through the points (xs[i], ys[i]) in their order, in pixels, reduced to what can be
 /// seen: of neighbours in the same pixel column only the first, the lowest, the highest and the
 /// last stay. Points that are not finite are passed over. `columns` is the number of pixel columns
@@ -54,16 +59,16 @@ struct ThinnedLine {
 /// Where the points jump about so much that thinning neighbours does not help, the line would cover
 /// everything between its extremes; then each column's lowest and highest points are joined
 /// instead, column by column. The result never holds more than a fixed number of points per column
-/// of the scale.
+/// of the scale. What lies beyond any screen is cut off.
 ThinnedLine ThinLine(std::span<const double> xs, std::span<const double> ys, const PlotScale& scale,
                      double columns = 1.0);
 
 /// Markers nearer than this (pixels) to the one before on the line are left out.
 constexpr double kMarkerDistance = 6.0;
 
-/// Calls `mark(place)` for the points (xs[i], ys[i]) that get a marker, in their order: those that
-/// do not stand too near to the marker before, and those of `always`. In dense stretches only the
-/// way along the axis counts, for the line to be seen. Places are in pixels.
+/// Calls `mark(place)` for the points (xs[i], ys[i]) in sight that get a marker, in their order:
+/// those that do not stand too near to the marker before, and those of `always`. In dense stretches
+/// only the way along the axis counts, for the line to be seen. Places are in pixels.
 template <typename Mark>
 void ForEachMarker(std::span<const double> xs, std::span<const double> ys, const PlotScale& scale,
                    const PointDensity& density, const std::set<int>& always, Mark mark) {
@@ -83,7 +88,7 @@ void ForEachMarker(std::span<const double> xs, std::span<const double> ys, const
             due = ++next == always.end() ? kNone : static_cast<size_t>(*next);
         else if (xs[i] > left_out_from && xs[i] < left_out_to)
             continue;
-        if (!IsFinitePlace(xs[i], ys[i]))
+        if (!scale.x.Shows(xs[i]) || !scale.y.Shows(ys[i]))
             continue;
         const QPointF place(x_pixels(xs[i]), y_pixels(ys[i]));
         const QPointF way = former ? place - *former : QPointF();

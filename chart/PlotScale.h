@@ -25,26 +25,35 @@ struct AxisScale {
     /// would take it seconds.
     double ToPixel(double value) const;
 
+    /// Whether the axis shows `value`; false for what is no number.
+    bool Shows(double value) const {
+        const double slack = (high - low) * 1e-9;
+        return value >= low - slack && value <= high + slack;
+    }
+
     double ToValue(double pixel) const {
         return to == from ? low : low + (pixel - from) / PixelsPerUnit();
     }
 };
 
+/// Pixels from here on are beyond any screen.
+constexpr double kFarAway = 2e4;
+
 /// The pixels of many values of one axis, without a division for each.
 class AxisPixels {
 public:
-    explicit AxisPixels(const AxisScale& axis)
-        : m_from(axis.from), m_low(axis.low), m_factor(axis.PixelsPerUnit()) {}
+    explicit AxisPixels(const AxisScale& axis, double bound = kFarAway)
+        : m_from(axis.from), m_low(axis.low), m_factor(axis.PixelsPerUnit()), m_bound(bound) {}
 
     double operator()(double value) const {
-        constexpr double kFarAway = 2e4;
-        return std::clamp(m_from + (value - m_low) * m_factor, -kFarAway, kFarAway);
+        return std::clamp(m_from + (value - m_low) * m_factor, -m_bound, m_bound);
     }
 
 private:
     double m_from;
     double m_low;
     double m_factor;
+    double m_bound;
 };
 
 inline double AxisScale::ToPixel(double value) const {

@@ -7,6 +7,7 @@
 #include "chart/CGraphView.h"
 #include "dialog/CDlgAjout.h"
 #include "dialog/CDlgReminder.h"
+#include "dialog/ChartCommands.h"
 #include "dialog/DialogCommands.h"
 #include "dialog/EditCommands.h"
 #include "dialog/MeanLabel.h"
@@ -46,10 +47,10 @@ bool CDlgGridChart::OnInitDialog() {
     if (!m_session.InitialFill())
         return false;
     CreateControls();
-    m_commands = new DialogCommands(Commands(), m_controls, &m_session, this);
     m_grid->InitGrid();
     if (!m_session.isViewOnly())
         CreateChart();
+    m_commands = new DialogCommands(Commands(), m_controls, &m_session, this);
     Connect();
     setMinimumSize(MainDialogStartSize(m_session.kind()));
     resize(minimumSize());
@@ -99,8 +100,9 @@ CommandRows CDlgGridChart::Commands() {
     CommandRows all;
     auto* const points = new PointCommands(&m_session, m_grid, this);
     auto* const rows_at_once = new RowCommands(&m_session, m_grid, this);
+    const CommandRows chart = m_view != nullptr ? ChartCommands(m_view, m_grid) : CommandRows();
     for (const CommandRows& rows :
-         {EditCommands(&m_session, m_grid), points->Rows(), rows_at_once->Rows(), own})
+         {EditCommands(&m_session, m_grid), points->Rows(), rows_at_once->Rows(), chart, own})
         all.insert(all.end(), rows.begin(), rows.end());
     return all;
 }
@@ -117,6 +119,7 @@ void CDlgGridChart::CreateChart() {
     m_view->setGeometry(m_controls[kChartFrame]->geometry());
     connect(m_grid, &CGridControl::RowEntered, m_chart,
             [this](int row) { m_chart->SetHighlighted(row - 1, true); });
+    connect(m_grid, &CGridControl::RowEntered, m_view, &CGraphView::BringIntoView);
     connect(m_grid, &CGridControl::RowLeft, m_chart,
             [this](int row) { m_chart->SetHighlighted(row - 1, false); });
     connect(m_view, &CGraphView::PressBegins, m_grid, &CGridControl::CommitOpenEditor);
@@ -126,6 +129,8 @@ void CDlgGridChart::CreateChart() {
 
 void CDlgGridChart::Connect() {
     connect(m_commands, &DialogCommands::Chosen, this, &CDlgGridChart::UpdateState);
+    if (m_view != nullptr)
+        connect(m_view, &CGraphView::ZoomedChanged, m_commands, &DialogCommands::Update);
     connect(m_grid, &CGridControl::ProfileCommandChosen, this, &CDlgGridChart::OnProfileCommand);
     connect(&m_session, &ProfileSession::StateChanged, this, &CDlgGridChart::UpdateState);
     connect(&m_session, &ProfileSession::CellRestored, m_grid, &CGridControl::SelectCell);

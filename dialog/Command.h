@@ -36,7 +36,8 @@ struct Command {
     QStringView shortcut = {};
     QStringView help = {};  ///< one line for the Aide-mémoire; "": not listed there
     MenuPlace place = MenuPlace::None;
-    QStringView caption = {};  ///< of the menu entry
+    QStringView caption = {};    ///< of the menu entry
+    bool looks_at_rows = false;  ///< `enabled` does, so it is only asked when the menu opens
 };
 
 using CommandRows = std::vector<Command>;

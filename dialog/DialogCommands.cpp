@@ -20,6 +20,9 @@ QList<QKeySequence> ShortcutsOf(const Command& command) {
         shortcuts = QKeySequence::keyBindings(QKeySequence::Copy);
     if (command.id == Id::kMenuPaste)
         shortcuts = QKeySequence::keyBindings(QKeySequence::Paste);
+    // The plus sign without Shift.
+    if (command.id == Id::kZoomIn)
+        shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_Equal)};
     const QKeySequence own(command.shortcut.toString());
     shortcuts.removeAll(own);
     shortcuts.prepend(own);
@@ -47,7 +50,10 @@ void DialogCommands::CreateMenu() {
             m_menu->addSeparator();
         AddMenuPart(part);
     }
-    connect(m_menu, &QMenu::aboutToShow, this, &DialogCommands::Update);
+    connect(m_menu, &QMenu::aboutToShow, this, [this] {
+        for (const Command& command : m_commands)
+            Enable(command);
+    });
 }
 
 void DialogCommands::AddMenuPart(const MenuPart& part) {
@@ -109,11 +115,17 @@ void DialogCommands::Run(const Command& command) {
     emit Chosen();
 }
 
+void DialogCommands::Enable(const Command& command) {
+    const bool enabled = IsEnabled(command);
+    if (QWidget* const button = m_buttons.value(command.id))
+        button->setEnabled(enabled);
+    if (QAction* const action = m_actions.value(command.id))
+        action->setEnabled(enabled);
+}
+
 void DialogCommands::Update() {
     for (const Command& command : m_commands) {
-        if (QWidget* const button = m_buttons.value(command.id))
-            button->setEnabled(IsEnabled(command));
-        if (QAction* const action = m_actions.value(command.id))
-            action->setEnabled(IsEnabled(command));
+        if (!command.looks_at_rows)
+            Enable(command);
     }
 }

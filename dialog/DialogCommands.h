@@ -37,6 +37,7 @@ private:
     void ConnectButtons(const DialogControls& controls);
     void Run(const Command& command);
     bool IsEnabled(const Command& command) const;
+    void Enable(const Command& command);
 
     const CommandRows m_commands;
     ProfileSession* m_session;  // not owned

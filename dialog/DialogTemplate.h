@@ -51,6 +51,12 @@ enum : int {
     kFillLine = 5123,
     kInsertSeries = 5124,
     kReturnToStart = 5125,
+    kShowAll = 5107,
+    kShowSelection = 5108,
+    kZoomIn = 5109,
+    kZoomOut = 5110,
+    kPanLeft = 5111,
+    kPanRight = 5112,
 };
 }  // namespace Id
 

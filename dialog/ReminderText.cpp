@@ -35,6 +35,10 @@ constexpr Hint kMouse[] = {
     {u"Glisser dans le tableau", u"Choisit plusieurs lignes"},
     {u"Glisser un point, une barre", u"Change la valeur ; le temps reste"},
     {u"Clic droit", u"Ouvre le menu"},
+    {u"Molette sur le graphique", u"Agrandit ou réduit le temps autour du pointeur"},
+    {u"Shift+molette, glisser au bouton du milieu", u"Déplace la partie visible"},
+    {u"Ctrl+molette", u"Agrandit ou réduit les valeurs d'une fonction"},
+    {u"Double clic dans le graphique", u"Montre tout le graphique"},
 };
 
 QString Row(std::initializer_list<QStringView> cells) {

@@ -162,6 +162,41 @@ private slots:
         QCOMPARE(few[1].x(), 40.0);
     }
 
+    // Of a small part of many points the line is the same as if all were looked at, also where it
+    // leads far away.
+    void thinLineOfAPart() {
+        std::vector<double> xs(20000);
+        std::vector<double> ys(xs.size());
+        for (size_t i = 0; i < xs.size(); ++i) {
+            xs[i] = static_cast<double>(i);
+            ys[i] = static_cast<double>(i * 7919 % 101);
+        }
+        xs.back() = 1e6;
+        for (const auto& [low, high] : {std::pair(500.5, 503.5), {-10.0, 900.0}, {19990.0, 2e4}}) {
+            const PlotScale scale = {{low, high, 0.0, 400.0}, {0.0, 100.0, 300.0, 0.0}};
+            const auto [first, last] = PointsInSight(xs, scale.x);
+            QVERIFY(last - first < 1000);
+            const auto seen = [&scale](const std::vector<double>& x, const std::vector<double>& y) {
+                std::vector<QPointF> line = ThinLine(x, y, scale).points;
+                std::erase_if(line, [](QPointF at) { return at.x() < 0.0 || at.x() > 400.0; });
+                return line;
+            };
+            const auto part = [from = first, to = last](const std::vector<double>& all) {
+                return std::vector(all.begin() + static_cast<long>(from),
+                                   all.begin() + static_cast<long>(to));
+            };
+            QVERIFY(seen(part(xs), part(ys)) == seen(xs, ys));
+            if (high == 2e4) {
+                const QPointF end = *(ThinLine(xs, ys, scale).points.end() - 2);
+                const double share = (scale.x.ToValue(end.x()) - 19998.0) / (1e6 - 19998.0);
+                const double value = ys[19998] + (ys[19999] - ys[19998]) * share;
+                QVERIFY(std::abs(end.y() - scale.y.ToPixel(value)) < 1e-6);
+            }
+        }
+        std::swap(xs[3], xs[4]);
+        QCOMPARE(PointsInSight(xs, {500.0, 503.0, 0.0, 400.0}).second, xs.size());
+    }
+
     // Of a cluster only the first point and the current one get a marker, of free ones each.
     void crowdedPoints() {
         std::vector<double> xs(70);

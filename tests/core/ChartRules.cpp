@@ -4,12 +4,15 @@
 #include "chart/CGraphControl.h"
 #include "chart/DragRules.h"
 #include "chart/ItemPicking.h"
+#include "chart/ZoomGestures.h"
 #include "dialog/ButtonLayout.h"
 
 #include <QPointF>
 #include <QSize>
+#include <array>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -118,6 +121,59 @@ QJsonValue Hit(const QJsonValue& place, const QJsonObject& input) {
     return hit ? *hit : QJsonValue();
 }
 
+// What is shown after each act on a chart: points every hour or at `times`, or bars, all of them at
+// half height.
+QJsonValue Zoomed(const QJsonValue&, const QJsonObject& input) {
+    CDocControl chart;
+    const int bars = input[u"bars"].toInt();
+    const QJsonArray times = input[u"times"].toArray();
+    const qsizetype count = times.isEmpty() ? input[u"hours"].toInt(bars) : times.size();
+    chart.display.form = bars > 0 ? DisplayForm::Bars : DisplayForm::Points;
+    chart.items.Clear(bars > 0 ? 1 : 2);
+    for (int i = 0; i < count; ++i) {
+        chart.items.SetValue(i, 0,
+                             bars > 0 ? 5.0
+                             : times.isEmpty()
+                                 ? i
+                                 : times[i].toDouble(std::numeric_limits<double>::quiet_NaN()));
+        if (bars == 0)
+            chart.items.SetValue(i, 1, 5.0);
+    }
+    ChartZoom zoom;
+    const auto fit = [&](const std::array<double, 4>& range) {
+        AxisPlan items = bars > 0 ? PlanItemAxis(bars)
+                                  : AxisPlan{range[0], range[1], (range[1] - range[0]) / 10.0};
+        zoom.SetFitted({{range[2], range[3], 1.0}, items});
+    };
+    const QJsonArray fitted = input[u"fitted"].toArray();
+    fit({fitted[0].toDouble(), fitted[1].toDouble(), fitted[2].toDouble(), fitted[3].toDouble()});
+    QJsonArray shown;
+    for (const QString& act : VectorStrings(input[u"acts"])) {
+        const QStringList words = act.split(u' ');
+        const auto number = [&words](int word) { return words.value(word).toDouble(); };
+        if (words[0] == u"zoom")
+            ZoomByNotches(zoom, chart, words[1] == u"items" ? ChartAxis::Items : ChartAxis::Values,
+                          {number(2), number(2)}, number(3));
+        else if (words[0] == u"pan")
+            PanWith(zoom, {}, {-number(1), -number(2)});
+        else if (words[0] == u"show")
+            ShowItems(zoom, chart, {words[1].toInt() - 1, words.last().toInt() - 1});
+        else if (words[0] == u"view")
+            BringIntoView(zoom, chart, words[1].toInt() - 1);
+        else if (words[0] == u"fit")
+            zoom.Fit();
+        else
+            fit({number(1), number(2), number(3), number(4)});
+        const AxisPlans plans = zoom.Visible();
+        QStringList ranges;
+        for (const double end :
+             {plans.items.low, plans.items.high, plans.values.low, plans.values.high})
+            ranges.append(QString::number(end, 'g', 6));
+        shown.append(u"%1, %2 labels"_s.arg(ranges.join(u' ')).arg(plans.items.Ticks().size()));
+    }
+    return QJsonObject{{u"shown"_s, shown}};
+}
+
 QJsonValue Ratio(const QJsonValue& pair, const QJsonObject&) {
     const double contrast = Contrast(ColourOf(pair[0]), ColourOf(pair[1]));
     return contrast == Contrast(ColourOf(pair[1]), ColourOf(pair[0]))
@@ -132,6 +188,7 @@ using All = const QJsonObject&;
 
 QList<Rule> ChartRules() {
     return {{"charts", nullptr, Chart},
+            {"chart_zoom", nullptr, Zoomed},
             {"chart", "tip", Tip},
             {"chart", "drag", Dragged},
             {"chart", "cut",

@@ -9,6 +9,7 @@
 #include "TestFiles.h"
 #include "TestRows.h"
 #include "VectorFile.h"
+#include "chart/CGraphView.h"
 #include "dialog/DialogTemplate.h"
 #include "dialog/MeanLabel.h"
 #include "dialog/ReadProgress.h"
@@ -368,6 +369,8 @@ private:
                             : inside         ? u"inside"_s
                                              : u"outside"_s},
                 {u"entries"_s, Entries(*m_dialog->findChild<QMenu*>()).join(u'|')},
+                {u"zoomed"_s, YesOrNo(m_dialog->findChild<CGraphView*>() != nullptr &&
+                                      m_dialog->findChild<CGraphView*>()->isZoomed())},
                 {u"chart"_s, YesOrNo(!marked.isEmpty())}};
     }
 

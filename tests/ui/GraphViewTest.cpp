@@ -4,9 +4,12 @@
 #include "chart/CGraphView.h"
 #include "chart/DragRules.h"
 #include "chart/FittedText.h"
+#include "chart/ZoomBar.h"
 
 #include <QDialog>
+#include <QSignalSpy>
 #include <QToolTip>
+#include <QWheelEvent>
 
 #include <cmath>
 
@@ -66,6 +69,16 @@ struct ChartWindow : SessionBench {
         QTest::mousePress(view.get(), button, {}, at);
     }
     void Move(QPoint at) const { QTest::mouseMove(view.get(), at); }
+    // Moves with a button held down.
+    void Drag(QPoint at, Qt::MouseButton button) const {
+        QMouseEvent event(QEvent::MouseMove, at, view->mapToGlobal(at), Qt::NoButton, button, {});
+        QCoreApplication::sendEvent(view.get(), &event);
+    }
+    void Wheel(QPoint at, int turn, Qt::KeyboardModifiers keys = {}) const {
+        QWheelEvent event(at, view->mapToGlobal(at), {}, {0, turn}, {}, keys, Qt::NoScrollPhase,
+                          false);
+        QCoreApplication::sendEvent(view.get(), &event);
+    }
     void Release(QPoint at, Qt::MouseButton button = Qt::LeftButton) const {
         QTest::mouseRelease(view.get(), button, {}, at);
     }
@@ -303,6 +316,67 @@ private slots:
         const ChartWindow window(Monthly);
         window.view->DragPoint(QPoint(100, 100));
         QVERIFY(window.session->isModified() && !window.session->canUndo());
+    }
+
+    // Wheel, middle button and bar change what is seen; the left button goes on as it did.
+    void zooms() {
+        QStringList hours;
+        for (int i = 0; i <= 100; ++i)
+            hours.append(QString::number(i));
+        const ChartWindow window(Function, hours.join(u'|'),
+                                 QString(u"5|"_s).repeated(101).chopped(1));
+        const PlotScale all = window.view->Scale();
+        const QSignalSpy zoomed(window.view.get(), &CGraphView::ZoomedChanged);
+        const QSignalSpy picked(window.view.get(), &CGraphView::CellPicked);
+        const auto shown = [&window] {
+            window.Picture();
+            return window.view->Scale();
+        };
+        const QPoint at = window.At(70);
+        const auto is_at = [&, place = all.x.ToValue(at.x())] {
+            return std::abs(shown().x.ToPixel(place) - at.x());
+        };
+        window.Wheel(at, 120);
+        QVERIFY(std::abs((all.x.high - all.x.low) / (shown().x.high - shown().x.low) - 1.25) <
+                1e-9);
+        QVERIFY(is_at() < 0.01 && shown().y.high == all.y.high);
+        // Two turns of a touchpad come between two paintings.
+        for (int i = 0; i < 40; ++i)
+            window.Wheel(at, 30);
+        QVERIFY(is_at() < 0.01);
+        QVERIFY(shown().x.high - shown().x.low < 14.0);
+        window.Wheel(at, 240, Qt::ControlModifier);
+        QVERIFY(shown().y.high - shown().y.low < 0.7 * (all.y.high - all.y.low) && is_at() < 0.01);
+        // Points and labels beside the axes are out of reach.
+        window.Press(QPoint(static_cast<int>(shown().x.from) - 12, at.y()));
+        window.Release(QPoint(static_cast<int>(shown().x.from) - 12, at.y()));
+        QCOMPARE(picked.count(), 0);
+
+        const double low = shown().x.low;
+        window.Press(at, Qt::MiddleButton);
+        window.Drag(at - QPoint(60, 20), Qt::MiddleButton);
+        window.Drag(at - QPoint(120, 0), Qt::MiddleButton);
+        window.Release(at - QPoint(120, 0), Qt::MiddleButton);
+        QVERIFY(std::abs(shown().x.ToPixel(all.x.ToValue(at.x())) - at.x() + 120.0) < 0.01);
+        window.Wheel(at, 120, Qt::ShiftModifier);
+        window.Wheel(at, 120, Qt::ShiftModifier);
+        QVERIFY(shown().x.low < low + 4.0);
+        auto* const bar = window.view->findChild<ZoomBar*>();
+        QTest::mousePress(bar, Qt::LeftButton, {}, {bar->width() - 1, 3});
+        QTest::mouseRelease(bar, Qt::LeftButton, {}, {bar->width() - 1, 3});
+        QCOMPARE(shown().x.high, all.x.high);
+        window.view->BringIntoView(3);
+        QVERIFY(shown().x.low < 2.0 && shown().x.high < 16.0);
+
+        window.Press(window.At(2));
+        window.Drag(window.At(2, 5.2), Qt::LeftButton);
+        window.Release(window.At(2, 5.2));
+        QVERIFY(window.Cell(3) != u"5"_s && window.Cell(4) == u"5"_s);
+        QCOMPARE(zoomed.count(), 1);
+        QTest::mouseDClick(window.view.get(), Qt::LeftButton, {}, window.At(2, 5.9));
+        window.Release(window.At(2, 5.9));  // the test's double click leaves the button down
+        QCOMPARE(zoomed.count(), 2);
+        QVERIFY(shown().x.low == all.x.low && shown().x.high == all.x.high && bar->isHidden());
     }
 
     void tips() {

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "dialog/ChartCommands.h"
+
+#include "chart/CGraphView.h"
+#include "dialog/DialogTemplate.h"
+#include "grid/CGridControl.h"
+
+using namespace Id;
+
+namespace {
+
+// Share of the visible part that a key pans by.
+constexpr double kKeyPan = 0.25;
+
+}  // namespace
+
+CommandRows ChartCommands(CGraphView* view, CGridControl* grid) {
+    constexpr bool kMarks = true;
+    constexpr bool kLooksAtRows = true;
+    const auto is_zoomed = [view](const ProfileSession&) { return view->isZoomed(); };
+    const auto can_show = [=](const ProfileSession&) {
+        return view->canShowRows(grid->SelectedRows());
+    };
+    return {
+        {kShowAll, [view] { view->ShowAll(); }, is_zoomed, !kMarks, u"Ctrl+0",
+         u"Montre tout le graphique", MenuPlace::Chart, u"Tout voir"},
+        {kShowSelection,
+         [=] { view->ShowRows(grid->SelectedRows()); },
+         can_show,
+         !kMarks,
+         {},
+         u"Montre les lignes choisies dans le graphique",
+         MenuPlace::Chart,
+         u"Voir la sélection",
+         kLooksAtRows},
+        {kZoomIn, [view] { view->ZoomBy(1.0); }, {}, !kMarks, u"Ctrl++", u"Agrandit le graphique"},
+        {kZoomOut, [view] { view->ZoomBy(-1.0); }, {}, !kMarks, u"Ctrl+-", u"Réduit le graphique"},
+        {kPanLeft,
+         [view] { view->PanBy(-kKeyPan); },
+         {},
+         !kMarks,
+         u"Alt+Left",
+         u"Va vers la gauche du graphique agrandi"},
+        {kPanRight,
+         [view] { view->PanBy(kKeyPan); },
+         {},
+         !kMarks,
+         u"Alt+Right",
+         u"Va vers la droite du graphique agrandi"},
+    };
+}
