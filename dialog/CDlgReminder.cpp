@@ -22,6 +22,6 @@ CDlgReminder::CDlgReminder(const CommandRows& commands, QWidget* parent) : QDial
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(text);
     layout->addWidget(buttons);
-    constexpr QSize kUsualSize = {780, 760};
+    constexpr QSize kUsualSize = {800, 800};
     resize(kUsualSize.boundedTo(screen()->availableSize() * 0.9));
 }

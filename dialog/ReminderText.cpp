@@ -56,12 +56,8 @@ QString Section(const QString& title, const QString& rows) {
 QString CommandsOf(const CommandRows& commands, const MenuPart& part) {
     QString rows;
     for (const Command& command : commands) {
-        if (command.place != part.place || command.help.isEmpty())
-            continue;
-        const QString caption = part.submenu.isEmpty() ? command.caption.toString()
-                                                       : part.submenu.toString() + u" / "_s +
-                                                             command.caption.toString();
-        rows += Row({caption, command.shortcut, command.help});
+        if (command.place == part.place && !command.help.isEmpty())
+            rows += Row({command.caption, command.shortcut, command.help});
     }
     return rows;
 }
@@ -98,13 +94,19 @@ QString Limits() {
 
 QString ReminderText(const CommandRows& commands) {
     QString menu;
-    for (const MenuPart& part : kMenuParts)
-        menu += CommandsOf(commands, part);
+    QString submenus;
+    for (const MenuPart& part : kMenuParts) {
+        const QString rows = CommandsOf(commands, part);
+        if (part.submenu.isEmpty())
+            menu += rows;
+        else if (!rows.isEmpty())
+            submenus += Section(u"Menu / "_s + part.submenu.toString(), rows);
+    }
     QString keys;
     for (const Command& command : commands) {
         if (command.place == MenuPlace::None && !command.help.isEmpty())
             keys += Row({command.shortcut, command.help});
     }
-    return Section(u"Menu"_s, menu) + Section(u"Clavier"_s, keys + Hints(kKeys)) +
+    return Section(u"Menu"_s, menu) + submenus + Section(u"Clavier"_s, keys + Hints(kKeys)) +
            Section(u"Souris"_s, Hints(kMouse)) + Section(u"Limites"_s, Limits());
 }
