@@ -11,7 +11,9 @@
 #include "profiles/EditHistory.h"
 #include "profiles/InsertPoints.h"
 #include "profiles/PointFile.h"
+#include "profiles/PointSeries.h"
 #include "profiles/ProfileSession.h"
+#include "profiles/RowCalculation.h"
 
 #include <benchmark/benchmark.h>
 
@@ -26,6 +28,7 @@
 #include <array>
 #include <iostream>
 #include <memory>
+#include <numeric>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -262,6 +265,41 @@ void ImportPoints(benchmark::State& state) {
     CountPoints(state);
 }
 
+QList<int> AllRows(int points) {
+    QList<int> rows(points);
+    std::iota(rows.begin(), rows.end(), 1);
+    return rows;
+}
+
+// What works on all rows at once; `edit` gets the number of the iteration, to change something.
+template <typename Edit>
+void AllAtOnce(benchmark::State& state, const Edit& edit) {
+    const FilledSession filled(PointsOf(state));
+    const QList<int> rows = AllRows(PointsOf(state));
+    for (int count = 0; auto _ : state)
+        edit(*filled.session, rows, count++);
+    CountPoints(state);
+}
+
+void Multiply(ProfileSession& session, const QList<int>& rows, int count) {
+    const double factor = count % 2 == 0 ? 1.1 : 1.0 / 1.1;
+    CalculateRows(session, ProfileTable::kValueColumn, {Operation::Multiply, factor}, rows);
+}
+
+void FillAndReturn(ProfileSession& session, const QList<int>& rows, int) {
+    FillRows(session, rows);
+    session.ReturnToStart();
+}
+
+// A sine of as many points as there are.
+void Replace(ProfileSession& session, const QList<int>& rows, int count) {
+    const auto points = static_cast<int>(rows.size());
+    const PointTexts series =
+        MakeSeries({.count = points, .shape = SeriesShape::Sine, .a = 1.0 * count, .b = 2.0})
+            .value();
+    session.ReplaceRows(series.times, series.values);
+}
+
 void Rebalance(benchmark::State& state, ProfileKind kind) {
     QStringList column(Describe(kind).rows, u"1"_s);
     float value = 0.5F;
@@ -326,6 +364,9 @@ BENCHMARK(RemoveEverySecondRow)
     ->Range(kMinPoints, kMaxPoints / 10)
     ->Unit(benchmark::kMillisecond)
     ->Complexity(benchmark::oN);
+BENCHMARK_CAPTURE(AllAtOnce, Multiply, Multiply)->Apply(LinearSizes);
+BENCHMARK_CAPTURE(AllAtOnce, FillAndReturn, FillAndReturn)->Apply(LinearSizes);
+BENCHMARK_CAPTURE(AllAtOnce, Series, Replace)->Apply(LinearSizes);
 BENCHMARK_CAPTURE(Paste, Values, ProfileTable::kValueColumn, PasteOrder::Rising)->Apply(PasteSizes);
 BENCHMARK_CAPTURE(Paste, TimesRising, ProfileTable::kLabelColumn, PasteOrder::Rising)
     ->Apply(PasteSizes);

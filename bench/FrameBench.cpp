@@ -8,6 +8,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QMouseEvent>
 #include <QTableView>
@@ -59,11 +60,22 @@ public:
         return m_painted;
     }
 
-    // As an entry that was typed into the cell of the second row, another one each time.
-    void EnterValue() {
+    // As an entry that was typed into the value of a row (from 0), another one each time.
+    void EnterValue(int row = 1) {
         const QString text = m_entries++ % 2 == 0 ? u"510.25"_s : u"497.75"_s;
-        m_grid->model()->setData(m_grid->model()->index(1, 1), text, Qt::EditRole);
+        m_grid->model()->setData(m_grid->model()->index(row, 1), text, Qt::EditRole);
     }
+
+    void SelectAll() { m_grid->selectAll(); }
+
+    // As by its key, which only an active window takes.
+    void FillSelection() {
+        for (QAction* const action : m_dialog->actions()) {
+            if (action->shortcut() == QKeySequence(u"Ctrl+D"_s))
+                action->trigger();
+        }
+    }
+    void ClearSelection() { m_grid->clearSelection(); }
 
     // Where a point in the middle of the list stands in the chart.
     QPoint PointPlace() const {
@@ -198,6 +210,33 @@ void PanFrame(benchmark::State& state) {
     window.ShowAll();
 }
 
+void SelectAll(benchmark::State& state) {
+    Window& window = windows.For(state);
+    for (auto _ : state) {
+        state.PauseTiming();
+        window.ClearSelection();
+        window.Frame();
+        state.ResumeTiming();
+        window.SelectAll();
+        window.Frame();
+    }
+}
+
+// All values get the text of the first one, which is another one each time.
+void FillAllFrame(benchmark::State& state) {
+    Window& window = windows.For(state);
+    for (auto _ : state) {
+        state.PauseTiming();
+        window.EnterValue(0);
+        window.SelectAll();
+        window.Frame();
+        state.ResumeTiming();
+        window.FillSelection();
+        if (!window.Frame())
+            state.SkipWithError("nothing was painted");
+    }
+}
+
 // The mouse goes over the chart: the item under it is looked for, its tip shown.
 void HoverMove(benchmark::State& state) {
     const Window& window = windows.For(state);
@@ -219,6 +258,8 @@ BENCHMARK(DragFrame)->Apply(Sizes);
 BENCHMARK(ZoomFrame)->Apply(Sizes);
 BENCHMARK(PanFrame)->Apply(Sizes);
 BENCHMARK(HoverMove)->Apply(Sizes);
+BENCHMARK(SelectAll)->Apply(Sizes);
+BENCHMARK(FillAllFrame)->Apply(Sizes);
 
 }  // namespace
 
