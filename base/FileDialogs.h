@@ -12,6 +12,7 @@ struct FileRequest {
     struct FileType {
         QString caption;
         QString pattern;
+        QString suffix = {};  ///< of names without one, instead of the request's
     };
 
     QString folder;

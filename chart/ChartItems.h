@@ -53,6 +53,7 @@ public:
     void Remove(int first, int count);
 
     void SetHighlighted(int index, bool on);
+    void ClearHighlights() { m_highlighted.clear(); }
     bool IsHighlighted(int index) const { return m_highlighted.contains(index); }
     const std::set<int>& Highlighted() const { return m_highlighted; }
 

@@ -14,6 +14,7 @@
 #include <QFontMetrics>
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QPicture>
 
 #include <cmath>
 
@@ -28,6 +29,7 @@ constexpr int kTickLength = 4;
 constexpr int kSubTickLength = 2;
 constexpr int kFrameWidth = 1;
 constexpr int kMarkerRoom = 5;
+constexpr double kPixelCentre = 0.5;
 
 // Labels at the places of the plan. Items bring their own texts.
 class PlanTicker : public QCPAxisTicker {
@@ -112,6 +114,8 @@ protected:
     void draw(QCPPainter* painter) override {
         // The plot's painter shifts its origin while it smooths; that would blur the markers.
         painter->setAntialiasing(false);
+        if (painter->modes().testFlag(QCPPainter::pmVectorized))
+            painter->translate(-kPixelCentre, -kPixelCentre);
         PlotScale scale = m_owner.Scale();
         const QPoint origin = mParentPlot->pos();
         scale.x.from -= origin.x();
@@ -284,8 +288,35 @@ void ChartPlot::PaintGround(QPainter& painter) const {
     painter.fillRect(area, ChartFrameColour(m_look.palette));
     painter.fillRect(area.adjusted(kFrameWidth, kFrameWidth, -kFrameWidth, -kFrameWidth),
                      m_look.palette.brush(QPalette::Base));
+    PaintTitle(painter);
+}
+
+void ChartPlot::PaintTitle(QPainter& painter) const {
     painter.setFont(m_title.font);
     painter.setPen(m_look.palette.color(QPalette::Text));
     painter.drawText(m_title_band, static_cast<int>(AlignmentOf(m_chart.title.alignment)),
                      m_title.text);
+}
+
+void ChartPlot::PaintShapes(QPainter& painter, double device_pixels) {
+    m_plot->setBufferDevicePixelRatio(device_pixels);
+    // The plot draws with a painter of its own kind only; what it draws is recorded for this one.
+    QPicture record;
+    {
+        QCPPainter recorder(&record);
+        recorder.setMode(QCPPainter::pmVectorized);
+        recorder.translate(m_plot->pos());
+        // Lines run through the middle of a pixel, at every scale. Items know that themselves.
+        recorder.translate(kPixelCentre, kPixelCentre);
+        m_plot->toPainter(&recorder, m_plot->width(), m_plot->height());
+    }
+    painter.save();
+    painter.fillRect(QRect(QPoint(), m_look.size), m_look.palette.brush(QPalette::Base));
+    PaintTitle(painter);
+    // A record is played in the size that it has on a screen, whatever the painter's scale.
+    const QPaintDevice& device = *painter.device();
+    painter.scale(double(record.logicalDpiX()) / device.logicalDpiX(),
+                  double(record.logicalDpiY()) / device.logicalDpiY());
+    record.play(&painter);
+    painter.restore();
 }

@@ -55,12 +55,17 @@ public:
 
     void PaintGround(QPainter& painter) const;
 
+    /// Draws the whole chart but its frame, as shapes that keep their places at every size. Points
+    /// are thinned out for that number of device pixels per pixel.
+    void PaintShapes(QPainter& painter, double device_pixels);
+
     /// The mapping between axis units and the pixels of the chart, as drawn last.
     PlotScale Scale() const;
 
 private:
     class Items;
 
+    void PaintTitle(QPainter& painter) const;
     QFont ChartFont(int pixels, bool bold = false) const;
     QRect PartRect(const PercentRect& part) const;
     void StyleAxis(QCPAxis& axis, const AxisLabel& label, const GridLines& lines, int length);

@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # The buttons' pictures and the window's icon: drawn as SVG, turned into shapes by the build, kept as
 # resources of the program.
-find_package(Qt6 REQUIRED COMPONENTS Svg)
 add_executable(CompilePictures ${PROJECT_SOURCE_DIR}/dialog/CompilePictures.cpp)
 target_include_directories(CompilePictures PRIVATE ${PROJECT_BINARY_DIR}/rooms/dialog)
 target_link_libraries(CompilePictures PRIVATE Qt6::Svg)

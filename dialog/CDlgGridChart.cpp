@@ -11,6 +11,7 @@
 #include "dialog/DialogCommands.h"
 #include "dialog/EditCommands.h"
 #include "dialog/MeanLabel.h"
+#include "dialog/PictureCommands.h"
 #include "dialog/PointCommands.h"
 #include "dialog/RowCommands.h"
 #include "grid/CGridControl.h"
@@ -97,12 +98,14 @@ CommandRows CDlgGridChart::Commands() {
         {kOk, [this] { OnOK(); }},
         {kCancel, [this] { reject(); }},
     };
+    auto* const pictures = new PictureCommands(
+        &m_session, [this] { return Picture(); }, this);
     CommandRows all;
     auto* const points = new PointCommands(&m_session, m_grid, this);
     auto* const rows_at_once = new RowCommands(&m_session, m_grid, this);
     const CommandRows chart = m_view != nullptr ? ChartCommands(m_view, m_grid) : CommandRows();
-    for (const CommandRows& rows :
-         {EditCommands(&m_session, m_grid), points->Rows(), rows_at_once->Rows(), chart, own})
+    for (const CommandRows& rows : {EditCommands(&m_session, m_grid), points->Rows(),
+                                    rows_at_once->Rows(), pictures->Rows(), chart, own})
         all.insert(all.end(), rows.begin(), rows.end());
     return all;
 }
@@ -173,6 +176,12 @@ void CDlgGridChart::AddPoint() {
     m_session.ForgetHistory();
     if (dialog.InsertedRow() > 0)
         m_grid->SelectCell(dialog.InsertedRow(), ProfileTable::kValueColumn);
+}
+
+std::optional<ChartPicture> CDlgGridChart::Picture() const {
+    if (m_view == nullptr)
+        return {};
+    return ChartPicture(m_chart->document(), m_view->size(), m_view->font());
 }
 
 void CDlgGridChart::RedrawChart() {

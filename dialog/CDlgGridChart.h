@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "chart/ChartPicture.h"
 #include "dialog/Command.h"
 #include "dialog/DialogControls.h"
 #include "profiles/ProfileSession.h"
@@ -9,6 +10,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 #include <utility>
 
 class CGraphControl;
@@ -62,6 +64,7 @@ private:
     void EndDialog(int result);
 
     void AddPoint();
+    std::optional<ChartPicture> Picture() const;
     void RedrawChart();
     void OpenMenu(QPoint at);
     void OnProfileCommand(int row, const QString& choice);

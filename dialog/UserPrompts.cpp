@@ -74,16 +74,23 @@ ChosenFile RunFileDialog(const FileRequest& request, QFileDialog::AcceptMode mod
     dialog.setAcceptMode(mode);
     dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
                                                        : QFileDialog::AnyFile);
-    dialog.setDefaultSuffix(request.default_suffix);
+    // Some versions of the toolkit name the filter as it is shown, others as it was given.
+    const auto type_of = [&](const QString& filter) {
+        qsizetype type = 0;
+        while (type + 1 < filters.size() && filters[type] != filter &&
+               request.types[type].caption != filter)
+            ++type;
+        return type;
+    };
+    const auto follow_type = [&](const QString& filter) {
+        const QString own = request.types.value(type_of(filter)).suffix;
+        dialog.setDefaultSuffix(own.isEmpty() ? request.default_suffix : own);
+    };
+    follow_type(filters.value(0));
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, follow_type);
     if (dialog.exec() != QDialog::Accepted)
         return {};
-    ChosenFile file = {dialog.selectedFiles().value(0), 0};
-    // Some versions of the toolkit name the filter as it is shown, others as it was given.
-    const QString filter = dialog.selectedNameFilter();
-    while (file.type + 1 < filters.size() && filters[file.type] != filter &&
-           request.types[file.type].caption != filter)
-        ++file.type;
-    return file;
+    return {dialog.selectedFiles().value(0), type_of(dialog.selectedNameFilter())};
 }
 
 }  // namespace

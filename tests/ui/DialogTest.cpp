@@ -3,6 +3,14 @@
 // tests/cases/dialog.json and, for copy and paste, in tests/cases/pastes.json.
 
 #include "DialogUser.h"
+#include "dialog/PrintedPages.h"
+
+#include <QDate>
+#include <QPrinter>
+#include <QProcess>
+#include <QRegularExpression>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -99,6 +107,51 @@ private slots:
             QCOMPARE(shown.Grid()->horizontalScrollBar()->maximum(), 0);
             QCOMPARE(shown.Grid()->verticalScrollBar()->maximum(), vector[u"hidden rows"].toInt());
         });
+    }
+
+    // Every row is on paper once, and each page tells its title, its date and its number.
+    void Print_data() {
+        AddRows<QPoint>({{"one row", {1, 1}}, {"a page", {40, 1}}, {"many", {10000, 57}}});
+    }
+    void Print() {
+        QFETCH(const QPoint, row);
+        SessionSetup setup;
+        setup.name = u"Pompe"_s;
+        for (int i = 0; i < row.x(); ++i) {
+            setup.times.append(QString::number(i) + u".253"_s);
+            setup.values.append(QString::number(i) + u".759"_s);
+        }
+        const KindDialog shown(std::make_unique<CDlgGridChart>(setup));
+        const QTemporaryDir folder;
+        shown.Run([&] {
+            QPrinter printer(QPrinter::HighResolution);
+            printer.setOutputFileName(folder.filePath(u"pages.pdf"_s));
+            printer.setPageSize(QPageSize(QPageSize::A4));
+            PrintedPages(&shown.dialog->session(),
+                         ChartPicture(shown.Document(), {400, 300}, QGuiApplication::font()),
+                         PrintedPages::Table::All)
+                .Print(&printer);
+        });
+        QProcess reader;
+        reader.start(u"pdftotext"_s, {folder.filePath(u"pages.pdf"_s), u"-"_s});
+        QVERIFY(reader.waitForFinished());
+        QStringList pages = QString::fromUtf8(reader.readAllStandardOutput()).split(u'\f');
+        QVERIFY(pages.takeLast().isEmpty());
+        QCOMPARE(pages.size(), row.y());
+        for (int page = 0; page < pages.size(); ++page) {
+            for (const QString& text : {u"Pompe"_s, QDate::currentDate().toString(u"dd/MM/yyyy"_s),
+                                        u"Value"_s, u"Page %1 / %2"_s.arg(page + 1).arg(row.y())})
+                QVERIFY2(pages[page].contains(text), qPrintable(text));
+        }
+        QStringList printed;
+        for (const QString& word : pages.join(u' ').split(QRegularExpression(u"\\s"_s))) {
+            if (word.endsWith(u".253") || word.endsWith(u".759"))
+                printed.append(word);
+        }
+        QStringList all = setup.times + setup.values;
+        std::sort(all.begin(), all.end());
+        std::sort(printed.begin(), printed.end());
+        QCOMPARE(printed, all);
     }
 
     void GridWindow_data() { AddVectorRows("add_points"); }

@@ -340,7 +340,14 @@ private:
                            m_dialog->palette().color(QPalette::WindowText);
         const QWidget* const popup = QApplication::activePopupWidget();
         const bool inside = popup != nullptr && m_dialog->frameGeometry().contains(popup->pos());
+        QStringList written;
+        const QDir folder(m_around.folder.path());
+        for (const QString& name : folder.entryList(QDir::Files))
+            written.append(name + u' ' +
+                           QString::fromLatin1(ReadAll(folder.filePath(name))).mid(1, 3));
         return {{u"title"_s, m_dialog->windowTitle()},
+                {u"written"_s, written.join(u'|')},
+                {u"picture"_s, YesOrNo(!QGuiApplication::clipboard()->image().isNull())},
                 {u"open"_s, YesOrNo(m_dialog->isVisible())},
                 {u"times"_s, column(1)},
                 {u"values"_s, column(2)},

@@ -2,6 +2,8 @@
 #include "SessionBench.h"
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
+#include "chart/ChartExport.h"
+#include "chart/ChartPicture.h"
 #include "chart/DragRules.h"
 #include "chart/FittedText.h"
 #include "chart/ZoomBar.h"
@@ -10,6 +12,9 @@
 #include <QSignalSpy>
 #include <QToolTip>
 #include <QWheelEvent>
+#include <QProcess>
+#include <QToolTip>
+#include <QXmlStreamReader>
 
 #include <cmath>
 
@@ -48,6 +53,7 @@ struct ChartWindow : SessionBench {
     std::unique_ptr<CGraphView> view;
 
     QImage Picture() const { return view->grab().toImage(); }
+    ChartPicture Exported() const { return {control->document(), view->size(), view->font()}; }
 
     // Where item `index` stands, or would stand with another value.
     QPoint At(int index) const { return At(index, control->document().items.Place(index).y()); }
@@ -93,6 +99,24 @@ bool IsSquare(const QImage& picture, QPoint centre, QColor colour) {
     }
     return true;
 }
+
+// What an SVG file holds.
+struct Drawing {
+    explicit Drawing(const QByteArray& file) {
+        QXmlStreamReader xml(file);
+        for (; !xml.atEnd(); xml.readNext()) {
+            if (xml.isStartElement())
+                ++elements[xml.name().toString()];
+            else if (xml.isCharacters())
+                text += xml.text();
+        }
+        valid = !xml.hasError();
+    }
+
+    QHash<QString, int> elements;
+    QString text;
+    bool valid = false;
+};
 
 }  // namespace
 
@@ -199,6 +223,55 @@ private slots:
         for (int i = 0; i <= width; ++i)
             red += picture.pixelColor(window.At(0) + QPoint(i, 0)) == kRed;
         QVERIFY(red > width / 2 && red < width);
+    }
+
+    // Files hold what the screen shows, on white and without the mark of the current row.
+    void files_data() { AddKinds(); }
+    void files() {
+        QFETCH(const ProfileKind, row);
+        ChartWindow window(row, u"0|10|20"_s, u"4|8|4"_s);
+        window.view->setPalette(QPalette(Qt::black));
+        window.control->SetTitle(u"Pompe\nd'été"_s);
+        window.control->SetHighlighted(1, true);
+        window.Picture();
+        const ChartPicture picture = window.Exported();
+        const CDocControl& chart = window.control->document();
+
+        const Drawing svg(ChartSvg(picture));
+        QVERIFY(svg.valid);
+        QVERIFY(svg.elements[u"path"_s] + svg.elements[u"polyline"_s] > 10);
+        QVERIFY(!svg.elements.contains(u"image"_s));
+        QVERIFY(WriteAll(window.Path(u"chart.pdf"_s), ChartPdf(picture)));
+        QProcess reader;
+        reader.start(u"pdftotext"_s, {window.Path(u"chart.pdf"_s), u"-"_s});
+        QVERIFY(reader.waitForFinished());
+        // Some fonts draw "ffi" as one sign.
+        const QString pdf_text = QString::fromUtf8(reader.readAllStandardOutput())
+                                     .normalized(QString::NormalizationForm_KC);
+        for (const QString& text : {svg.text, pdf_text}) {
+            for (const QString& title :
+                 {u"Pompe"_s, u"d'été"_s, chart.value_label.text, chart.index_label.text})
+                QVERIFY2(text.contains(title), qPrintable(text));
+        }
+
+        const double middle = row == Function ? 8.0 : chart.items.Value(1, 0) / 2.0;
+        const QColor colour = row == Function ? kRed : QColor(115, 170, 232);
+        for (const int scale : {1, 2, 4}) {
+            const QImage png = QImage::fromData(ChartPng(picture, scale), "PNG");
+            QCOMPARE(png.size(), window.view->size() * scale);
+            QCOMPARE(png.pixelColor(window.At(1, middle) * scale), colour);
+            QCOMPARE(png.pixelColor(0, 0), QColor(Qt::white));
+        }
+    }
+
+    // What cannot be seen makes no file larger.
+    void filesOfManyPoints() {
+        QStringList texts;
+        for (int i = 0; i < 20000; ++i)
+            texts.append(QString::number(i * 7919 % 100000));
+        const ChartWindow window(Function, texts.join(u'|'), texts.join(u'|'));
+        QVERIFY(ChartSvg(window.Exported()).size() < 400000);
+        QVERIFY(ChartPdf(window.Exported()).size() < 400000);
     }
 
     // Limits are finite whatever the rows hold, and follow the values.

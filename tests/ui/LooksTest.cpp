@@ -202,14 +202,15 @@ private slots:
             QCOMPARE(ReadOut(shown.dialog.get()),
                      u"Table 5000|Button Ouvrir|Button Enregistrer off|Button Enregistrer sous|"
                      "Button Annuler off|Button Refaire off|Button Copier|Button Coller|"
-                     "Button Menu|Button Add|Button Remove|CheckBox Edition off|Button Ajuster off|Button OK|"
+                     "Button Menu|Button Add|Button Remove|CheckBox Edition off|Button Ajuster "
+                     "off|Button OK|"
                      "Button Cancel|Client Chart"_s);
             auto* const menu = shown.dialog->findChild<QMenu*>();
             menu->popup({});
             QCOMPARE(ReadOut(menu),
                      u"MenuItem Ouvrir|MenuItem Enregistrer|MenuItem Enregistrer sous|"
                      "MenuItem Annuler off|MenuItem Refaire off|MenuItem Copier|"
-                     "MenuItem Coller|MenuItem Points|MenuItem Aide-mémoire"_s);
+                     "MenuItem Coller|MenuItem Points|MenuItem Graphique|MenuItem Aide-mémoire"_s);
             menu->close();
 
             shown.Grid()->SelectCell(2, 2);
