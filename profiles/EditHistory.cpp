@@ -75,8 +75,7 @@ void EditHistory::PushStep(const HistoryStep& step) {
         return;
     if (step.table && BytesOf(step.table->before) + BytesOf(step.table->after) > kMaxTableBytes)
         Reset();
-    else
-        Push(m_store.steps, step, kMaxSteps);
+    Push(m_store.steps, step, kMaxSteps);
 }
 
 std::optional<HistoryStep> EditHistory::UndoStep() {

@@ -56,7 +56,7 @@ public:
     /// Older steps are dropped.
     static constexpr qsizetype kMaxSteps = 12;
 
-    /// What the texts of a step of the whole table may take, before and after together.
+    /// A table step whose texts take more, before and after together, drops the steps before it.
     static constexpr qsizetype kMaxTableBytes = qsizetype{64} << 20;
 
     /// Forgets everything.
@@ -72,8 +72,7 @@ public:
     std::optional<QStringList> UndoSnapshot(const QStringList& shown);
     std::optional<QStringList> RedoSnapshot();
 
-    /// Records one action; one that changed nothing is left out. A table step of too many bytes is
-    /// not kept, and neither are the steps before it. For kinds without coefficients.
+    /// Records one action; one that changed nothing is left out. For kinds without coefficients.
     void PushStep(const HistoryStep& step);
 
     /// The step whose `before` is to be restored, or whose `after` is to be made again.

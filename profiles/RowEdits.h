@@ -79,8 +79,8 @@ public:
                      const QList<HistoryStep>& steps);
 
     /// Replaces all rows of a function, or the values and names of the other kinds, one step.
-    /// Nothing is checked or rescaled. A step too large for the history ends with all steps
-    /// forgotten.
+    /// Nothing is checked or rescaled. A step whose texts take more than 64 MiB drops
+    /// the steps before it.
     void ReplaceRows(const QStringList& times, const QStringList& values,
                      const QStringList& names = {});
 
