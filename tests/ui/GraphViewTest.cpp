@@ -13,7 +13,6 @@
 #include <QToolTip>
 #include <QWheelEvent>
 #include <QProcess>
-#include <QToolTip>
 #include <QXmlStreamReader>
 
 #include <cmath>
