@@ -9,10 +9,10 @@
 #include "chart/ZoomBar.h"
 
 #include <QDialog>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QToolTip>
 #include <QWheelEvent>
-#include <QProcess>
 #include <QXmlStreamReader>
 
 #include <cmath>
