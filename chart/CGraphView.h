@@ -39,6 +39,7 @@ public:
     /// Moves the visible part of the items' axis by `share` of its extent.
     void PanBy(double share);
 
+    const ChartZoom& zoom() const { return m_zoom; }
     bool isZoomed() const { return m_zoom.IsZoomed(); }
     void ShowAll();
 

@@ -5,9 +5,10 @@
 
 #include <utility>
 
-ChartPicture::ChartPicture(CDocControl chart, QSize size, QFont font)
-    : m_chart(std::move(chart)), m_size(size), m_font(std::move(font)) {
+ChartPicture::ChartPicture(CDocControl chart, QSize size, QFont font, ChartZoom zoom)
+    : m_chart(std::move(chart)), m_size(size), m_font(std::move(font)), m_zoom(std::move(zoom)) {
     m_chart.items.ClearHighlights();
+    m_chart.preview.Clear(1);
 }
 
 QString ChartPicture::Title() const {
@@ -20,6 +21,8 @@ void ChartPicture::Paint(QPainter& painter, double device_pixels) const {
     palette.setColor(QPalette::Text, Qt::black);
     ChartPlot plot(m_chart, nullptr);
     plot.Style({m_size, m_font, palette});
-    plot.FitAxes();
+    ChartZoom zoom = m_zoom;
+    zoom.SetFitted(plot.FittedAxes());
+    plot.SetAxes(zoom.Visible(), zoom.Fitted());
     plot.PaintShapes(painter, device_pixels);
 }

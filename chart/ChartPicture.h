@@ -2,20 +2,21 @@
 #pragma once
 
 #include "chart/CDocControl.h"
+#include "chart/ChartZoom.h"
 
 #include <QFont>
 #include <QSize>
 
 class QPainter;
 
-/// A chart for files, other programs and paper: title, axes and items as on the screen, always on
-/// white, and no item highlighted.
+/// A chart for files, other programs and paper: title, axes and items as on the screen, the zoomed
+/// part included. It is always on white, without highlights and previews.
 class ChartPicture {
 public:
-    ChartPicture(CDocControl chart, QSize size, QFont font);
+    ChartPicture(CDocControl chart, QSize size, QFont font, ChartZoom zoom = {});
 
     QSize Size() const { return m_size; }
-    ChartPicture Resized(QSize size) const { return {m_chart, size, m_font}; }
+    ChartPicture Resized(QSize size) const { return {m_chart, size, m_font, m_zoom}; }
     QString Title() const;
 
     /// Draws it as shapes into (0, 0) to `Size()` of the painter. Points are thinned out for that
@@ -26,4 +27,5 @@ private:
     CDocControl m_chart;
     QSize m_size;
     QFont m_font;
+    ChartZoom m_zoom;
 };

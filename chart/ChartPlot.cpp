@@ -257,11 +257,6 @@ AxisPlans ChartPlot::FittedAxes() const {
     return PlanAxes(m_chart, m_plot->size(), QFontMetricsF(ChartFont(kAxisTextHeight)).height());
 }
 
-void ChartPlot::FitAxes() {
-    const AxisPlans plans = FittedAxes();
-    SetAxes(plans, plans);
-}
-
 void ChartPlot::SetAxes(const AxisPlans& plans, const AxisPlans& whole) {
     m_plans = plans;
     const bool texts = m_chart.index_scale.labels == ScaleLabels::ItemTexts;

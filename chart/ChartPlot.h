@@ -40,9 +40,6 @@ public:
     /// Takes over all settings of the chart but its items.
     void Style(const ChartLook& look);
 
-    /// Plans the axes for the chart's items.
-    void FitAxes();
-
     /// The plans that show all of the chart's items.
     AxisPlans FittedAxes() const;
 

@@ -181,7 +181,7 @@ void CDlgGridChart::AddPoint() {
 std::optional<ChartPicture> CDlgGridChart::Picture() const {
     if (m_view == nullptr)
         return {};
-    return ChartPicture(m_chart->document(), m_view->size(), m_view->font());
+    return ChartPicture(m_chart->document(), m_view->size(), m_view->font(), m_view->zoom());
 }
 
 void CDlgGridChart::RedrawChart() {

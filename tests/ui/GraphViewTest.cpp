@@ -1,19 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "SessionBench.h"
+#include "ChartWindow.h"
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
-#include "chart/ChartExport.h"
-#include "chart/ChartPicture.h"
 #include "chart/DragRules.h"
 #include "chart/FittedText.h"
 #include "chart/ZoomBar.h"
 
 #include <QDialog>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QToolTip>
-#include <QWheelEvent>
-#include <QXmlStreamReader>
 
 #include <cmath>
 
@@ -27,68 +22,6 @@ const QColor kRed(255, 0, 0);
 const QColor kOrange(255, 207, 54);
 const QColor kFrame(56, 102, 224);  // of a bar
 
-// A shown chart of a session, in the size the dialog gives it.
-struct ChartWindow : SessionBench {
-    explicit ChartWindow(ProfileKind kind, const QString& time_texts = u"0|10"_s,
-                         const QString& value_texts = u"1|8"_s) {
-        if (kind == Function) {
-            times = Texts(time_texts);
-            values = Texts(value_texts);
-        }
-        Start(Setup(kind));
-        control = std::make_unique<CGraphControl>();
-        if (kind == Function)
-            control->BuildFunctionChart();
-        else
-            control->BuildProfileChart(kind);
-        control->Attach(&session->table(), kind);
-        view = std::make_unique<CGraphView>(session.get(), control.get());
-        view->resize(435, 375);
-        view->show();
-        Picture();
-    }
-
-    std::unique_ptr<CGraphControl> control;
-    std::unique_ptr<CGraphView> view;
-
-    QImage Picture() const { return view->grab().toImage(); }
-    ChartPicture Exported() const { return {control->document(), view->size(), view->font()}; }
-
-    // Where item `index` stands, or would stand with another value.
-    QPoint At(int index) const { return At(index, control->document().items.Place(index).y()); }
-    QPoint At(int index, double value) const {
-        return view->Scale()
-            .ToPixels({control->document().items.Place(index).x(), value})
-            .toPoint();
-    }
-
-    // What a drag to the height of `point` stores.
-    QString Dragged(QPoint point) const {
-        const double value = view->Scale().y.ToValue(point.y());
-        return AcceptDrag(session->kind(), value).value_or(QString());
-    }
-
-    QString Cell(int row) const { return session->table().CellText(row, 2); }
-
-    void Press(QPoint at, Qt::MouseButton button = Qt::LeftButton) const {
-        QTest::mousePress(view.get(), button, {}, at);
-    }
-    void Move(QPoint at) const { QTest::mouseMove(view.get(), at); }
-    // Moves with a button held down.
-    void Drag(QPoint at, Qt::MouseButton button) const {
-        QMouseEvent event(QEvent::MouseMove, at, view->mapToGlobal(at), Qt::NoButton, button, {});
-        QCoreApplication::sendEvent(view.get(), &event);
-    }
-    void Wheel(QPoint at, int turn, Qt::KeyboardModifiers keys = {}) const {
-        QWheelEvent event(at, view->mapToGlobal(at), {}, {0, turn}, {}, keys, Qt::NoScrollPhase,
-                          false);
-        QCoreApplication::sendEvent(view.get(), &event);
-    }
-    void Release(QPoint at, Qt::MouseButton button = Qt::LeftButton) const {
-        QTest::mouseRelease(view.get(), button, {}, at);
-    }
-};
-
 bool IsSquare(const QImage& picture, QPoint centre, QColor colour) {
     for (int y = -2; y <= 2; ++y) {
         for (int x = -2; x <= 2; ++x) {
@@ -98,24 +31,6 @@ bool IsSquare(const QImage& picture, QPoint centre, QColor colour) {
     }
     return true;
 }
-
-// What an SVG file holds.
-struct Drawing {
-    explicit Drawing(const QByteArray& file) {
-        QXmlStreamReader xml(file);
-        for (; !xml.atEnd(); xml.readNext()) {
-            if (xml.isStartElement())
-                ++elements[xml.name().toString()];
-            else if (xml.isCharacters())
-                text += xml.text();
-        }
-        valid = !xml.hasError();
-    }
-
-    QHash<QString, int> elements;
-    QString text;
-    bool valid = false;
-};
 
 }  // namespace
 
@@ -222,55 +137,6 @@ private slots:
         for (int i = 0; i <= width; ++i)
             red += picture.pixelColor(window.At(0) + QPoint(i, 0)) == kRed;
         QVERIFY(red > width / 2 && red < width);
-    }
-
-    // Files hold what the screen shows, on white and without the mark of the current row.
-    void files_data() { AddKinds(); }
-    void files() {
-        QFETCH(const ProfileKind, row);
-        ChartWindow window(row, u"0|10|20"_s, u"4|8|4"_s);
-        window.view->setPalette(QPalette(Qt::black));
-        window.control->SetTitle(u"Pompe\nd'été"_s);
-        window.control->SetHighlighted(1, true);
-        window.Picture();
-        const ChartPicture picture = window.Exported();
-        const CDocControl& chart = window.control->document();
-
-        const Drawing svg(ChartSvg(picture));
-        QVERIFY(svg.valid);
-        QVERIFY(svg.elements[u"path"_s] + svg.elements[u"polyline"_s] > 10);
-        QVERIFY(!svg.elements.contains(u"image"_s));
-        QVERIFY(WriteAll(window.Path(u"chart.pdf"_s), ChartPdf(picture)));
-        QProcess reader;
-        reader.start(u"pdftotext"_s, {window.Path(u"chart.pdf"_s), u"-"_s});
-        QVERIFY(reader.waitForFinished());
-        // Some fonts draw "ffi" as one sign.
-        const QString pdf_text = QString::fromUtf8(reader.readAllStandardOutput())
-                                     .normalized(QString::NormalizationForm_KC);
-        for (const QString& text : {svg.text, pdf_text}) {
-            for (const QString& title :
-                 {u"Pompe"_s, u"d'été"_s, chart.value_label.text, chart.index_label.text})
-                QVERIFY2(text.contains(title), qPrintable(text));
-        }
-
-        const double middle = row == Function ? 8.0 : chart.items.Value(1, 0) / 2.0;
-        const QColor colour = row == Function ? kRed : QColor(115, 170, 232);
-        for (const int scale : {1, 2, 4}) {
-            const QImage png = QImage::fromData(ChartPng(picture, scale), "PNG");
-            QCOMPARE(png.size(), window.view->size() * scale);
-            QCOMPARE(png.pixelColor(window.At(1, middle) * scale), colour);
-            QCOMPARE(png.pixelColor(0, 0), QColor(Qt::white));
-        }
-    }
-
-    // What cannot be seen makes no file larger.
-    void filesOfManyPoints() {
-        QStringList texts;
-        for (int i = 0; i < 20000; ++i)
-            texts.append(QString::number(i * 7919 % 100000));
-        const ChartWindow window(Function, texts.join(u'|'), texts.join(u'|'));
-        QVERIFY(ChartSvg(window.Exported()).size() < 400000);
-        QVERIFY(ChartPdf(window.Exported()).size() < 400000);
     }
 
     // Limits are finite whatever the rows hold, and follow the values.
