@@ -8,10 +8,14 @@
 #include <QLibraryInfo>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QSize>
 #include <QToolButton>
 #include <QTranslator>
 
 using namespace Qt::StringLiterals;
+
+// Wide enough for all buttons, the one that prints included, and high enough to tell rows apart.
+constexpr QSize kPreviewSize(940, 720);
 
 void ShowPrintPreview(QPrinter* printer, const PrintedPages& pages, QWidget* parent) {
     // The texts of the toolkit's own dialogs; without its translations they stay English.
@@ -22,6 +26,7 @@ void ShowPrintPreview(QPrinter* printer, const PrintedPages& pages, QWidget* par
     QPrintPreviewDialog preview(printer, parent);
     preview.setWindowTitle(u"Aperçu avant impression"_s);
     preview.setWindowFlag(Qt::WindowMaximizeButtonHint);
+    preview.resize(kPreviewSize);
     // The toolkit leaves these to the mouse.
     for (QToolButton* const button : preview.findChildren<QToolButton*>())
         button->setFocusPolicy(Qt::StrongFocus);
