@@ -4,7 +4,10 @@
 
 #include "BenchPoints.h"
 #include "RunDialog.h"
+#include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
+#include "chart/ChartExport.h"
+#include "chart/ChartPicture.h"
 
 #include <benchmark/benchmark.h>
 
@@ -99,6 +102,13 @@ public:
         QWheelEvent event(at, m_view->mapToGlobal(at), {}, {0, turn}, {}, keys, Qt::NoScrollPhase,
                           false);
         qApp->notify(m_view, &event);
+    }
+
+    ChartPicture Picture() const {
+        CGraphControl control;
+        control.BuildFunctionChart();
+        control.Attach(&m_dialog->session().table(), ProfileKind::Function);
+        return {control.document(), m_view->size(), m_view->font()};
     }
 
     void ShowAll() {
@@ -237,6 +247,14 @@ void FillAllFrame(benchmark::State& state) {
     }
 }
 
+// A drawing of the chart for a file, from the points to the bytes.
+template <QByteArray (*Content)(const ChartPicture&)>
+void SaveChart(benchmark::State& state) {
+    const Window& window = windows.For(state);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(Content(window.Picture()));
+}
+
 // The mouse goes over the chart: the item under it is looked for, its tip shown.
 void HoverMove(benchmark::State& state) {
     const Window& window = windows.For(state);
@@ -259,6 +277,8 @@ BENCHMARK(ZoomFrame)->Apply(Sizes);
 BENCHMARK(PanFrame)->Apply(Sizes);
 BENCHMARK(HoverMove)->Apply(Sizes);
 BENCHMARK(SelectAll)->Apply(Sizes);
+BENCHMARK(SaveChart<ChartSvg>)->Name("SaveSvg")->Apply(Sizes);
+BENCHMARK(SaveChart<ChartPdf>)->Name("SavePdf")->Apply(Sizes);
 BENCHMARK(FillAllFrame)->Apply(Sizes);
 
 }  // namespace
