@@ -5,8 +5,8 @@
 
 #include <utility>
 
-ChartPicture::ChartPicture(CDocControl chart, QSize size, QFont font, ChartZoom zoom)
-    : m_chart(std::move(chart)), m_size(size), m_font(std::move(font)), m_zoom(std::move(zoom)) {
+ChartPicture::ChartPicture(CDocControl chart, QSize size, const QFont& font, const ChartZoom& zoom)
+    : m_chart(std::move(chart)), m_size(size), m_font(font), m_zoom(zoom) {
     m_chart.items.ClearHighlights();
     m_chart.preview.Clear(1);
 }

@@ -13,7 +13,7 @@ class QPainter;
 /// part included. It is always on white, without highlights and previews.
 class ChartPicture {
 public:
-    ChartPicture(CDocControl chart, QSize size, QFont font, ChartZoom zoom = {});
+    ChartPicture(CDocControl chart, QSize size, const QFont& font, const ChartZoom& zoom = {});
 
     QSize Size() const { return m_size; }
     ChartPicture Resized(QSize size) const { return {m_chart, size, m_font, m_zoom}; }

@@ -57,12 +57,12 @@ void DialogCommands::CreateMenu() {
 }
 
 void DialogCommands::AddMenuPart(const MenuPart& part) {
-    QMenu* menu = part.submenu.isEmpty() ? m_menu : nullptr;
+    QMenu* menu = nullptr;
     for (const Command& command : m_commands) {
         if (command.place != part.place)
             continue;
         if (menu == nullptr)
-            menu = m_menu->addMenu(part.submenu.toString());
+            menu = part.submenu.isEmpty() ? m_menu : m_menu->addMenu(part.submenu.toString());
         QAction* const action = menu->addAction(command.caption.toString());
         m_actions.insert(command.id, action);
         connect(action, &QAction::triggered, this, [this, &command] { Run(command); });

@@ -36,8 +36,10 @@ int InChild(const std::function<int()>& work) {
 
 bool KillAfter(unsigned microseconds, const std::function<void()>& work) {
     const int child = fork();
-    while (child == 0)
-        work();
+    if (child == 0) {
+        for (;;)
+            work();
+    }
     if (child < 0)
         return false;
     usleep(microseconds);
