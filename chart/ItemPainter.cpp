@@ -173,15 +173,21 @@ private:
             m_painter.fillRect(face, ToQColor(style.colour));
     }
 
+    // A wider outline in the background's colour sets the preview off from the bars under it.
     void PaintPreviewBars() {
-        QPen pen(ToQColor(LegibleOn(m_background, kPreviewColour)), kPreviewOutline);
+        PaintOutlines(m_background, 2.0 * kPreviewOutline);
+        PaintOutlines(LegibleOn(m_background, kPreviewColour), kPreviewOutline);
+    }
+
+    void PaintOutlines(Colour colour, double width) {
+        QPen pen(ToQColor(colour), width);
         pen.setJoinStyle(Qt::MiterJoin);
         m_painter.setPen(pen);
-        constexpr double kInside = kPreviewOutline / 2.0;
         for (int i = 0; i < m_chart.preview.Count(); ++i) {
             if (m_chart.preview.IsDrawn(i))
                 m_painter.drawRect(BarRect(m_chart.preview.Place(i))
-                                       .adjusted(kInside, kInside, -kInside, -kInside));
+                                       .adjusted(kPreviewOutline, kPreviewOutline, -kPreviewOutline,
+                                                 -kPreviewOutline));
         }
     }
 

@@ -48,7 +48,7 @@ PointCommands::PointCommands(ProfileSession* session, CGridControl* grid, QWidge
     : QObject(dialog), m_session(session), m_grid(grid), m_dialog(dialog) {
 }
 
-// What changes the points marks the profile itself: the user may think better of it.
+// A change of the rows marks the profile itself: the user may think better of a command.
 CommandRows PointCommands::Rows() {
     using S = ProfileSession;
     using enum MenuPlace;
@@ -75,11 +75,6 @@ CommandRows PointCommands::Rows() {
     };
 }
 
-void PointCommands::ReplacePoints(const PointTexts& points) {
-    m_session->ReplaceRows(points.times, points.values);
-    m_session->SetModified();
-}
-
 void PointCommands::InsertCopied() {
     const ProfileTable& table = m_session->table();
     const PointTexts present = {table.Column(ProfileTable::kLabelColumn),
@@ -91,7 +86,7 @@ void PointCommands::InsertCopied() {
         return;
     }
     const InsertedPoints all = ::InsertPoints(present, copied.points);
-    ReplacePoints(all.points);
+    m_session->ReplaceRows(all.points.times, all.points.values);
     m_grid->SelectRows(all.rows);
 }
 
@@ -127,7 +122,7 @@ void PointCommands::Import() {
         ShowMessage(FaultMessage(*reading.fault, PointTask::Import));
     else if (!reading.cancelled &&
              AskYesNo(Question(m_session->table().RowCount(), reading.points.times.size())))
-        ReplacePoints(reading.points);
+        m_session->ReplaceRows(reading.points.times, reading.points.values);
 }
 
 void PointCommands::Export() {

@@ -26,7 +26,6 @@ private:
     void CopyTable(const TableFormat& format) const;
     void Import();
     void Export();
-    void ReplacePoints(const PointTexts& points);
 
     ProfileSession* m_session;  // not owned
     CGridControl* m_grid;       // not owned

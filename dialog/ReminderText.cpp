@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "dialog/ReminderText.h"
 
+#include "grid/PasteRules.h"
 #include "profiles/EditHistory.h"
 #include "profiles/PointReading.h"
 #include "profiles/ProfileKind.h"
@@ -75,9 +76,11 @@ QString Limits() {
         return french.toString(static_cast<double>(Describe(kind).typed_bound));
     };
     const QString texts[] = {
-        u"Annuler revient sur %1 modifications, sur 6 d'un profil annuel ou journalier."_s.arg(
-            EditHistory::kMaxSteps),
-        u"Copier prend 25 lignes d'une colonne, une seule ligne de la première."_s,
+        u"Annuler revient sur %1 modifications, sur %2 d'un profil annuel ou journalier."_s
+            .arg(EditHistory::kMaxSteps)
+            .arg(EditHistory::kTableRows),
+        u"Copier prend %1 lignes d'une colonne, une seule ligne de la première."_s.arg(
+            kMaxCopiedRows),
         u"Coller change des cellules et n'ajoute pas de lignes."_s,
         u"Un coefficient va jusqu'à %1 dans un profil annuel, jusqu'à %2 dans un profil journalier."_s
             .arg(bound(ProfileKind::Annual), bound(ProfileKind::Daily)),

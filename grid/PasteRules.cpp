@@ -10,8 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype kMaxCopiedRows = 25;
-
 // Headers are never pasted into: a selection that starts on one starts on the first cell behind it.
 int FirstDataNumber(const QList<int>& numbers) {
     return numbers.isEmpty() ? 0 : std::max(*std::min_element(numbers.cbegin(), numbers.cend()), 1);

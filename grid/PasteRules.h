@@ -7,6 +7,9 @@
 #include <QString>
 #include <QStringList>
 
+/// Rows that can be copied at a time.
+inline constexpr qsizetype kMaxCopiedRows = 25;
+
 /// Why the selection may not be copied, or "" when it may. Rows and columns are grid numbers; a
 /// whole column selected by its header includes row 0.
 QString CopyRefusal(const QList<int>& rows, const QList<int>& columns);
