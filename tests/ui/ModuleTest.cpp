@@ -19,6 +19,8 @@
 
 using namespace Qt::StringLiterals;
 
+extern "C" int prompt_of_former_host(functioneditor_row on_row, void* user);
+
 namespace {
 
 // Of the list of all files, where one without a dot must stand too, or as a new file.
@@ -254,6 +256,13 @@ private slots:
         QCOMPARE(result, FUNCTIONEDITOR_ERROR_INTERNAL);
         QCOMPARE(calls, 1);
         QVERIFY(QByteArray(functioneditor_result_text(result)).contains("may have been shown"));
+    }
+
+    void HostOfTheFormerHeader() {
+        Rows rows;
+        const auto prompt = [&rows] { return prompt_of_former_host(KeepRow, &rows); };
+        QCOMPARE(With({u"2=7|OK"_s}, prompt), FUNCTIONEDITOR_OK);
+        QCOMPARE(rows, (Rows{{u"0"_s, u"1.50"_s, {}}, {u"2.5"_s, u"7"_s, {}}}));
     }
 
     // A daily profile is saved into a folder with a long title; the name that comes back is cut to
