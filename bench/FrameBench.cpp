@@ -88,9 +88,10 @@ public:
             .toPoint();
     }
 
-    void Mouse(QEvent::Type type, QPoint at, Qt::MouseButton button, bool down) const {
+    void Mouse(QEvent::Type type, QPoint at, Qt::MouseButton button, bool down,
+               Qt::KeyboardModifiers keys = {}) const {
         QMouseEvent event(type, at, m_view->mapToGlobal(at), button,
-                          down ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+                          down ? Qt::LeftButton : Qt::NoButton, keys);
         // The application knows the buttons from events that come from outside.
         QSpontaneKeyEvent::setSpontaneous(&event);
         qApp->notify(m_view, &event);
@@ -173,7 +174,7 @@ void EnterValueFrame(benchmark::State& state) {
     }
 }
 
-void DragFrame(benchmark::State& state) {
+void MeasureDrag(benchmark::State& state, Qt::KeyboardModifiers keys) {
     Window& window = windows.For(state);
     const QPoint from = window.PointPlace();
     window.Mouse(QEvent::MouseButtonPress, from, Qt::LeftButton, true);
@@ -181,8 +182,9 @@ void DragFrame(benchmark::State& state) {
     window.Frame();
     int step = 0;
     for (auto _ : state) {
-        window.Mouse(QEvent::MouseMove, from + QPoint(0, 10 + 2 * (++step % 12)), Qt::NoButton,
-                     true);
+        ++step;
+        window.Mouse(QEvent::MouseMove, from + QPoint(step % 2 == 0 ? 5 : -5, 10 + 2 * (step % 12)),
+                     Qt::NoButton, true, keys);
         if (!window.Frame())
             state.SkipWithError("nothing was painted");
     }
@@ -191,6 +193,15 @@ void DragFrame(benchmark::State& state) {
     window.Mouse(QEvent::MouseMove, from, Qt::NoButton, true);
     window.Mouse(QEvent::MouseButtonRelease, from, Qt::LeftButton, false);
     window.Frame();
+}
+
+void DragFrame(benchmark::State& state) {
+    MeasureDrag(state, Qt::NoModifier);
+}
+
+// In time too: to and fro between the neighbours.
+void DragTimeFrame(benchmark::State& state) {
+    MeasureDrag(state, Qt::ShiftModifier);
 }
 
 // The wheel zooms in by three notches and out again.
@@ -273,6 +284,7 @@ void Sizes(benchmark::internal::Benchmark* one) {
 BENCHMARK(EnterValue)->Apply(Sizes);
 BENCHMARK(EnterValueFrame)->Apply(Sizes);
 BENCHMARK(DragFrame)->Apply(Sizes);
+BENCHMARK(DragTimeFrame)->Apply(Sizes);
 BENCHMARK(ZoomFrame)->Apply(Sizes);
 BENCHMARK(PanFrame)->Apply(Sizes);
 BENCHMARK(HoverMove)->Apply(Sizes);

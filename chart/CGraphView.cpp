@@ -4,6 +4,7 @@
 #include "base/ShownText.h"
 #include "chart/CGraphControl.h"
 #include "chart/DragRules.h"
+#include "chart/ItemDrag.h"
 #include "chart/ItemPicking.h"
 #include "chart/ZoomBar.h"
 #include "chart/ZoomGestures.h"
@@ -29,9 +30,6 @@ namespace {
 
 constexpr int kTipTime = 10000;  // milliseconds
 
-// Pixels. A press that moves less is a click; it changes no value.
-constexpr int kDragDistance = 3;
-
 // Pixels around the axes in which an item still shows.
 constexpr double kItemRoom = 5.0;
 
@@ -48,7 +46,8 @@ CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget*
       m_session(session),
       m_control(control),
       m_plot(control->document(), this),
-      m_zoom_bar(new ZoomBar(this)) {
+      m_zoom_bar(new ZoomBar(this)),
+      m_cursor(this, session->facts().hasTimes()) {
     setObjectName(u"5001_Chart"_s);
     setAccessibleName(u"Chart"_s);
     setMouseTracking(true);
@@ -251,10 +250,10 @@ void CGraphView::Hover(QPoint position) {
         return;
     if (hit) {
         ShowTip(*hit);
-        setCursor(Qt::SizeVerCursor);
+        m_cursor.Show();
     } else {
         QToolTip::hideText();
-        unsetCursor();
+        m_cursor.Hide();
     }
     m_tipped_item = hit;
 }
@@ -284,7 +283,7 @@ void CGraphView::mousePressEvent(QMouseEvent* event) {
     if (const std::optional<int> hit = ItemAt(event->position())) {
         // The release has gone to the box that refused an entry.
         if (QGuiApplication::mouseButtons().testFlag(Qt::LeftButton))
-            m_drag = ItemDrag{.item = *hit, .press = m_last_mouse};
+            m_drag.emplace(m_session, &chart.items, *hit, m_last_mouse);
         emit CellPicked(*hit + 1);
     } else if (m_session->facts().hasTimes() && IsInView(event->position())) {
         QList<QPointF> points(chart.items.Count());
@@ -301,14 +300,9 @@ void CGraphView::mouseDoubleClickEvent(QMouseEvent* event) {
         ShowAll();
 }
 
-void CGraphView::DragPoint(QPoint point) {
+void CGraphView::DragPoint(QPoint point, DragWay way) {
     if (m_drag) {
-        if (!m_drag->began)
-            m_session->BeginDrag(m_drag->item + 1);
-        m_drag->began = true;
-        const double value = Scale().y.ToValue(point.y());
-        if (const std::optional<QString> accepted = AcceptDrag(m_session->kind(), value))
-            m_session->DragTo(*accepted);
+        m_drag->MoveTo(point, Scale(), way);
         Redraw(Due::Items);
     }
     m_session->SetModified();
@@ -317,6 +311,7 @@ void CGraphView::DragPoint(QPoint point) {
 void CGraphView::mouseMoveEvent(QMouseEvent* event) {
     const QPoint position = event->position().toPoint();
     m_last_mouse = position;
+    m_cursor.SetKeys(event->modifiers());
     if (m_held_place) {
         ChartZoom zoom = m_zoom;
         PanWith(zoom, *m_held_place, NextScale().ToValues(event->position()));
@@ -330,14 +325,15 @@ void CGraphView::mouseMoveEvent(QMouseEvent* event) {
         return;
     }
     // The release went elsewhere, or a command has ended the drag.
-    if (!event->buttons().testFlag(Qt::LeftButton) || (m_drag->began && !m_session->isDragging())) {
+    if (!event->buttons().testFlag(Qt::LeftButton) || m_drag->WasEnded()) {
         FinishDrag();
         return;
     }
-    if (!m_drag->began && (position - m_drag->press).manhattanLength() < kDragDistance)
+    if (m_drag->IsClick(position))
         return;
-    DragPoint(position);
-    ShowTip(m_drag->item);
+    const bool in_time = event->modifiers().testFlag(Qt::ShiftModifier);
+    DragPoint(position, in_time ? DragWay::ValueAndTime : DragWay::Value);
+    ShowTip(m_drag->item());
 }
 
 void CGraphView::EndPan() {
@@ -352,18 +348,17 @@ void CGraphView::mouseReleaseEvent(QMouseEvent* event) {
         return;
     m_last_mouse = event->position().toPoint();
     const std::optional<int> item =
-        m_drag ? std::optional(m_drag->item) : ItemAt(event->position());
+        m_drag ? std::optional(m_drag->item()) : ItemAt(event->position());
     FinishDrag();
     if (item)
         emit CellPicked(*item + 1);
 }
 
-// Ends a drag wherever it stands; the last accepted value stays.
+// Ends a drag wherever it stands.
 void CGraphView::FinishDrag() {
-    const std::optional<ItemDrag> drag = std::exchange(m_drag, std::nullopt);
+    std::optional<ItemDrag> drag = std::exchange(m_drag, std::nullopt);
     if (!drag)
         return;
-    if (drag->began)
-        m_session->EndDrag();
+    drag->End();
     Redraw(Due::Items);
 }

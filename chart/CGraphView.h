@@ -3,6 +3,8 @@
 
 #include "chart/ChartPlot.h"
 #include "chart/ChartZoom.h"
+#include "chart/ItemCursor.h"
+#include "chart/ItemDrag.h"
 
 #include <QList>
 #include <QPoint>
@@ -26,9 +28,9 @@ public:
     /// Shows the tip of the item `index` at the last mouse position, for 10 seconds.
     void ShowTip(int index);
 
-    /// Moves the item that is being dragged to the height of `point`. Marks the session as
-    /// modified, also when nothing is being dragged.
-    void DragPoint(QPoint point);
+    /// Moves the item that is being dragged to the height of `point`, and a function's point in
+    /// time as well if asked to. Marks the session as modified, also when nothing is being dragged.
+    void DragPoint(QPoint point, DragWay way = DragWay::Value);
 
     /// The mapping between axis units and the pixels of this widget, as drawn last.
     PlotScale Scale() const { return m_plot.Scale(); }
@@ -78,13 +80,6 @@ private:
     /// What the next painting draws anew.
     enum class Due { Nothing, Axes, Items, Everything };
 
-    /// An item in the user's hand, from the press to the release.
-    struct ItemDrag {
-        int item = 0;
-        QPoint press;
-        bool began = false;  ///< the mouse has moved far enough to change values
-    };
-
     void Redraw(Due due);
     void Draw();
     void PlaceZoomBar();
@@ -106,6 +101,7 @@ private:
     Due m_due = Due::Everything;
 
     QPoint m_last_mouse;
+    ItemCursor m_cursor;
     std::optional<int> m_tipped_item;
     std::optional<ItemDrag> m_drag;
     std::optional<QPointF> m_held_place;  // in axis units, while the middle button pans

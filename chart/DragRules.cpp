@@ -21,6 +21,12 @@ constexpr double kBelowOpen = -2.6;
 constexpr double kAboveClosed = 2.1;
 constexpr double kPickSlack = 1e-6;
 
+// The first hundredth that is not below `value`, as a number of hundredths.
+double HundredthsFrom(double value) {
+    const double nearest = std::round(value * 100.0);
+    return nearest / 100.0 < value ? nearest + 1.0 : nearest;
+}
+
 bool IsBetween(double distance, double open, double closed) {
     return distance > open + kPickSlack && distance <= closed + kPickSlack;
 }
@@ -46,6 +52,18 @@ std::optional<QString> AcceptDrag(ProfileKind kind, double value) {
         return QString::number(std::trunc(cut) + 0.0, 'f', 0);
     // Single precision would lose the hundredths of numbers above 131,072.
     return QString::number(cut, 'f', 2);
+}
+
+std::optional<QString> AcceptDraggedTime(double time, double low, double high) {
+    const double first = HundredthsFrom(low);
+    const double last = -HundredthsFrom(-high);
+    if (!(first <= last))
+        return {};
+    // Adding 0 turns -0 into 0.
+    const double bounded = std::clamp(CutToHundredths(time), first / 100.0, last / 100.0) + 0.0;
+    if (!std::isfinite(static_cast<float>(bounded)))
+        return {};
+    return QString::number(bounded, 'f', 2);
 }
 
 std::optional<qsizetype> PickPoint(const QList<QPointF>& points, QPointF press) {

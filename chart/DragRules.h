@@ -17,6 +17,10 @@ double CutToHundredths(double value);
 /// whole numbers for daily needs. Nothing when the value is refused.
 std::optional<QString> AcceptDrag(ProfileKind kind, double value);
 
+/// The text of the time that a drag to `time` gives a point between two others with the times `low`
+/// and `high`: cut, and bounded to the hundredths from `low` to `high`. Nothing when there is none.
+std::optional<QString> AcceptDraggedTime(double time, double low, double high);
+
 /// The 0-based index of the first of `points` that the press at `press` picks, all in axis units:
 /// -3.6 < dx <= 3.0 and -2.6 < dy <= 2.1 with a slack of 1e-6 against the open ends.
 std::optional<qsizetype> PickPoint(const QList<QPointF>& points, QPointF press);

@@ -35,6 +35,8 @@ constexpr Hint kMouse[] = {
     {u"Double clic", u"Modifie le texte d'une cellule"},
     {u"Glisser dans le tableau", u"Choisit plusieurs lignes"},
     {u"Glisser un point, une barre", u"Change la valeur ; le temps reste"},
+    {u"Shift+glisser un point",
+     u"Change aussi le temps, entre ses voisins ; sans Shift il revient où il était"},
     {u"Clic droit", u"Ouvre le menu"},
     {u"Molette sur le graphique", u"Agrandit ou réduit le temps autour du pointeur"},
     {u"Shift+molette, glisser au bouton du milieu", u"Déplace la partie visible"},

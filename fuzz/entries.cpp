@@ -56,8 +56,12 @@ void Enter(Editing& editing, int row, int column, QString text) {
 
 void Drag(ProfileSession& session, int row, const QString& text) {
     session.BeginDrag(row);
+    const auto time_of = [&session](int at) {
+        return ParseNumber(session.table().CellText(at, ProfileTable::kLabelColumn));
+    };
+    const auto time = AcceptDraggedTime(ParseNumber(text), time_of(row - 1), time_of(row + 1));
     if (const auto accepted = AcceptDrag(session.kind(), ParseNumber(text)))
-        session.DragTo(*accepted);
+        session.DragTo(*accepted, time.value_or(QString()));
 }
 
 void Insert(ProfileSession& session, const QString& text) {

@@ -360,9 +360,13 @@ void RowEdits::BeginDrag(int row) {
         m_drag = StateBefore(row, Scope::Row);
 }
 
-void RowEdits::DragTo(const QString& text) {
-    if (m_drag)
-        m_table.SetCellText(m_drag->row.row + 1, kValue, text);
+void RowEdits::DragTo(const QString& text, const QString& time) {
+    if (!m_drag)
+        return;
+    const RowState& began = m_drag->row;
+    m_table.SetCellText(began.row + 1, kValue, text);
+    if (facts().hasTimes())
+        m_table.SetCellText(began.row + 1, kLabel, time.isEmpty() ? began.label : time);
 }
 
 void RowEdits::EndDrag() {
@@ -370,7 +374,7 @@ void RowEdits::EndDrag() {
         return;
     const Before before = *std::exchange(m_drag, std::nullopt);
     const int row = before.row.row + 1;
-    if (m_table.CellText(row, kValue) == before.row.value)
+    if (RowStateOf(row) == before.row)
         return;
     Rebalance(row);
     RecordSince(before, row);

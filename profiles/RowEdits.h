@@ -110,9 +110,10 @@ public:
 
     void ForgetHistory();
 
-    /// A drag of one value: begin, any number of values, end. One step.
+    /// A drag of one value: begin, any number of values, end. One step. The drag of a point gives
+    /// it a `time` too, which keeps the order of the rows; "" is the time that it began with.
     void BeginDrag(int row);
-    void DragTo(const QString& text);
+    void DragTo(const QString& text, const QString& time = {});
     void EndDrag();
     bool isDragging() const { return m_drag.has_value(); }
 

@@ -193,6 +193,12 @@ QList<Rule> ChartRules() {
             {"chart", "drag", Dragged},
             {"chart", "cut",
              [](Value in, All) -> QJsonValue { return CutToHundredths(in.toDouble()); }},
+            {"chart", "time",
+             [](Value in, All) -> QJsonValue {
+                 const auto text =
+                     AcceptDraggedTime(in[0].toDouble(), in[1].toDouble(), in[2].toDouble());
+                 return text ? *text : QJsonValue();
+             }},
             {"chart", "pick", Picked},
             {"chart", "hit", Hit},
             {"chart", "inset",

@@ -142,6 +142,7 @@ bool Do(SessionBench& bench, const QJsonArray& step) {
         {u"remove"_s, [&] { result = session->RemoveRows(rows); }},
         {u"press"_s, [&] { session->BeginDrag(row); }},
         {u"drag"_s, [&] { session->DragTo(text); }},
+        {u"drag in time"_s, [&] { session->DragTo(message, text); }},
         {u"release"_s, [&] { session->EndDrag(); }},
         {u"add daily"_s, [&] { session->AddDailyProfile(text); }}};
     commands.at(step[0].toString())();

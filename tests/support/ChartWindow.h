@@ -63,8 +63,8 @@ struct ChartWindow : SessionBench {
     }
     void Move(QPoint at) const { QTest::mouseMove(view.get(), at); }
     // Moves with a button held down.
-    void Drag(QPoint at, Qt::MouseButton button) const {
-        QMouseEvent event(QEvent::MouseMove, at, view->mapToGlobal(at), Qt::NoButton, button, {});
+    void Drag(QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers keys = {}) const {
+        QMouseEvent event(QEvent::MouseMove, at, view->mapToGlobal(at), Qt::NoButton, button, keys);
         QCoreApplication::sendEvent(view.get(), &event);
     }
     void Wheel(QPoint at, int turn, Qt::KeyboardModifiers keys = {}) const {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ChartWindow.h"
+#include "SessionChecks.h"
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
 #include "chart/DragRules.h"
@@ -11,6 +12,7 @@
 #include <QToolTip>
 
 #include <cmath>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -183,6 +185,53 @@ private slots:
         window.Picture();
         QVERIFY(window.view->Scale().y.high > 20.0);
         QVERIFY(window.session->Undo() && !window.session->canUndo());
+    }
+
+    // With Shift a point moves in time too, no further than to its neighbours or the axis' end;
+    // without, and straight up, it has its time again. One step takes both back.
+    void dragInTime() {
+        for (const int item : {1, 2}) {
+            const ChartWindow window(Function, u"0|4.5|10"_s, u"1|8|3"_s);
+            const QStringList times = window.Column(1);
+            const QPoint from = window.At(item);
+            const QPoint near = from + QPoint(-20, 30);
+            const auto cut = [&window](int x) {
+                return QString::number(CutToHundredths(window.view->Scale().x.ToValue(x)), 'f', 2);
+            };
+            const QString end = cut(static_cast<int>(window.view->Scale().x.to));
+            const std::tuple<QPoint, Qt::KeyboardModifiers, QString> moves[] = {
+                {near, Qt::ShiftModifier, cut(near.x())},
+                {near, Qt::NoModifier, times[item]},
+                {{-900, 50}, Qt::ShiftModifier, item == 1 ? u"0.00"_s : u"4.50"_s},
+                {{from.x(), 90}, Qt::ShiftModifier, times[item]},
+                {{2000, 50}, Qt::ShiftModifier, item == 1 ? u"10.00"_s : end},
+                {near, Qt::ShiftModifier, cut(near.x())}};
+            window.Move(from);
+            QCOMPARE(window.view->cursor().shape(), Qt::SizeVerCursor);
+            QTest::keyPress(window.view.get(), Qt::Key_Shift);
+            QCOMPARE(window.view->cursor().shape(), Qt::SizeAllCursor);
+            QTest::keyRelease(window.view.get(), Qt::Key_Shift);
+            window.Press(from);
+            for (const auto& [at, keys, time] : moves) {
+                window.Drag(at, Qt::LeftButton, keys);
+                QCOMPARE(window.Column(1)[item], time);
+                QCOMPARE(window.Cell(item + 1), window.Dragged(at));
+                QCOMPARE(window.view->cursor().shape(),
+                         keys == Qt::NoModifier ? Qt::SizeVerCursor : Qt::SizeAllCursor);
+                QCOMPARE(CheckChart(window.session->table(), window.control->document()),
+                         QString());
+            }
+            window.Release(near);
+            QVERIFY(window.session->Undo() && !window.session->canUndo());
+            QCOMPARE(window.Column(1), times);
+            QCOMPARE(window.Values(), Texts(u"1|8|3"_s));
+        }
+        const ChartWindow bars(Monthly);
+        bars.Move(bars.At(4, 900.0));
+        bars.Press(bars.At(4, 900.0));
+        bars.Drag(bars.At(6, 500.0), Qt::LeftButton, Qt::ShiftModifier);
+        QCOMPARE(bars.view->cursor().shape(), Qt::SizeVerCursor);
+        QCOMPARE(bars.Column(1), RowLabelTexts(Monthly));
     }
 
     // A box that refuses the open entry takes the release.

@@ -130,7 +130,10 @@ private:
         for (int moves = m_random.bounded(4); moves > 0; --moves) {
             there = {m_random.bounded(m_view->width()),
                      m_random.bounded(-20, m_view->height() + 20)};
-            QTest::mouseMove(m_window, origin + there);
+            // With Shift a point moves in time too.
+            QTest::mouseEvent(QTest::MouseMove, m_window, Qt::NoButton,
+                              m_random.bounded(2) == 0 ? Qt::ShiftModifier : Qt::NoModifier,
+                              origin + there);
         }
         QTest::mouseRelease(m_window, Qt::LeftButton, {}, origin + there);
     }
