@@ -14,6 +14,7 @@
 #include "dialog/PictureCommands.h"
 #include "dialog/PointCommands.h"
 #include "dialog/RowCommands.h"
+#include "dialog/TableRoom.h"
 #include "grid/CGridControl.h"
 
 #include <QApplication>
@@ -65,6 +66,7 @@ bool CDlgGridChart::OnInitDialog() {
 void CDlgGridChart::CreateControls() {
     m_controls = DialogControls(kMainDialog, this, &m_session);
     m_grid = m_controls.Get<CGridControl>(kGrid);
+    m_room = new TableRoom(&m_session, &m_controls, this);
     m_mean = new MeanLabel(&m_session, this);
     m_mean->setVisible(m_session.facts().coefficients);
     m_controls[kHelp]->setVisible(m_session.facts().rows > 0);
@@ -104,8 +106,9 @@ CommandRows CDlgGridChart::Commands() {
     auto* const points = new PointCommands(&m_session, m_grid, this);
     auto* const rows_at_once = new RowCommands(&m_session, m_grid, this);
     const CommandRows chart = m_view != nullptr ? ChartCommands(m_view, m_grid) : CommandRows();
-    for (const CommandRows& rows : {EditCommands(&m_session, m_grid), points->Rows(),
-                                    rows_at_once->Rows(), pictures->Rows(), chart, own})
+    for (const CommandRows& rows :
+         {EditCommands(&m_session, m_grid), points->Rows(), rows_at_once->Rows(), pictures->Rows(),
+          chart, m_room->Rows(), own})
         all.insert(all.end(), rows.begin(), rows.end());
     return all;
 }
@@ -120,6 +123,7 @@ void CDlgGridChart::CreateChart() {
     m_chart->Attach(&m_session.table(), m_session.kind());
     m_view = new CGraphView(&m_session, m_chart, this);
     m_view->setGeometry(m_controls[kChartFrame]->geometry());
+    m_controls[kTableGrip]->raise();
     connect(m_grid, &CGridControl::RowEntered, m_chart,
             [this](int row) { m_chart->SetHighlighted(row - 1, true); });
     connect(m_grid, &CGridControl::RowEntered, m_view, &CGraphView::BringIntoView);
@@ -131,6 +135,7 @@ void CDlgGridChart::CreateChart() {
 }
 
 void CDlgGridChart::Connect() {
+    connect(m_room, &TableRoom::Asked, this, &CDlgGridChart::PlaceControls);
     connect(m_commands, &DialogCommands::Chosen, this, &CDlgGridChart::UpdateState);
     if (m_view != nullptr)
         connect(m_view, &CGraphView::ZoomedChanged, m_commands, &DialogCommands::Update);
@@ -156,8 +161,7 @@ void CDlgGridChart::UpdateState() {
 }
 
 void CDlgGridChart::PlaceControls() {
-    m_controls.Place(
-        MainDialogPlaces(m_session.kind(), m_session.table().RowCount(), size() - minimumSize()));
+    m_room->Place();
     const QRect grid = m_grid->geometry();
     m_mean->setGeometry(grid.x(), grid.bottom() + 1, grid.width(), kMeanHeight);
     if (m_view != nullptr)

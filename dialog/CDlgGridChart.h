@@ -18,6 +18,7 @@ class CGraphView;
 class CGridControl;
 class DialogCommands;
 class MeanLabel;
+class TableRoom;
 
 /// The main dialog: grid and chart of a session side by side, with the commands. It connects the
 /// parts; the session does most of the work of the commands.
@@ -76,6 +77,7 @@ private:
     DialogControls m_controls;
     DialogCommands* m_commands = nullptr;
     CGridControl* m_grid = nullptr;
+    TableRoom* m_room = nullptr;
     MeanLabel* m_mean = nullptr;
     CGraphControl* m_chart = nullptr;
     CGraphView* m_view = nullptr;     // nullptr in view-only mode

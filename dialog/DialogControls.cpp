@@ -4,6 +4,7 @@
 #include "chart/ChartFrame.h"
 #include "dialog/BitmapButton.h"
 #include "dialog/CSXButton.h"
+#include "dialog/TableGrip.h"
 #include "grid/CGridControl.h"
 
 #include <QCheckBox>
@@ -24,6 +25,7 @@ QWidget* MakeControl(const ControlTemplate& control, QDialog* dialog, ProfileSes
     switch (control.control_class) {
         case ControlClass::Frame: return new ChartFrame(dialog);
         case ControlClass::Grid: return new CGridControl(session, dialog);
+        case ControlClass::Grip: return new TableGrip(dialog);
         case ControlClass::PushButton: return new QPushButton(caption, dialog);
         case ControlClass::PictureButton: {
             auto* const button = new CSXButton(dialog);

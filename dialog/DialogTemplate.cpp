@@ -28,6 +28,9 @@ constexpr int kGapBelowGrid = 6;
 constexpr int kRightPart = 247;
 constexpr int kBottomPart = 190;
 
+// Pixels. The grip can be held where the gap between chart and grid is narrower.
+constexpr int kLeastGrip = 6;
+
 // The grid of a function at the dialog's starting size or, higher by whole rows, at a larger one.
 QRect PointGridRect(int rows, int extra_height) {
     constexpr int kTop = 65;
@@ -55,6 +58,17 @@ QSize GridBeyondTemplate(const KindDescriptor& facts) {
            ProfileGridSize(0, 0, 0);
 }
 
+// Moves the border between chart and grid, and puts the grip into the gap there.
+void MakeRoom(QHash<int, QRect>& places, int grid_width) {
+    QRect& chart = places[Id::kChartFrame];
+    QRect& grid = places[Id::kGrid];
+    const int more = grid_width - grid.width();
+    chart.setRight(chart.right() - more);
+    grid.setLeft(grid.left() - more);
+    const int left = std::min(chart.right() + 1, grid.left() - kLeastGrip);
+    places[Id::kTableGrip] = QRect(left, chart.top(), grid.left() - left, chart.height());
+}
+
 }  // namespace
 
 QRect PixelRect(const std::array<int, 4>& place) {
@@ -70,7 +84,22 @@ QSize MainDialogStartSize(ProfileKind kind) {
     return PixelSize(kMainDialogSize) + QSize(GridBeyondTemplate(Describe(kind)).width(), 0);
 }
 
-QHash<int, QRect> MainDialogPlaces(ProfileKind kind, int rows, QSize extra) {
+int StartTableWidth(ProfileKind kind, int rows) {
+    return Describe(kind).hasTimes()
+               ? PointGridRect(rows, 0).width()
+               : ProfileGridSize(0, 0, 0).width() + GridBeyondTemplate(Describe(kind)).width();
+}
+
+int WidthOfTable(ProfileKind kind, int rows, int extra, const TableWidth& table) {
+    const int start = StartTableWidth(kind, rows);
+    const int from = table.asked > 0 ? table.asked : start;
+    const int given = table.asked > 0 ? extra - table.asked_at : extra;
+    const int width = std::max(from, std::min(from + given, table.needed));
+    return std::clamp(width, start, (MainDialogStartSize(kind).width() + extra) / 2);
+}
+
+QHash<int, QRect> MainDialogPlaces(ProfileKind kind, int rows, QSize extra,
+                                   const TableWidth& table) {
     const KindDescriptor& facts = Describe(kind);
     const QSize more_grid = GridBeyondTemplate(facts);
     const int wider = more_grid.width();
@@ -104,5 +133,6 @@ QHash<int, QRect> MainDialogPlaces(ProfileKind kind, int rows, QSize extra) {
     const int shift = std::max(0, start_end + gap - top);
     for (const int id : {Id::kEdition, Id::kAdjust})
         places[id].translate(0, shift);
+    MakeRoom(places, WidthOfTable(kind, rows, extra.width(), table));
     return places;
 }

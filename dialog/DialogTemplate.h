@@ -60,12 +60,15 @@ enum : int {
     kCopyChart = 5130,
     kSaveChart = 5131,
     kPrint = 5132,
+    kTableGrip = 5140,
+    kWidenTable = 5141,
 };
 }  // namespace Id
 
 enum class ControlClass {
     Frame,
     Grid,
+    Grip,
     PushButton,
     PictureButton,
     ToolButton,
@@ -106,6 +109,7 @@ inline constexpr ControlTemplate kMainDialog[] = {
     {Id::kAdjust, ControlClass::PictureButton, u"Ajuster", u"Ajuster", {360, 197, 50, 14}, 5035},
     {Id::kOk, ControlClass::PushButton, u"OK", u"OK", {309, 237, 40, 14}},
     {Id::kCancel, ControlClass::PushButton, u"Cancel", u"Cancel", {361, 237, 40, 14}},
+    {Id::kTableGrip, ControlClass::Grip, u"", u"Largeur du tableau", {297, 20, 7, 231}},
 };
 
 inline constexpr QStringView kAddPointCaption = u"Add a point";
@@ -128,10 +132,25 @@ QSize PixelSize(const std::array<int, 2>& size);
 /// The size at which the main dialog starts: the template's, wider where the kind's columns are.
 QSize MainDialogStartSize(ProfileKind kind);
 
+/// What the table's width follows from beside kind, rows and window. Pixels.
+struct TableWidth {
+    int needed = 0;    ///< by the longest texts in view; extra width of the window goes there first
+    int asked = 0;     ///< by the user; 0: nothing
+    int asked_at = 0;  ///< extra width of the window when the user asked
+};
+
+/// The table's width at the start, with `rows` rows. It never gets less.
+int StartTableWidth(ProfileKind kind, int rows);
+
+/// The table's width in a window that is wider by `extra` than at its start: at most half of it.
+int WidthOfTable(ProfileKind kind, int rows, int extra, const TableWidth& table);
+
 /// The places of the main dialog's controls, by their ids, when the grid has `rows` rows and the
 /// window is larger by `extra` than at its start. The grid of a function grows with its points up
-/// to twelve rows; with more points it gets a scroll bar.
-QHash<int, QRect> MainDialogPlaces(ProfileKind kind, int rows, QSize extra);
+/// to twelve rows; with more points it gets a scroll bar. What the table has beyond its width at
+/// the start it takes from the chart.
+QHash<int, QRect> MainDialogPlaces(ProfileKind kind, int rows, QSize extra,
+                                   const TableWidth& table = {});
 
 /// The line of the mean, directly below the grid.
 inline constexpr int kMeanHeight = 13;

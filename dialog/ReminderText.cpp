@@ -37,6 +37,8 @@ constexpr Hint kMouse[] = {
     {u"Glisser un point, une barre", u"Change la valeur ; le temps reste"},
     {u"Shift+glisser un point",
      u"Change aussi le temps, entre ses voisins ; sans Shift il revient où il était"},
+    {u"Glisser entre graphique et tableau", u"Partage la largeur"},
+    {u"Double clic entre graphique et tableau", u"Élargit le tableau, puis le remet"},
     {u"Clic droit", u"Ouvre le menu"},
     {u"Molette sur le graphique", u"Agrandit ou réduit le temps autour du pointeur"},
     {u"Shift+molette, glisser au bouton du milieu", u"Déplace la partie visible"},

@@ -25,6 +25,7 @@ CGridControl::CGridControl(ProfileSession* session, QWidget* parent)
     : QTableView(parent),
       m_session(session),
       m_delegate(new GridCellDelegate(this)),
+      m_columns(this, session->facts()),
       m_clipboard(session) {
     auto* const titles = new GridHeader(Qt::Horizontal, this);
     auto* const numbers = new GridHeader(Qt::Vertical, this);

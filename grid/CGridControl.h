@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "grid/ColumnRoom.h"
 #include "grid/GridClipboard.h"
 
 #include <QList>
@@ -54,6 +55,8 @@ public:
     /// Pastes the clipboard from the first selected cell on.
     void PasteSelection();
 
+    ColumnRoom& Columns() { return m_columns; }
+
     /// Call after rows were inserted or removed: selects the current cell, or the first one if
     /// there is none, and tells its row again.
     void SettleCurrentCell();
@@ -87,6 +90,7 @@ private:
     ProfileSession* m_session;  // not owned
     GridCellDelegate* m_delegate;
     CellSelection* m_selection;
+    ColumnRoom m_columns;
     GridClipboard m_clipboard;
     bool m_entry_accepted = true;
 

@@ -1,19 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "grid/GridCellDelegate.h"
 
+#include "base/EnglishAtof.h"
 #include "base/ShownText.h"
 #include "profiles/ProfileTable.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
+#include <QFontMetricsF>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QRegularExpressionValidator>
+#include <QStyle>
 #include <QToolTip>
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -38,6 +43,11 @@ namespace {
 
 // The line would cut a longer text, which must come back as it was.
 constexpr int kLongestEdited = 32'767;
+
+// Beside a text, as the toolkit draws it.
+int TextMargin(const QStyle& style, const QWidget* grid) {
+    return style.pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, grid) + 1;
+}
 
 QStringList ChoicesOf(const QModelIndex& index) {
     return index.data(ProfileTable::kChoicesRole).toStringList();
@@ -66,6 +76,12 @@ bool GridCellDelegate::IsNumberText(const QString& text) {
 
 bool GridCellDelegate::IsTooLong(const QModelIndex& index) {
     return index.data(Qt::EditRole).toString().size() > kLongestEdited;
+}
+
+int GridCellDelegate::CellWidth(const QString& text, const QWidget& grid) {
+    const QFontMetricsF metrics(grid.font());
+    const double width = metrics.horizontalAdvance(ShownText(text, kMaxCellLength));
+    return static_cast<int>(std::ceil(width)) + 2 * TextMargin(*grid.style(), &grid);
 }
 
 QWidget* GridCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
@@ -100,6 +116,31 @@ QWidget* GridCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
 
 QString GridCellDelegate::displayText(const QVariant& value, const QLocale& locale) const {
     return QStyledItemDelegate::displayText(ShownText(value.toString(), kMaxCellLength), locale);
+}
+
+// Most numbers have too few characters for that, so that they need not be measured.
+bool GridCellDelegate::MayBeTooWide(const QString& number, const QFont& font, double room) const {
+    if (m_widest == 0.0 || font != m_number_font) {
+        m_number_font = font;
+        m_widest = 0.0;
+        for (const QChar character : u"0123456789+-.eE"_s)
+            m_widest = std::max(m_widest, QFontMetricsF(font).horizontalAdvance(character));
+    }
+    return static_cast<double>(number.size()) * m_widest > room;
+}
+
+void GridCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                             const QModelIndex& index) const {
+    QStyleOptionViewItem cell = option;
+    initStyleOption(&cell, index);
+    const QStyle& style = cell.widget != nullptr ? *cell.widget->style() : *QApplication::style();
+    const double room = cell.rect.width() - 2 * TextMargin(style, cell.widget);
+    if (index.column() + 1 != ProfileTable::kNameColumn &&
+        MayBeTooWide(cell.text, cell.font, room) &&
+        QFontMetricsF(cell.font).horizontalAdvance(cell.text) > room &&
+        IsNumber(QStringView(cell.text).left(kMaxCellLength)))
+        cell.text = u"####"_s;
+    style.drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
 }
 
 // A closed editor lives on until the event loop deletes it, but it is no longer open.

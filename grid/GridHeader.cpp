@@ -16,20 +16,13 @@ constexpr int kScrollBarWidth = 15;
 constexpr int kSmallHeaderFont = 10;  // pixels
 constexpr int kMaxRowsInFullSize = 9'999;
 
-void LayOutProfile(QTableView* grid, const KindDescriptor& facts) {
+void LayOutProfile(QTableView* grid) {
     grid->verticalHeader()->hide();
     QHeaderView* const header = grid->horizontalHeader();
     QFont small = header->font();
     small.setPixelSize(kSmallHeaderFont);
     header->setFont(small);
     header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter | Qt::Alignment(Qt::TextWordWrap));
-    header->setSectionResizeMode(QHeaderView::Fixed);
-    for (int column = 0; column < facts.columns; ++column) {
-        if (const int width = facts.column_widths[static_cast<size_t>(column)]; width > 0)
-            grid->setColumnWidth(column, width);
-        else
-            header->setSectionResizeMode(column, QHeaderView::Stretch);
-    }
 }
 
 // As wide as the largest row number needs; the columns share the rest. Long numbers are small, so
@@ -47,7 +40,6 @@ void FitRowHeader(QTableView* grid) {
 }
 
 void LayOutPoints(QTableView* grid) {
-    grid->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     const auto fit = [grid] { FitRowHeader(grid); };
     QObject::connect(grid->model(), &QAbstractItemModel::rowsInserted, grid, fit);
     QObject::connect(grid->model(), &QAbstractItemModel::rowsRemoved, grid, fit);
@@ -80,6 +72,14 @@ void GridHeader::mouseMoveEvent(QMouseEvent* event) {
     Selection()->KeepCurrent(false);
 }
 
+void LayOutColumns(QTableView* grid, const KindDescriptor& facts) {
+    const bool is_shared = facts.columnsWidth() == 0;
+    grid->horizontalHeader()->setSectionResizeMode(is_shared ? QHeaderView::Stretch
+                                                             : QHeaderView::Fixed);
+    for (int column = 0; !is_shared && column < facts.columns; ++column)
+        grid->setColumnWidth(column, facts.column_widths[static_cast<size_t>(column)]);
+}
+
 void LayOutGrid(QTableView* grid, const KindDescriptor& facts) {
     grid->setUpdatesEnabled(false);
     grid->verticalScrollBar()->setFixedWidth(kScrollBarWidth);
@@ -95,6 +95,7 @@ void LayOutGrid(QTableView* grid, const KindDescriptor& facts) {
     if (facts.rows == 0)
         LayOutPoints(grid);
     else
-        LayOutProfile(grid, facts);
+        LayOutProfile(grid);
+    LayOutColumns(grid, facts);
     grid->setUpdatesEnabled(true);
 }

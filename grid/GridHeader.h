@@ -29,5 +29,8 @@ private:
     CellSelection* Selection() const;
 };
 
+/// Gives the columns of `grid` their widths at the start.
+void LayOutColumns(QTableView* grid, const KindDescriptor& facts);
+
 /// Gives `grid` the headers, row heights and column widths of a kind.
 void LayOutGrid(QTableView* grid, const KindDescriptor& facts);

@@ -6,6 +6,8 @@
 #include "chart/ItemPicking.h"
 #include "chart/ZoomGestures.h"
 #include "dialog/ButtonLayout.h"
+#include "dialog/DialogTemplate.h"
+#include "grid/ColumnShare.h"
 
 #include <QPointF>
 #include <QSize>
@@ -174,6 +176,13 @@ QJsonValue Zoomed(const QJsonValue&, const QJsonObject& input) {
     return QJsonObject{{u"shown"_s, shown}};
 }
 
+QJsonValue Columns(const QJsonValue& share, const QJsonObject&) {
+    QJsonArray widths;
+    for (const int width : ShareRoom(Numbers(share[0]), Numbers(share[1]), share[2].toInt()))
+        widths.append(width);
+    return widths;
+}
+
 QJsonValue Ratio(const QJsonValue& pair, const QJsonObject&) {
     const double contrast = Contrast(ColourOf(pair[0]), ColourOf(pair[1]));
     return contrast == Contrast(ColourOf(pair[1]), ColourOf(pair[0]))
@@ -206,5 +215,11 @@ QList<Rule> ChartRules() {
                  return FocusInset({in[0].toInt(), in[1].toInt()});
              }},
             {"chart", "contrast", Ratio},
+            {"table_room", "tables",
+             [](Value in, All all) -> QJsonValue {
+                 return WidthOfTable(VectorKind(all[u"kind"]), all[u"rows"].toInt(), in[0].toInt(),
+                                     {in[1].toInt(), in[2].toInt(), in[3].toInt()});
+             }},
+            {"table_room", "columns", Columns},
             {"buttons", "parts", Placed}};
 }

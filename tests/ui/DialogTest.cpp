@@ -6,9 +6,11 @@
 #include "dialog/PrintedPages.h"
 
 #include <QDate>
+#include <QHelpEvent>
 #include <QPrinter>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -106,6 +108,81 @@ private slots:
             QCOMPARE(places(), vector[u"start"].toObject());
             QCOMPARE(shown.Grid()->horizontalScrollBar()->maximum(), 0);
             QCOMPARE(shown.Grid()->verticalScrollBar()->maximum(), vector[u"hidden rows"].toInt());
+        });
+    }
+
+    // A number that does not fit is not shown in part. The table takes the room for it from the
+    // chart, by the grip or by the command, and gives it back; a larger window has the room.
+    void RoomForTheTable_data() { AddRows<int>({{"few points", 4}, {"many points", 40}}); }
+    void RoomForTheTable() {
+        QFETCH(const int, row);
+        SessionSetup setup;
+        setup.values = Texts(u"####|-123456789.123456|7*%1"_s.arg(row - 2));
+        setup.times = QStringList(row, u"0"_s);
+        const KindDialog shown(std::make_unique<CDlgGridChart>(setup));
+        shown.Run([&] {
+            QWidget& cells = *shown.Grid()->viewport();
+            const auto cell = [&shown](int cell_row, int column) {
+                return shown.Grid()->visualRect(shown.Grid()->model()->index(cell_row, column));
+            };
+            const auto is_hidden = [&](int column) {
+                return cells.grab(cell(0, column)).toImage() ==
+                       cells.grab(cell(1, column)).toImage();
+            };
+            const QRect table = shown.Place(kGrid);
+            const QRect chart = shown.Place(kChartFrame);
+            const auto is_at_start = [&] {
+                return is_hidden(1) && shown.Place(kGrid) == table &&
+                       shown.Place(kChartFrame) == chart;
+            };
+            const auto command = [&shown] {
+                QMenu& menu = *shown.dialog->findChild<QMenu*>();
+                menu.popup({});
+                menu.close();
+                const QList<QAction*> entries = menu.findChildren<QMenu*>()[1]->actions();
+                return entries.last();
+            };
+            QVERIFY(is_at_start());
+            QHelpEvent asks(QEvent::ToolTip, cell(1, 1).center(), {});
+            QCoreApplication::sendEvent(&cells, &asks);
+            QCOMPARE(QToolTip::text(), setup.values[1]);
+
+            QWidget* const grip = shown.Control(kTableGrip);
+            const auto double_click = [grip] {
+                QTest::mouseDClick(grip, Qt::LeftButton);
+                QTest::mouseRelease(grip, Qt::LeftButton);
+            };
+            double_click();
+            QVERIFY(!is_hidden(1));
+            QCOMPARE(shown.Place(kGrid).right(), table.right());
+            QCOMPARE(chart.right() - shown.Place(kChartFrame).right(),
+                     table.left() - shown.Place(kGrid).left());
+            const int fitting = shown.Place(kGrid).width();
+            double_click();
+            QVERIFY(is_at_start());
+            command()->trigger();
+            QCOMPARE(shown.Place(kGrid).width(), fitting);
+            command()->trigger();
+            QVERIFY(is_at_start());
+
+            QTest::mousePress(grip, Qt::LeftButton, {}, {2, 50});
+            QTest::mouseMove(grip, {-38, 50});
+            QCOMPARE(shown.Place(kGrid).width(), table.width() + 40);
+            QTest::mouseMove(grip, {-2000, 50});
+            QCOMPARE(shown.Place(kGrid).width(), shown.dialog->width() / 2);
+            QTest::mouseMove(grip, {2000, 50});
+            QTest::mouseRelease(grip, Qt::LeftButton, {}, {2, 50});
+            QVERIFY(is_at_start());
+
+            shown.dialog->resize(shown.dialog->size() + QSize(400, 0));
+            QVERIFY(!is_hidden(1) && !command()->isEnabled());
+            QCOMPARE(shown.Place(kGrid).width(), fitting);
+            QCOMPARE(shown.Place(kChartFrame).width(),
+                     chart.width() + 400 - fitting + table.width());
+            // Another text asks for more of it.
+            QVERIFY(shown.Grid()->ValidateEntry(1, 1, u"-1234567890.5"_s));
+            QVERIFY(!is_hidden(1) && !command()->isEnabled());
+            QVERIFY(shown.Place(kGrid).width() > fitting);
         });
     }
 

@@ -204,7 +204,7 @@ private slots:
                      "Button Annuler off|Button Refaire off|Button Copier|Button Coller|"
                      "Button Menu|Button Add|Button Remove|CheckBox Edition off|Button Ajuster "
                      "off|Button OK|"
-                     "Button Cancel|Client Chart"_s);
+                     "Button Cancel|Client Chart|Client Largeur du tableau"_s);
             auto* const menu = shown.dialog->findChild<QMenu*>();
             menu->popup({});
             QCOMPARE(ReadOut(menu),
