@@ -14,6 +14,7 @@
 #include <QLineEdit>
 #include <QRegularExpressionValidator>
 #include <QStyle>
+#include <QTextDocument>
 #include <QToolTip>
 
 #include <algorithm>
@@ -182,12 +183,13 @@ bool GridCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
                                  const QStyleOptionViewItem& option, const QModelIndex& index) {
     if (event->type() != QEvent::ToolTip)
         return QStyledItemDelegate::helpEvent(event, view, option, index);
-    const QString text = index.data().toString();
-    QToolTip::showText(event->globalPos(),
-                       sizeHint(option, index).width() > option.rect.width()
-                           ? ShownText(text, kMaxMessageLength)
-                           : QString(),
-                       view);
+    QString text;
+    if (sizeHint(option, index).width() > option.rect.width())
+        text = ShownText(index.data().toString(), kMaxMessageLength);
+    // A name is never taken for markup.
+    if (Qt::mightBeRichText(text))
+        text = Qt::convertFromPlainText(text);
+    QToolTip::showText(event->globalPos(), text, view);
     return true;
 }
 
