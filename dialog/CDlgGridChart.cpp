@@ -8,6 +8,7 @@
 #include "dialog/CDlgAjout.h"
 #include "dialog/CDlgReminder.h"
 #include "dialog/ChartCommands.h"
+#include "dialog/DailyProfile.h"
 #include "dialog/DialogCommands.h"
 #include "dialog/EditCommands.h"
 #include "dialog/MeanLabel.h"
@@ -139,7 +140,9 @@ void CDlgGridChart::Connect() {
     connect(m_commands, &DialogCommands::Chosen, this, &CDlgGridChart::UpdateState);
     if (m_view != nullptr)
         connect(m_view, &CGraphView::ZoomedChanged, m_commands, &DialogCommands::Update);
-    connect(m_grid, &CGridControl::ProfileCommandChosen, this, &CDlgGridChart::OnProfileCommand);
+    connect(
+        m_grid, &CGridControl::ProfileCommandChosen, this,
+        [this](int row, const QString& choice) { RunDailyProfile(&m_session, row, choice, this); });
     connect(&m_session, &ProfileSession::StateChanged, this, &CDlgGridChart::UpdateState);
     connect(&m_session, &ProfileSession::CellRestored, m_grid, &CGridControl::SelectCell);
     const ProfileTable* const table = &m_session.table();
@@ -191,38 +194,6 @@ std::optional<ChartPicture> CDlgGridChart::Picture() const {
 void CDlgGridChart::RedrawChart() {
     if (m_view != nullptr)
         m_view->update();
-}
-
-void CDlgGridChart::OnProfileCommand(int row, const QString& choice) {
-    if (choice == kAddProfileChoice)
-        AddDailyProfile(row);
-    else
-        ViewDailyProfile(m_session.table().CellText(row, ProfileTable::kNameColumn));
-}
-
-void CDlgGridChart::AddDailyProfile(int row) {
-    SessionSetup setup;
-    setup.kind = ProfileKind::Daily;
-    setup.mode = DisplayMode::Edit;
-    setup.name = u"Nouveau Profil"_s;
-    setup.values = QStringList(Describe(ProfileKind::Daily).rows, u"1"_s);
-    setup.folders = m_session.folders();
-    CDlgGridChart dialog(std::move(setup), this);
-    if (dialog.DoModal() != kAccepted || dialog.session().savedName().isEmpty())
-        return;
-    m_session.AddDailyProfile(dialog.session().savedName());
-    m_session.EnterName(row, dialog.session().savedName());
-}
-
-void CDlgGridChart::ViewDailyProfile(const QString& name) {
-    if (name.isEmpty())
-        return;
-    SessionSetup setup;
-    setup.kind = ProfileKind::Daily;
-    setup.mode = DisplayMode::View;
-    setup.text = m_session.folders().DailyProfilePath(name);
-    setup.folders = m_session.folders();
-    CDlgGridChart(std::move(setup), this).DoModal();
 }
 
 void CDlgGridChart::OnOK() {

@@ -68,9 +68,6 @@ private:
     std::optional<ChartPicture> Picture() const;
     void RedrawChart();
     void OpenMenu(QPoint at);
-    void OnProfileCommand(int row, const QString& choice);
-    void AddDailyProfile(int row);
-    void ViewDailyProfile(const QString& name);
     void OnOK();
 
     ProfileSession m_session;
