@@ -45,6 +45,9 @@ public:
         m_view = m_dialog->findChild<CGraphView*>();
         m_grid = m_dialog->findChild<QTableView*>();
         m_view->installEventFilter(this);
+        // What lies over the chart is painted without what is below.
+        for (QWidget* const part : m_view->findChildren<QWidget*>())
+            part->installEventFilter(this);
         Settle();
     }
 
@@ -110,6 +113,11 @@ public:
         control.BuildFunctionChart();
         control.Attach(&m_dialog->session().table(), ProfileKind::Function);
         return {control.document(), m_view->size(), m_view->font()};
+    }
+
+    void ShowSteps(bool on) const {
+        m_dialog->findChild<CGraphControl*>()->SetLineForm(on ? LineForm::Steps
+                                                              : LineForm::Straight);
     }
 
     void ShowAll() {
@@ -275,6 +283,38 @@ void HoverMove(benchmark::State& state) {
         window.Mouse(QEvent::MouseMove, at + QPoint(3 * (++step % 8), 0), Qt::NoButton, false);
 }
 
+// The mouse goes over the chart: the hair line and the text that follow it are painted.
+void ReadOutFrame(benchmark::State& state) {
+    Window& window = windows.For(state);
+    int step = 0;
+    for (auto _ : state) {
+        window.Mouse(QEvent::MouseMove, window.Middle() + QPoint(3 * (++step % 8), 0), Qt::NoButton,
+                     false);
+        if (!window.Frame())
+            state.SkipWithError("nothing was painted");
+    }
+}
+
+// After each entry all points are gone through for their ranges and mean.
+void StatisticsFrame(benchmark::State& state) {
+    Window& window = windows.For(state);
+    window.Mouse(QEvent::MouseMove, QPoint(5, 5), Qt::NoButton, false);
+    window.Frame();
+    for (auto _ : state) {
+        window.EnterValue();
+        if (!window.Frame())
+            state.SkipWithError("nothing was painted");
+    }
+}
+
+// A zoom of the line in steps.
+void StepsZoomFrame(benchmark::State& state) {
+    const Window& window = windows.For(state);
+    window.ShowSteps(true);
+    ZoomFrame(state);
+    window.ShowSteps(false);
+}
+
 void Sizes(benchmark::internal::Benchmark* one) {
     one->ArgNames({"points", "ordered"})
         ->ArgsProduct({{10, 8'760, 100'000, 525'600, 1'000'000}, {1, 0}})
@@ -288,6 +328,9 @@ BENCHMARK(DragTimeFrame)->Apply(Sizes);
 BENCHMARK(ZoomFrame)->Apply(Sizes);
 BENCHMARK(PanFrame)->Apply(Sizes);
 BENCHMARK(HoverMove)->Apply(Sizes);
+BENCHMARK(ReadOutFrame)->Apply(Sizes);
+BENCHMARK(StatisticsFrame)->Apply(Sizes);
+BENCHMARK(StepsZoomFrame)->Apply(Sizes);
 BENCHMARK(SelectAll)->Apply(Sizes);
 BENCHMARK(SaveChart<ChartSvg>)->Name("SaveSvg")->Apply(Sizes);
 BENCHMARK(SaveChart<ChartPdf>)->Name("SavePdf")->Apply(Sizes);

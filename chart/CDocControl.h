@@ -78,10 +78,14 @@ struct AxisLabel {
 /// How the items are shown: bars on an index, or points at their own places.
 enum class DisplayForm { Bars, Points };
 
+/// How the line leads from a point to the next one: straight, or the value holds until there.
+enum class LineForm { Straight, Steps };
+
 struct DataDisplay {
     DisplayForm form = DisplayForm::Points;
     double headroom = 10.0;  ///< per cent of the data's extent
     PercentRect rect;        ///< of a display without scales
+    LineForm line = LineForm::Straight;
 };
 
 enum class PointLook : int { None = 0, MarkersOnLine = 0xC00 };

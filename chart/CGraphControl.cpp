@@ -169,6 +169,11 @@ void CGraphControl::SetTitle(const QString& title) {
     emit Rebuilt();
 }
 
+void CGraphControl::SetLineForm(LineForm form) {
+    m_document.display.line = form;
+    emit ItemsChanged(0, m_document.items.Count() - 1);
+}
+
 void CGraphControl::SetHighlighted(int index, bool on) {
     m_document.items.SetHighlighted(index, on);
     emit ItemsChanged(index, index);

@@ -42,6 +42,9 @@ public:
 
     void SetTitle(const QString& title);
 
+    /// Of the line through the points of a function; straight after a build.
+    void SetLineForm(LineForm form);
+
     /// Fills the chart from `table` (not owned) and follows it from now on. The chart of `kind`
     /// must have been built; a later build fills itself from the table again.
     void Attach(const ProfileTable* table, ProfileKind kind);

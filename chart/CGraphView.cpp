@@ -3,15 +3,18 @@
 
 #include "base/ShownText.h"
 #include "chart/CGraphControl.h"
+#include "chart/ChartKeys.h"
 #include "chart/DragRules.h"
 #include "chart/ItemDrag.h"
 #include "chart/ItemPicking.h"
+#include "chart/ReadOutOverlay.h"
 #include "chart/ZoomBar.h"
 #include "chart/ZoomGestures.h"
 #include "profiles/ProfileSession.h"
 
 #include <QContextMenuEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QTextDocument>
@@ -47,10 +50,15 @@ CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget*
       m_control(control),
       m_plot(control->document(), this),
       m_zoom_bar(new ZoomBar(this)),
+      m_keys(new ChartKeys(session, control, this)),
+      m_read_out(std::make_unique<ReadOutOverlay>(session, control, this)),
       m_cursor(this, session->facts().hasTimes()) {
     setObjectName(u"5001_Chart"_s);
     setAccessibleName(u"Chart"_s);
     setMouseTracking(true);
+    // A click leaves the keyboard where it is, like one on a button.
+    setFocusPolicy(Qt::TabFocus);
+    connect(m_keys, &ChartKeys::RowChosen, this, &CGraphView::CellPicked);
     connect(m_control, &CGraphControl::Rebuilt, this, [this] {
         // The dragged item may have another index now, or be gone.
         FinishDrag();
@@ -65,6 +73,8 @@ CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget*
         SetZoom(zoom);
     });
 }
+
+CGraphView::~CGraphView() = default;
 
 // Changes are gathered until the next painting.
 void CGraphView::Redraw(Due due) {
@@ -84,6 +94,7 @@ void CGraphView::Draw() {
     m_plot.SetAxes(m_zoom.Visible(), m_zoom.Fitted());
     m_plot.Replot();
     PlaceZoomBar();
+    m_read_out->Refresh();
 }
 
 // Below all labels, as long as the axis.
@@ -203,7 +214,16 @@ bool CGraphView::event(QEvent* event) {
         FinishDrag();
         EndPan();
     }
+    m_keys->Watch(*event);
     return QWidget::event(event);
+}
+
+// Tab alone goes on by itself.
+void CGraphView::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab)
+        focusNextPrevChild(event->key() == Qt::Key_Tab);
+    else if (!m_keys->Press(*event, m_plot.SmallMark()))
+        QWidget::keyPressEvent(event);
 }
 
 void CGraphView::contextMenuEvent(QContextMenuEvent* event) {

@@ -10,20 +10,25 @@
 #include <QPoint>
 #include <QWidget>
 
+#include <memory>
 #include <optional>
 
 class CGraphControl;
+class ChartKeys;
 class ProfileSession;
+class ReadOutOverlay;
 class ZoomBar;
 
 /// Shows the chart of a CGraphControl. The user reads items in tips and drags them. A dragged value
 /// goes into the session's table and comes back through the control, so chart and grid always show
-/// the same numbers. Neither pointer is owned; both outlive the view.
+/// the same numbers. By keyboard the user goes from item to item and changes values in steps.
+/// Neither pointer is owned; both outlive the view.
 class CGraphView : public QWidget {
     Q_OBJECT
 
 public:
     CGraphView(ProfileSession* session, CGraphControl* control, QWidget* parent = nullptr);
+    ~CGraphView() override;
 
     /// Shows the tip of the item `index` at the last mouse position, for 10 seconds.
     void ShowTip(int index);
@@ -57,7 +62,7 @@ public:
 signals:
     /// A press on the chart begins; an open cell editor is to be closed.
     void PressBegins();
-    /// The item of this grid row was picked.
+    /// The item of this grid row was picked, by mouse or keyboard.
     void CellPicked(int row);
     /// `isZoomed` has changed by the user's act.
     void ZoomedChanged();
@@ -66,6 +71,7 @@ protected:
     bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -98,6 +104,9 @@ private:
     ChartPlot m_plot;
     ChartZoom m_zoom;
     ZoomBar* m_zoom_bar;  // a child
+    ChartKeys* m_keys;
+    // A child over all others. It looks at the plot until it ends.
+    std::unique_ptr<ReadOutOverlay> m_read_out;
     Due m_due = Due::Everything;
 
     QPoint m_last_mouse;

@@ -56,6 +56,9 @@ public:
     void ClearHighlights() { m_highlighted.clear(); }
     bool IsHighlighted(int index) const { return m_highlighted.contains(index); }
     const std::set<int>& Highlighted() const { return m_highlighted; }
+    std::optional<int> FirstHighlighted() const {
+        return m_highlighted.empty() ? std::nullopt : std::optional(*m_highlighted.begin());
+    }
 
     bool IsDrawn(int index) const;
 

@@ -36,6 +36,8 @@ class PlanTicker : public QCPAxisTicker {
 public:
     PlanTicker(const AxisPlan& plan, const ChartItems* items) : m_plan(plan), m_items(items) {}
 
+    double SmallStep() { return m_plan.step / (getSubTickCount(m_plan.step) + 1); }
+
 protected:
     QVector<double> createTickVector(double, const QCPRange&) override {
         const std::vector<double> ticks = m_plan.Ticks();
@@ -157,6 +159,10 @@ PlotScale ChartPlot::Scale() const {
     const double bottom = area.bottom();
     return {{m_plans.items.low, m_plans.items.high, left, left + area.width()},
             {m_plans.values.low, m_plans.values.high, bottom, bottom - area.height()}};
+}
+
+double ChartPlot::SmallMark() const {
+    return PlanTicker(m_plans.values, nullptr).SmallStep();
 }
 
 QRect ChartPlot::PartRect(const PercentRect& part) const {

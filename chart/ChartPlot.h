@@ -56,6 +56,9 @@ public:
     /// are thinned out for that number of device pixels per pixel.
     void PaintShapes(QPainter& painter, double device_pixels);
 
+    /// The distance between two small marks of the axis of values, in its units.
+    double SmallMark() const;
+
     /// The mapping between axis units and the pixels of the chart, as drawn last.
     PlotScale Scale() const;
 

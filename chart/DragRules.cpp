@@ -66,6 +66,10 @@ std::optional<QString> AcceptDraggedTime(double time, double low, double high) {
     return QString::number(bounded, 'f', 2);
 }
 
+double DragStep(ProfileKind kind) {
+    return Describe(kind).hasNames() ? 1.0 : 0.01;
+}
+
 std::optional<qsizetype> PickPoint(const QList<QPointF>& points, QPointF press) {
     const auto picked = std::find_if(points.cbegin(), points.cend(), [press](QPointF point) {
         return IsBetween(press.x() - point.x(), kLeftOpen, kRightClosed) &&

@@ -21,6 +21,9 @@ std::optional<QString> AcceptDrag(ProfileKind kind, double value);
 /// and `high`: cut, and bounded to the hundredths from `low` to `high`. Nothing when there is none.
 std::optional<QString> AcceptDraggedTime(double time, double low, double high);
 
+/// The least change that a drag can store.
+double DragStep(ProfileKind kind);
+
 /// The 0-based index of the first of `points` that the press at `press` picks, all in axis units:
 /// -3.6 < dx <= 3.0 and -2.6 < dy <= 2.1 with a slack of 1e-6 against the open ends.
 std::optional<qsizetype> PickPoint(const QList<QPointF>& points, QPointF press);

@@ -120,7 +120,7 @@ public:
         const auto [first, last] = PointsInSight(all, m_scale.x);
         const std::span<const double> xs = all.subspan(first, last - first);
         const std::span<const double> ys = values.subspan(first, last - first);
-        const ThinnedLine line = ThinLine(xs, ys, m_scale, m_device_pixels);
+        const ThinnedLine line = ThinLine(xs, ys, m_scale, m_device_pixels, m_chart.display.line);
         if (m_chart.item_style.points == PointLook::None)
             return;
         std::set<int> highlighted;
@@ -137,7 +137,8 @@ public:
         if (m_chart.display.form == DisplayForm::Bars)
             PaintPreviewBars();
         else if (preview.GroupCount() == 2)
-            PaintLine(ThinLine(preview.Group(0), preview.Group(1), m_scale, m_device_pixels),
+            PaintLine(ThinLine(preview.Group(0), preview.Group(1), m_scale, m_device_pixels,
+                               m_chart.display.line),
                       kPreviewColour);
     }
 

@@ -59,6 +59,20 @@ private:
     std::vector<QPointF> m_points;
 };
 
+// With the corners of its steps. Thinning has left the first and the last point of each pixel
+// column, so the level between two columns is that of all points.
+std::vector<QPointF> Formed(std::vector<QPointF> line, LineForm form) {
+    if (form == LineForm::Straight || line.empty())
+        return line;
+    std::vector<QPointF> steps = {line.front()};
+    steps.reserve(2 * line.size());
+    for (size_t i = 1; i < line.size(); ++i) {
+        steps.emplace_back(line[i].x(), line[i - 1].y());
+        steps.push_back(line[i]);
+    }
+    return steps;
+}
+
 QPointF Nearest(QPointF place) {
     return {std::clamp(place.x(), -kFarAway, kFarAway), std::clamp(place.y(), -kFarAway, kFarAway)};
 }
@@ -155,7 +169,7 @@ std::pair<size_t, size_t> PointsInSight(std::span<const double> xs, const AxisSc
 }
 
 ThinnedLine ThinLine(std::span<const double> xs, std::span<const double> ys, const PlotScale& scale,
-                     double columns) {
+                     double columns, LineForm form) {
     const size_t count = std::min(xs.size(), ys.size());
     const double width = std::ceil(std::abs(scale.x.to - scale.x.from) * columns) + 1.0;
     const auto used_width = static_cast<size_t>(std::clamp(width, 1.0, kMaxColumns));
@@ -211,7 +225,7 @@ ThinnedLine ThinLine(std::span<const double> xs, std::span<const double> ys, con
     }
     if (in_run)
         end_run();
-    return {CutOff(std::move(line.Points())),
+    return {CutOff(Formed(std::move(line.Points()), form)),
             PointDensity(counts, first_column / columns, columns)};
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "chart/CDocControl.h"
 #include "chart/PlotScale.h"
 
 #include <QPointF>
@@ -61,7 +62,7 @@ std::pair<size_t, size_t> PointsInSight(std::span<const double> xs, const AxisSc
 /// instead, column by column. The result never holds more than a fixed number of points per column
 /// of the scale. What lies beyond any screen is cut off.
 ThinnedLine ThinLine(std::span<const double> xs, std::span<const double> ys, const PlotScale& scale,
-                     double columns = 1.0);
+                     double columns = 1.0, LineForm form = LineForm::Straight);
 
 /// Markers nearer than this (pixels) to the one before on the line are left out.
 constexpr double kMarkerDistance = 6.0;

@@ -106,7 +106,8 @@ CommandRows CDlgGridChart::Commands() {
     CommandRows all;
     auto* const points = new PointCommands(&m_session, m_grid, this);
     auto* const rows_at_once = new RowCommands(&m_session, m_grid, this);
-    const CommandRows chart = m_view != nullptr ? ChartCommands(m_view, m_grid) : CommandRows();
+    const CommandRows chart =
+        m_view != nullptr ? ChartCommands(m_chart, m_view, m_grid) : CommandRows();
     for (const CommandRows& rows :
          {EditCommands(&m_session, m_grid), points->Rows(), rows_at_once->Rows(), pictures->Rows(),
           chart, m_room->Rows(), own})
@@ -125,6 +126,7 @@ void CDlgGridChart::CreateChart() {
     m_view = new CGraphView(&m_session, m_chart, this);
     m_view->setGeometry(m_controls[kChartFrame]->geometry());
     m_controls[kTableGrip]->raise();
+    setTabOrder(m_grid, m_view);
     connect(m_grid, &CGridControl::RowEntered, m_chart,
             [this](int row) { m_chart->SetHighlighted(row - 1, true); });
     connect(m_grid, &CGridControl::RowEntered, m_view, &CGraphView::BringIntoView);

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "dialog/ChartCommands.h"
 
+#include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
 #include "dialog/DialogTemplate.h"
 #include "grid/CGridControl.h"
+#include "profiles/ProfileSession.h"
 
 using namespace Id;
 
@@ -14,12 +16,17 @@ constexpr double kKeyPan = 0.25;
 
 }  // namespace
 
-CommandRows ChartCommands(CGraphView* view, CGridControl* grid) {
+CommandRows ChartCommands(CGraphControl* chart, CGraphView* view, CGridControl* grid) {
     constexpr bool kMarks = true;
     constexpr bool kLooksAtRows = true;
     const auto is_zoomed = [view](const ProfileSession&) { return view->isZoomed(); };
     const auto can_show = [=](const ProfileSession&) {
         return view->canShowRows(grid->SelectedRows());
+    };
+    const auto has_line = [](const ProfileSession& session) { return session.facts().hasTimes(); };
+    const auto has_steps = [chart] { return chart->document().display.line == LineForm::Steps; };
+    const auto switch_steps = [=] {
+        chart->SetLineForm(has_steps() ? LineForm::Straight : LineForm::Steps);
     };
     return {
         {kShowAll, [view] { view->ShowAll(); }, is_zoomed, !kMarks, u"Ctrl+0",
@@ -33,6 +40,16 @@ CommandRows ChartCommands(CGraphView* view, CGridControl* grid) {
          MenuPlace::Chart,
          u"Voir la sélection",
          kLooksAtRows},
+        {kSteps,
+         switch_steps,
+         has_line,
+         !kMarks,
+         {},
+         u"Tient chaque valeur jusqu'au temps suivant",
+         MenuPlace::Chart,
+         u"Escalier",
+         !kLooksAtRows,
+         has_steps},
         {kZoomIn, [view] { view->ZoomBy(1.0); }, {}, !kMarks, u"Ctrl++", u"Agrandit le graphique"},
         {kZoomOut, [view] { view->ZoomBy(-1.0); }, {}, !kMarks, u"Ctrl+-", u"Réduit le graphique"},
         {kPanLeft,

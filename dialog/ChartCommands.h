@@ -3,8 +3,9 @@
 
 #include "dialog/Command.h"
 
+class CGraphControl;
 class CGraphView;
 class CGridControl;
 
-/// The commands that change what the chart shows, for `CDlgGridChart`. Neither pointer is owned.
-CommandRows ChartCommands(CGraphView* view, CGridControl* grid);
+/// The commands that change what the chart shows, for `CDlgGridChart`. No pointer is owned.
+CommandRows ChartCommands(CGraphControl* chart, CGraphView* view, CGridControl* grid);

@@ -38,6 +38,7 @@ struct Command {
     MenuPlace place = MenuPlace::None;
     QStringView caption = {};    ///< of the menu entry
     bool looks_at_rows = false;  ///< `enabled` does, so it is only asked when the menu opens
+    std::function<bool()> checked = {};  ///< whether the menu entry has its check mark
 };
 
 using CommandRows = std::vector<Command>;

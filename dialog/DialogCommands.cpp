@@ -64,6 +64,7 @@ void DialogCommands::AddMenuPart(const MenuPart& part) {
         if (menu == nullptr)
             menu = part.submenu.isEmpty() ? m_menu : m_menu->addMenu(part.submenu.toString());
         QAction* const action = menu->addAction(command.caption.toString());
+        action->setCheckable(static_cast<bool>(command.checked));
         m_actions.insert(command.id, action);
         connect(action, &QAction::triggered, this, [this, &command] { Run(command); });
     }
@@ -106,6 +107,8 @@ bool DialogCommands::IsEnabled(const Command& command) const {
 }
 
 void DialogCommands::Run(const Command& command) {
+    // By keyboard a drag stays open.
+    m_session->EndDrag();
     // Cancel works even if the open entry is refused.
     if (IsEnabled(command) && (command.id == Id::kCancel || m_grid->CommitOpenEditor())) {
         command.run();
@@ -119,8 +122,10 @@ void DialogCommands::Enable(const Command& command) {
     const bool enabled = IsEnabled(command);
     if (QWidget* const button = m_buttons.value(command.id))
         button->setEnabled(enabled);
-    if (QAction* const action = m_actions.value(command.id))
+    if (QAction* const action = m_actions.value(command.id)) {
         action->setEnabled(enabled);
+        action->setChecked(command.checked && command.checked());
+    }
 }
 
 void DialogCommands::Update() {

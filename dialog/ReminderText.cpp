@@ -23,7 +23,10 @@ struct Hint {
 
 constexpr Hint kKeys[] = {
     {u"Tab, Shift+Tab", u"Cellule suivante, précédente"},
-    {u"Ctrl+Tab, Ctrl+Shift+Tab", u"Quitte le tableau vers l'avant, vers l'arrière"},
+    {u"Ctrl+Tab, Ctrl+Shift+Tab", u"Quitte le tableau vers le graphique, vers l'arrière"},
+    {u"Gauche, Droite, Début, Fin dans le graphique",
+     u"Ligne précédente, suivante, première, dernière"},
+    {u"Haut, Bas dans le graphique", u"Change la valeur d'une petite marque de l'axe"},
     {u"Enter", u"Valide la cellule et descend d'une ligne"},
     {u"Esc", u"Quitte la cellule sans la changer ; sinon, demande s'il faut abandonner"},
     {u"Menu, Shift+F10", u"Ouvre le menu"},
@@ -40,6 +43,7 @@ constexpr Hint kMouse[] = {
     {u"Glisser entre graphique et tableau", u"Partage la largeur"},
     {u"Double clic entre graphique et tableau", u"Élargit le tableau, puis le remet"},
     {u"Clic droit", u"Ouvre le menu"},
+    {u"Pointeur sur le graphique", u"Lit le temps, la valeur et le point le plus proche"},
     {u"Molette sur le graphique", u"Agrandit ou réduit le temps autour du pointeur"},
     {u"Shift+molette, glisser au bouton du milieu", u"Déplace la partie visible"},
     {u"Ctrl+molette", u"Agrandit ou réduit les valeurs d'une fonction"},

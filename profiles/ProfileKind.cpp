@@ -14,6 +14,7 @@ constexpr KindDescriptor kFunction = {
     .title_prefix = u" \n",
     .value_axis_title = u"Value of function",
     .index_axis_title = u"Value of time",
+    .time_unit = u"h",
     .title_height = 15,
 };
 
@@ -54,6 +55,7 @@ constexpr KindDescriptor kMonthly = {
     .title_prefix = u"Profil Mensuel : \n",
     .value_axis_title = u"Besoin journalier moyen l/j",
     .index_axis_title = u"Mois de l'année",
+    .value_unit = u"l/j",
     .value_step = 250.0,
     .title_height = 22,
 };
@@ -74,6 +76,7 @@ constexpr KindDescriptor kWeekly = {
     .title_prefix = u"Profil Hebdomadaire : \n",
     .value_axis_title = u"Besoin journalier moyen en l/j",
     .index_axis_title = u"Jours de la Semaine",
+    .value_unit = u"l/j",
     .value_step = 20.0,
     .title_height = 22,
 };

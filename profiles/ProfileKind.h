@@ -47,6 +47,8 @@ struct KindDescriptor {
         {};  ///< before the name in the chart's title; the caption drops line breaks
     QStringView value_axis_title = {};
     QStringView index_axis_title = {};
+    QStringView value_unit = {};  ///< behind a value that is read out
+    QStringView time_unit = {};   ///< behind a time, of kinds with times
     double value_step = 0.0;  ///< between labels of the value axis; 0 is automatic
     int title_height = 11;    ///< per cent of the chart
 

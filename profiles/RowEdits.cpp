@@ -363,10 +363,17 @@ void RowEdits::BeginDrag(int row) {
 void RowEdits::DragTo(const QString& text, const QString& time) {
     if (!m_drag)
         return;
+    const bool could_undo = canUndo();
     const RowState& began = m_drag->row;
     m_table.SetCellText(began.row + 1, kValue, text);
     if (facts().hasTimes())
         m_table.SetCellText(began.row + 1, kLabel, time.isEmpty() ? began.label : time);
+    if (canUndo() != could_undo)
+        emit StateChanged();
+}
+
+bool RowEdits::hasDragged() const {
+    return m_drag && !(RowStateOf(m_drag->row.row + 1) == m_drag->row);
 }
 
 void RowEdits::EndDrag() {

@@ -40,7 +40,7 @@ public:
     void SetModified() { m_modified = true; }
     bool isEdition() const { return m_edition; }
 
-    bool canUndo() const { return !isViewOnly() && m_history.CanUndo(); }
+    bool canUndo() const { return !isViewOnly() && (m_history.CanUndo() || hasDragged()); }
     bool canRedo() const { return !isViewOnly() && m_history.CanRedo(); }
     bool canAdd() const { return facts().hasTimes() && !isViewOnly(); }
     bool canRemove() const;
@@ -146,6 +146,7 @@ private:
         TableTexts table;  // empty where the row is all that changes
     };
 
+    bool hasDragged() const;
     RowState RowStateOf(int row) const;
     Before StateBefore(int row, Scope scope) const;
     template <typename Edit>

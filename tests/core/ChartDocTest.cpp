@@ -135,6 +135,14 @@ private slots:
         const Columns all = columns(whole);
         QVERIFY(columns(line) == all);
         QVERIFY(line.size() <= 4 * all.size());
+        // The same of steps, whose corners lie in the column that they lead to.
+        std::vector<QPointF> steps;
+        for (const QPointF point : whole) {
+            if (!steps.empty())
+                steps.emplace_back(point.x(), steps.back().y());
+            steps.push_back(point);
+        }
+        QVERIFY(columns(ThinLine(xs, ys, scale, 1.0, LineForm::Steps).points) == columns(steps));
     }
 
     // Times without order cost no more, and their peaks are seen all the same.
@@ -191,6 +199,8 @@ private slots:
                 const double share = (scale.x.ToValue(end.x()) - 19998.0) / (1e6 - 19998.0);
                 const double value = ys[19998] + (ys[19999] - ys[19998]) * share;
                 QVERIFY(std::abs(end.y() - scale.y.ToPixel(value)) < 1e-6);
+                const auto steps = ThinLine(xs, ys, scale, 1.0, LineForm::Steps).points;
+                QCOMPARE((steps.end() - 2)->y(), scale.y.ToPixel(ys[19998]));
             }
         }
         std::swap(xs[3], xs[4]);

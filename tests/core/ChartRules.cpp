@@ -4,10 +4,12 @@
 #include "chart/CGraphControl.h"
 #include "chart/DragRules.h"
 #include "chart/ItemPicking.h"
+#include "chart/ReadOut.h"
 #include "chart/ZoomGestures.h"
 #include "dialog/ButtonLayout.h"
 #include "dialog/DialogTemplate.h"
 #include "grid/ColumnShare.h"
+#include "profiles/RowEdits.h"
 
 #include <QPointF>
 #include <QSize>
@@ -183,6 +185,31 @@ QJsonValue Columns(const QJsonValue& share, const QJsonObject&) {
     return widths;
 }
 
+// A mouse "at" pixels of 400 x 300, rows by keyboard, all rows.
+QJsonValue ReadOuts(const QJsonValue&, const QJsonObject& input) {
+    const ProfileKind kind = VectorKind(input[u"kind"]);
+    RowEdits rows(kind, DisplayMode::Edit);
+    rows.ReplaceRows(VectorStrings(input[u"times"]), VectorStrings(input[u"values"]),
+                     VectorStrings(input[u"names"]));
+    CGraphControl control;
+    kind == Function ? control.BuildFunctionChart() : control.BuildProfileChart(kind);
+    control.Attach(&rows.table(), kind);
+    const QJsonValue axes = input[u"axes"];
+    const PlotScale scale = {{axes[0].toDouble(), axes[1].toDouble(), 0.0, 400.0},
+                             {axes[2].toDouble(), axes[3].toDouble(), 300.0, 0.0}};
+    ReadOut read_out(kind, &control.document(), &rows.table());
+    // Nothing of the straight line is kept.
+    if (input[u"steps"].toBool() && !read_out.Whole(scale).isEmpty())
+        control.SetLineForm(LineForm::Steps);
+    QJsonArray at;
+    for (const QJsonValue& place : input[u"at"].toArray())
+        at.append(read_out.At(scale, PointOf(place)).text);
+    QJsonArray of;
+    for (const QJsonValue& row : input[u"rows"].toArray())
+        of.append(read_out.Of(scale, row.toInt() - 1).text);
+    return QJsonObject{{u"at"_s, at}, {u"rows"_s, of}, {u"whole"_s, read_out.Whole(scale)}};
+}
+
 QJsonValue Ratio(const QJsonValue& pair, const QJsonObject&) {
     const double contrast = Contrast(ColourOf(pair[0]), ColourOf(pair[1]));
     return contrast == Contrast(ColourOf(pair[1]), ColourOf(pair[0]))
@@ -198,6 +225,7 @@ using All = const QJsonObject&;
 QList<Rule> ChartRules() {
     return {{"charts", nullptr, Chart},
             {"chart_zoom", nullptr, Zoomed},
+            {"read_out", nullptr, ReadOuts},
             {"chart", "tip", Tip},
             {"chart", "drag", Dragged},
             {"chart", "cut",

@@ -30,6 +30,7 @@ struct ChartWindow : SessionBench {
         control->Attach(&session->table(), kind);
         view = std::make_unique<CGraphView>(session.get(), control.get());
         view->resize(435, 375);
+        view->setFocusPolicy(Qt::NoFocus);  // in the dialog the grid has the keyboard
         view->show();
         Picture();
     }

@@ -80,6 +80,8 @@ private slots:
         QVERIFY(ChartPng(window.Exported(), 1) != ChartPng(picture, 1));
         window.view->ShowAll();
         QCOMPARE(ChartPng(window.Exported(), 1), ChartPng(picture, 1));
+        window.control->SetLineForm(LineForm::Steps);
+        QCOMPARE(ChartPng(window.Exported(), 1) != ChartPng(picture, 1), row == Function);
     }
 
     // What cannot be seen makes no file larger.

@@ -202,9 +202,11 @@ private:
             QVERIFY(menu != nullptr);
             const QAction* const at = menu->activeAction();
             const bool found = at != nullptr && at->text() == entry;
-            QTest::keyClick(menu, found                                    ? Qt::Key_Return
-                                  : at != nullptr && at->menu() != nullptr ? Qt::Key_Right
-                                                                           : Qt::Key_Down);
+            const bool holds_it =
+                at != nullptr && at->menu() != nullptr && Entries(*at->menu()).contains(entry);
+            QTest::keyClick(menu, found      ? Qt::Key_Return
+                                  : holds_it ? Qt::Key_Right
+                                             : Qt::Key_Down);
             if (found)
                 return;
         }
@@ -307,6 +309,15 @@ private:
         return nullptr;
     }
 
+    // What an assistive tool hears of the chart as shown.
+    QString ReadOut() const {
+        auto* const view = m_dialog->findChild<CGraphView*>();
+        if (view == nullptr)
+            return {};
+        view->repaint();
+        return QAccessible::queryAccessibleInterface(view)->text(QAccessible::Description);
+    }
+
     QHash<QString, QString> Seen() const {
         const ProfileSession& session = m_dialog->session();
         const CGridControl& grid = *m_dialog->findChild<CGridControl*>();
@@ -331,6 +342,11 @@ private:
         if (const auto* const chart = m_dialog->findChild<CGraphControl*>(); chart != nullptr) {
             for (const int item : chart->document().items.Highlighted())
                 marked.append(QString::number(item + 1));
+        }
+        QStringList checked;
+        for (const QAction* const action : m_dialog->findChildren<QAction*>()) {
+            if (action->isChecked())
+                checked.append(action->text());
         }
         QString entry = u"none"_s;
         for (const QLineEdit* const editor : grid.findChildren<QLineEdit*>())
@@ -378,6 +394,8 @@ private:
                 {u"entries"_s, Entries(*m_dialog->findChild<QMenu*>()).join(u'|')},
                 {u"zoomed"_s, YesOrNo(m_dialog->findChild<CGraphView*>() != nullptr &&
                                       m_dialog->findChild<CGraphView*>()->isZoomed())},
+                {u"line"_s, ReadOut()},
+                {u"checked"_s, checked.join(u'|')},
                 {u"chart"_s, YesOrNo(!marked.isEmpty())}};
     }
 

@@ -5,6 +5,7 @@
 #include "chart/CGraphView.h"
 #include "chart/DragRules.h"
 #include "chart/FittedText.h"
+#include "chart/ReadOutOverlay.h"
 #include "chart/ZoomBar.h"
 
 #include <QDialog>
@@ -364,6 +365,48 @@ private slots:
         window.Release(window.At(2, 5.9));  // the test's double click leaves the button down
         QCOMPARE(zoomed.count(), 2);
         QVERIFY(shown().x.low == all.x.low && shown().x.high == all.x.high && bar->isHidden());
+    }
+
+    // Nothing shows before the mouse comes; the line then follows it, and what is drawn.
+    void readsOut() {
+        const ChartWindow window(Function, u"0|10|20"_s, u"4|8|4"_s);
+        const auto line = [&window] {
+            window.Picture();
+            return window.view->accessibleDescription();
+        };
+        const auto* const overlay = window.view->findChild<ReadOutOverlay*>();
+        const QString whole = u"3 points, 0 ... 20 h, 4 ... 8, moyenne 6"_s;
+        QVERIFY(overlay->isHidden() && line().isEmpty());
+        const QImage before = window.Picture();
+        window.Drag(QPoint(8, 8), Qt::NoButton);
+        QCOMPARE(line(), whole);
+        const QPoint at = window.At(1, 5.0) + QPoint(40, 0);
+        window.Drag(at, Qt::NoButton);
+        QVERIFY2(line().startsWith(u"t = 12."_s) && line().contains(u"   f(t) = 7."_s) &&
+                     line().endsWith(u"   point 2 : 10 | 8"_s),
+                 qPrintable(line()));
+        // The hair line stands under the pointer, and nothing else has changed below the text.
+        const QImage read = window.Picture();
+        const int top = static_cast<int>(window.view->Scale().y.to);
+        for (int y = top; y < read.height(); y += 7) {
+            for (int x = 0; x < read.width(); ++x)
+                QVERIFY(read.pixelColor(x, y) == before.pixelColor(x, y) || x == at.x());
+        }
+        QVERIFY(read.pixelColor(at) != before.pixelColor(at));
+        window.control->SetLineForm(LineForm::Steps);
+        QVERIFY(line().contains(u"   f(t) = 8   "_s));
+        QCOMPARE(window.Picture().pixelColor(window.At(1, 8.0) + QPoint(60, 0)),
+                 QColor(56, 102, 224));
+        window.Wheel(at, 240);
+        QVERIFY(line().contains(u"f(t) = 8"_s));
+        window.control->SetHighlighted(1, true);
+        window.Press(window.At(1));
+        window.Drag(window.At(1, 7.0), Qt::LeftButton);
+        QVERIFY2(line().endsWith(u" | "_s + window.Cell(2)), qPrintable(line()));
+        window.Release(window.At(1, 7.0));
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(window.view.get(), &leave);
+        QVERIFY(line().startsWith(u"3 points, "_s));
     }
 
     void tips() {
