@@ -40,7 +40,7 @@ CommandRows ChartCommands(CGraphControl* chart, CGraphView* view, CGridControl* 
          MenuPlace::Chart,
          u"Voir la sélection",
          kLooksAtRows},
-        {kSteps,
+        {kShowSteps,
          switch_steps,
          has_line,
          !kMarks,

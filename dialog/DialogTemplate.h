@@ -57,7 +57,7 @@ enum : int {
     kZoomOut = 5110,
     kPanLeft = 5111,
     kPanRight = 5112,
-    kSteps = 5113,
+    kShowSteps = 5113,
     kCopyChart = 5130,
     kSaveChart = 5131,
     kPrint = 5132,
