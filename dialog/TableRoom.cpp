@@ -81,8 +81,11 @@ void TableRoom::Ask(int width) {
     emit Asked();
 }
 
-// Other texts may have come into view. For shorter ones nothing moves.
+// Other texts may have come into view. For shorter ones nothing moves, and under a drag the chart
+// stays where it is.
 void TableRoom::FollowTexts() {
+    if (m_session->isDragging())
+        return;
     if (Extra().width() > 0 && NeededWidth() > m_width.needed)
         emit Asked();
     else
