@@ -170,6 +170,11 @@ private slots:
             QCOMPARE(shown.Place(kGrid).width(), table.width() + 40);
             QTest::mouseMove(grip, {-2000, 50});
             QCOMPARE(shown.Place(kGrid).width(), shown.dialog->width() / 2);
+            // The columns follow a text that needs more of the same room.
+            const int times = shown.Grid()->columnWidth(0);
+            QVERIFY(shown.Grid()->ValidateEntry(1, 1, u"-1234567890.125678"_s));
+            QVERIFY(shown.Grid()->columnWidth(0) > times && !is_hidden());
+            QVERIFY(shown.Grid()->ValidateEntry(1, 1, u"0"_s));
             QTest::mouseMove(grip, {2000, 50});
             QTest::mouseRelease(grip, Qt::LeftButton, {}, {2, 50});
             QVERIFY(is_at_start());
