@@ -46,6 +46,12 @@ public:
     /// Moves the visible part of the items' axis by `share` of its extent.
     void PanBy(double share);
 
+    /// See ChartPlot::KeepFreeAboveAxes.
+    void KeepFreeAboveAxes(int height) {
+        m_plot.KeepFreeAboveAxes(height);
+        update();
+    }
+
     const ChartZoom& zoom() const { return m_zoom; }
     bool isZoomed() const { return m_zoom.IsZoomed(); }
     void ShowAll();

@@ -206,10 +206,14 @@ void ChartPlot::Style(const ChartLook& look) {
     for (const TickMarks& marks : m_chart.tick_marks)
         StyleTicks(marks.axis == ChartAxis::Values ? values : items, marks);
 
+    m_title_band = PartRect(m_chart.title.rect).adjusted(kPlotMargin, 0, -kPlotMargin, 0);
+    m_title = FitTitle(m_title_band.size());
+}
+
+FittedText ChartPlot::FitTitle(QSize room) const {
     const ChartTitle& title = m_chart.title;
-    m_title_band = PartRect(title.rect).adjusted(kPlotMargin, 0, -kPlotMargin, 0);
-    m_title = FitText(ShownText(title.text, kMaxMessageLength), ChartFont(title.text_height, true),
-                      title.text_height, kSmallestTitleHeight, m_title_band.size());
+    return FitText(ShownText(title.text, kMaxMessageLength), ChartFont(title.text_height, true),
+                   title.text_height, kSmallestTitleHeight, room);
 }
 
 // `length` is the room for a title beside the axis.
@@ -293,10 +297,18 @@ void ChartPlot::PaintGround(QPainter& painter) const {
 }
 
 void ChartPlot::PaintTitle(QPainter& painter) const {
-    painter.setFont(m_title.font);
+    QRect band = m_title_band;
+    FittedText title = m_title;
+    // A long title moves up, or shrinks, where something stands below it.
+    const int end = static_cast<int>(Scale().y.to) - m_free_above_axes;
+    const int height = QFontMetrics(title.font).size(0, title.text).height();
+    if (m_free_above_axes > 0 && band.center().y() + height / 2 >= end) {
+        band.setBottom(end - 1);
+        title = FitTitle(band.size());
+    }
+    painter.setFont(title.font);
     painter.setPen(m_look.palette.color(QPalette::Text));
-    painter.drawText(m_title_band, static_cast<int>(AlignmentOf(m_chart.title.alignment)),
-                     m_title.text);
+    painter.drawText(band, static_cast<int>(AlignmentOf(m_chart.title.alignment)), title.text);
 }
 
 void ChartPlot::PaintShapes(QPainter& painter, double device_pixels) {

@@ -52,6 +52,9 @@ public:
 
     void PaintGround(QPainter& painter) const;
 
+    /// Keeps the title that many pixels above the axes: something is shown between them.
+    void KeepFreeAboveAxes(int height) { m_free_above_axes = height; }
+
     /// Draws the whole chart but its frame, as shapes that keep their places at every size. Points
     /// are thinned out for that number of device pixels per pixel.
     void PaintShapes(QPainter& painter, double device_pixels);
@@ -66,6 +69,7 @@ private:
     class Items;
 
     void PaintTitle(QPainter& painter) const;
+    FittedText FitTitle(QSize room) const;
     QFont ChartFont(int pixels, bool bold = false) const;
     QRect PartRect(const PercentRect& part) const;
     void StyleAxis(QCPAxis& axis, const AxisLabel& label, const GridLines& lines, int length);
@@ -77,4 +81,5 @@ private:
     AxisPlans m_plans;
     QRect m_title_band;
     FittedText m_title;
+    int m_free_above_axes = 0;
 };

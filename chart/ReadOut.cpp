@@ -164,6 +164,7 @@ std::optional<double> ReadOut::LineValue(QPointF place) {
     return value;
 }
 
+// Where times rise it is the one under the pointer, else the nearest in time.
 std::optional<int> ReadOut::NearestPoint(const PlotScale& scale, QPointF position) {
     const ChartItems& items = m_chart->items;
     const QPointF centre = scale.ToValues(position);
@@ -171,9 +172,10 @@ std::optional<int> ReadOut::NearestPoint(const PlotScale& scale, QPointF positio
     const std::span<const double> values = items.Group(1);
     const double x_pixels = scale.x.PixelsPerUnit();
     const double y_pixels = scale.y.PixelsPerUnit();
-    std::optional<int> nearest;
-    double least = std::numeric_limits<double>::infinity();
-    const auto take = [&](auto from, auto end) {
+    // The nearest of some points, if it is nearer than `most` pixels.
+    const auto nearest = [&](auto from, auto end, double most) {
+        std::optional<int> found;
+        double least = most * most;
         for (auto time = from; time != end; ++time) {
             const auto index = time - times.begin();
             const double dx = (*time - centre.x()) * x_pixels;
@@ -181,28 +183,30 @@ std::optional<int> ReadOut::NearestPoint(const PlotScale& scale, QPointF positio
             // False for a place that is not finite.
             if (dx * dx + dy * dy < least) {
                 least = dx * dx + dy * dy;
-                nearest = static_cast<int>(index);
+                found = static_cast<int>(index);
             }
         }
+        return found;
     };
-    if (!Rises()) {
-        take(times.begin(), times.end());
-        return nearest;
-    }
-    // Those that the pointer may touch, else the two beside it.
-    const double reach = kHitDistance / std::abs(scale.x.PixelsPerUnit());
-    const auto first = std::lower_bound(times.begin(), times.end(), centre.x() - reach);
-    const auto end = std::upper_bound(first, times.end(), centre.x() + reach);
-    take(first, end);
-    if (nearest)
-        return nearest;
-    const std::optional<int> before =
-        DrawnFrom(items, static_cast<int>(first - times.begin()) - 1, -1);
-    const std::optional<int> behind = DrawnFrom(items, static_cast<int>(end - times.begin()), 1);
-    if (!before || !behind)
-        return before ? before : behind;
-    return centre.x() - items.Value(*before, 0) <= items.Value(*behind, 0) - centre.x() ? before
-                                                                                        : behind;
+    constexpr double kAnywhere = std::numeric_limits<double>::infinity();
+    if (!Rises())
+        return nearest(times.begin(), times.end(), kAnywhere);
+    const double reach = kHitDistance / std::abs(x_pixels);
+    const auto touched =
+        nearest(std::lower_bound(times.begin(), times.end(), centre.x() - reach),
+                std::upper_bound(times.begin(), times.end(), centre.x() + reach), kHitDistance);
+    if (touched)
+        return touched;
+    const auto next = std::upper_bound(times.begin(), times.end(), centre.x()) - times.begin();
+    const std::optional<int> before = DrawnFrom(items, static_cast<int>(next) - 1, -1);
+    const std::optional<int> behind = DrawnFrom(items, static_cast<int>(next), 1);
+    if (!before && !behind)
+        return {};
+    const bool is_before = before && (!behind || centre.x() - items.Value(*before, 0) <=
+                                                     items.Value(*behind, 0) - centre.x());
+    const double time = items.Value(is_before ? *before : *behind, 0);
+    const auto [from, end] = std::equal_range(times.begin(), times.end(), time);
+    return nearest(from, end, kAnywhere);
 }
 
 QString ReadOut::PointText(const PlotScale& scale, double time, std::optional<double> value,

@@ -35,7 +35,7 @@ public:
     void Forget();
 
     /// The place under `position`, in pixels. Of a function: the time, the line's value there, if
-    /// it has one, and the point nearest by in pixels. Of bars: the one of that column.
+    /// it has one, and the nearest point. Of bars: the one of that column.
     Reading At(const PlotScale& scale, QPointF position);
 
     /// An item that exists.

@@ -102,6 +102,7 @@ void ReadOutOverlay::Reach() {
         setGeometry(m_view->rect());
         raise();
         show();
+        m_view->KeepFreeAboveAxes(TextRect().height() + kAboveAxes);
     }
     Refresh();
 }

@@ -409,6 +409,24 @@ private slots:
         QVERIFY(line().startsWith(u"3 points, "_s));
     }
 
+    // Of a title that fills its band nothing stands in the room of the text.
+    void longTitleLeavesRoom() {
+        const ChartWindow window(Annual);
+        window.control->SetTitle(u"Crèche du hameau près de l'église à Noël "_s.repeated(9));
+        const int top = static_cast<int>(window.view->Scale().y.to);
+        const auto ink = [&] {
+            const QImage picture = window.Picture();
+            int pixels = 0;
+            for (int x = 300; x < picture.width() - 2; ++x)
+                pixels += picture.pixelColor(x, top - 14) != Qt::white;
+            return pixels;
+        };
+        QVERIFY(ink() > 0);
+        window.Drag(window.At(0), Qt::NoButton);
+        QCOMPARE(ink(), 0);
+        QCOMPARE(static_cast<int>(window.view->Scale().y.to), top);
+    }
+
     void tips() {
         const ChartWindow window(Function, u"0|12.5"_s, u"1|3"_s);
         window.Move(window.At(1));
