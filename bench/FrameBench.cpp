@@ -121,7 +121,7 @@ public:
     }
 
     void ShowAll() {
-        m_view->ShowAll();
+        m_view->Zoom().ShowAll();
         Frame();
     }
 

@@ -8,8 +8,6 @@
 #include "chart/ItemDrag.h"
 #include "chart/ItemPicking.h"
 #include "chart/ReadOutOverlay.h"
-#include "chart/ZoomBar.h"
-#include "chart/ZoomGestures.h"
 #include "profiles/ProfileSession.h"
 
 #include <QContextMenuEvent>
@@ -23,8 +21,6 @@
 #include <QWheelEvent>
 
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -36,12 +32,6 @@ constexpr int kTipTime = 10000;  // milliseconds
 // Pixels around the axes in which an item still shows.
 constexpr double kItemRoom = 5.0;
 
-// A notch of a mouse wheel; finely resolved wheels and touchpads turn by less.
-constexpr double kNotch = 120.0;
-
-// Share of the visible part that a notch pans by.
-constexpr double kPanShare = 0.1;
-
 }  // namespace
 
 CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget* parent)
@@ -49,7 +39,7 @@ CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget*
       m_session(session),
       m_control(control),
       m_plot(control->document(), this),
-      m_zoom_bar(new ZoomBar(this)),
+      m_zoom(&m_plot, control, this),
       m_keys(new ChartKeys(session, control, this)),
       m_read_out(std::make_unique<ReadOutOverlay>(session, control, this)),
       m_cursor(this, session->facts().hasTimes()) {
@@ -65,13 +55,7 @@ CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget*
         Redraw(Due::Everything);
     });
     connect(m_control, &CGraphControl::ItemsChanged, this, [this] { Redraw(Due::Items); });
-    connect(m_zoom_bar, &ZoomBar::Dragged, this, [this](double from) {
-        const AxisRange whole = m_zoom.Whole(ChartAxis::Items);
-        ChartZoom zoom = m_zoom;
-        zoom.Pan(ChartAxis::Items,
-                 whole.low + from * whole.Extent() - zoom.Range(ChartAxis::Items).low);
-        SetZoom(zoom);
-    });
+    connect(&m_zoom, &ViewZoom::PartChanged, this, [this] { Redraw(Due::Axes); });
 }
 
 CGraphView::~CGraphView() = default;
@@ -91,98 +75,22 @@ void CGraphView::Draw() {
     // The axes stay still under a drag.
     if (!m_drag && due >= Due::Items)
         m_zoom.SetFitted(m_plot.FittedAxes());
-    m_plot.SetAxes(m_zoom.Visible(), m_zoom.Fitted());
+    m_plot.SetAxes(m_zoom.zoom().Visible(), m_zoom.zoom().Fitted());
     m_plot.Replot();
-    PlaceZoomBar();
+    m_zoom.PlaceBar();
     m_read_out->Refresh();
 }
 
-// Below all labels, as long as the axis.
-void CGraphView::PlaceZoomBar() {
-    m_zoom_bar->setVisible(m_zoom.IsZoomed(ChartAxis::Items));
-    const AxisScale axis = Scale().x;
-    const int left = static_cast<int>(std::lround(axis.from));
-    m_zoom_bar->setGeometry(left, height() - 1 - ZoomBar::kHeight,
-                            static_cast<int>(std::lround(axis.to)) - left, ZoomBar::kHeight);
-    const AxisRange whole = m_zoom.Whole(ChartAxis::Items);
-    m_zoom_bar->SetPart((axis.low - whole.low) / whole.Extent(),
-                        (axis.high - whole.low) / whole.Extent());
-}
-
-void CGraphView::SetZoom(const ChartZoom& zoom) {
-    if (zoom == m_zoom)
-        return;
-    const bool was_zoomed = std::exchange(m_zoom, zoom).IsZoomed();
-    Redraw(Due::Axes);
-    if (was_zoomed != m_zoom.IsZoomed())
-        emit ZoomedChanged();
-}
-
-// As the next painting will show it: several acts may come between two.
-PlotScale CGraphView::NextScale() const {
-    PlotScale scale = Scale();
-    const AxisRange items = m_zoom.Range(ChartAxis::Items);
-    const AxisRange values = m_zoom.Range(ChartAxis::Values);
-    scale.x.low = items.low;
-    scale.x.high = items.high;
-    scale.y.low = values.low;
-    scale.y.high = values.high;
-    return scale;
-}
-
-void CGraphView::ZoomBy(double notches) {
-    const PlotScale scale = NextScale();
-    const QPointF middle((scale.x.low + scale.x.high) / 2.0, 0.0);
-    ChartZoom zoom = m_zoom;
-    ZoomByNotches(zoom, m_control->document(), ChartAxis::Items, middle, notches);
-    SetZoom(zoom);
-}
-
-void CGraphView::PanBy(double share) {
-    ChartZoom zoom = m_zoom;
-    zoom.Pan(ChartAxis::Items, share * zoom.Range(ChartAxis::Items).Extent());
-    SetZoom(zoom);
-}
-
-void CGraphView::ShowAll() {
-    ChartZoom zoom = m_zoom;
-    zoom.Fit();
-    SetZoom(zoom);
-}
-
-ChartZoom CGraphView::ZoomFor(const QList<int>& rows) const {
-    QList<int> indices;
-    for (const int row : rows)
-        indices.append(row - 1);
-    ChartZoom zoom = m_zoom;
-    ShowItems(zoom, m_control->document(), indices);
-    return zoom;
-}
-
 void CGraphView::BringIntoView(int row) {
-    if (m_drag || !m_zoom.IsZoomed())
-        return;
-    ::BringIntoView(m_zoom, m_control->document(), row - 1);
-    Redraw(Due::Items);
+    if (!m_drag && m_zoom.isZoomed())
+        m_zoom.BringIntoView(row);
 }
 
 void CGraphView::wheelEvent(QWheelEvent* event) {
-    const QPoint turn = event->angleDelta();
-    const bool sideways = std::abs(turn.x()) > std::abs(turn.y());
-    const double notches = (sideways ? turn.x() : turn.y()) / kNotch;
-    if (m_drag || m_held_place)
+    if (m_drag || m_zoom.isPanning())
         return;
     Hover({-1, -1});
-    const bool pans = sideways || event->modifiers().testFlag(Qt::ShiftModifier);
-    if (pans) {
-        PanBy(-notches * kPanShare);
-        return;
-    }
-    const bool values = event->modifiers().testFlag(Qt::ControlModifier);
-    ChartZoom zoom = m_zoom;
-    ZoomByNotches(zoom, m_control->document(), values ? ChartAxis::Values : ChartAxis::Items,
-                  NextScale().ToValues(event->position()), notches);
-    SetZoom(zoom);
+    m_zoom.Turn(*event);
 }
 
 void CGraphView::paintEvent(QPaintEvent*) {
@@ -212,7 +120,7 @@ bool CGraphView::event(QEvent* event) {
     // The release never arrives when a dialog covers the window or the window is hidden.
     if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::Hide) {
         FinishDrag();
-        EndPan();
+        m_zoom.EndPan();
     }
     m_keys->Watch(*event);
     return QWidget::event(event);
@@ -256,7 +164,7 @@ void CGraphView::ShowTip(int index) {
 bool CGraphView::IsInView(QPointF position) const {
     const PlotScale scale = Scale();
     const QRectF axes(QPointF(scale.x.from, scale.y.to), QPointF(scale.x.to, scale.y.from));
-    return !m_zoom.IsZoomed() ||
+    return !m_zoom.isZoomed() ||
            axes.adjusted(-kItemRoom, -kItemRoom, kItemRoom, kItemRoom).contains(position);
 }
 
@@ -286,13 +194,12 @@ void CGraphView::leaveEvent(QEvent*) {
 void CGraphView::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::MiddleButton && !m_drag) {
         emit PressBegins();
-        m_held_place = NextScale().ToValues(event->position());
         Hover({-1, -1});
-        setCursor(Qt::ClosedHandCursor);
+        m_zoom.BeginPan(event->position());
         return;
     }
-    if (event->button() != Qt::LeftButton || m_held_place) {
-        event->setAccepted(m_drag || m_held_place);
+    if (event->button() != Qt::LeftButton || m_zoom.isPanning()) {
+        event->setAccepted(m_drag || m_zoom.isPanning());
         return;
     }
     emit PressBegins();
@@ -317,7 +224,7 @@ void CGraphView::mousePressEvent(QMouseEvent* event) {
 void CGraphView::mouseDoubleClickEvent(QMouseEvent* event) {
     mousePressEvent(event);
     if (event->button() == Qt::LeftButton && !ItemAt(event->position()))
-        ShowAll();
+        m_zoom.ShowAll();
 }
 
 void CGraphView::DragPoint(QPoint point, DragWay way) {
@@ -332,12 +239,10 @@ void CGraphView::mouseMoveEvent(QMouseEvent* event) {
     const QPoint position = event->position().toPoint();
     m_last_mouse = position;
     m_cursor.SetKeys(event->modifiers());
-    if (m_held_place) {
-        ChartZoom zoom = m_zoom;
-        PanWith(zoom, *m_held_place, NextScale().ToValues(event->position()));
-        SetZoom(zoom);
+    if (m_zoom.isPanning()) {
+        m_zoom.PanTo(event->position());
         if (!event->buttons().testFlag(Qt::MiddleButton))
-            EndPan();
+            m_zoom.EndPan();
         return;
     }
     if (!m_drag) {
@@ -356,15 +261,10 @@ void CGraphView::mouseMoveEvent(QMouseEvent* event) {
     ShowTip(m_drag->item());
 }
 
-void CGraphView::EndPan() {
-    if (std::exchange(m_held_place, std::nullopt))
-        unsetCursor();
-}
-
 void CGraphView::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::MiddleButton)
-        EndPan();
-    if (event->button() != Qt::LeftButton || m_held_place)
+        m_zoom.EndPan();
+    if (event->button() != Qt::LeftButton || m_zoom.isPanning())
         return;
     m_last_mouse = event->position().toPoint();
     const std::optional<int> item =

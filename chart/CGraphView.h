@@ -2,11 +2,10 @@
 #pragma once
 
 #include "chart/ChartPlot.h"
-#include "chart/ChartZoom.h"
 #include "chart/ItemCursor.h"
 #include "chart/ItemDrag.h"
+#include "chart/ViewZoom.h"
 
-#include <QList>
 #include <QPoint>
 #include <QWidget>
 
@@ -17,7 +16,6 @@ class CGraphControl;
 class ChartKeys;
 class ProfileSession;
 class ReadOutOverlay;
-class ZoomBar;
 
 /// Shows the chart of a CGraphControl. The user reads items in tips and drags them. A dragged value
 /// goes into the session's table and comes back through the control, so chart and grid always show
@@ -40,29 +38,16 @@ public:
     /// The mapping between axis units and the pixels of this widget, as drawn last.
     PlotScale Scale() const { return m_plot.Scale(); }
 
-    /// Zooms the items' axis about its middle, in or (below 0) out.
-    void ZoomBy(double notches);
-
-    /// Moves the visible part of the items' axis by `share` of its extent.
-    void PanBy(double share);
-
     /// See ChartPlot::KeepFreeAboveAxes.
     void KeepFreeAboveAxes(int height) {
         m_plot.KeepFreeAboveAxes(height);
         update();
     }
 
-    const ChartZoom& zoom() const { return m_zoom; }
-    bool isZoomed() const { return m_zoom.IsZoomed(); }
-    void ShowAll();
+    ViewZoom& Zoom() { return m_zoom; }
 
-    /// Shows the items of these grid rows.
-    void ShowRows(const QList<int>& rows) { SetZoom(ZoomFor(rows)); }
-
-    /// Whether that would change anything.
-    bool canShowRows(const QList<int>& rows) const { return !(ZoomFor(rows) == m_zoom); }
-
-    /// Pans to the item of this grid row if it is out of view.
+    /// Pans to the item of this grid row if it is out of a zoomed chart's view. A drag holds it
+    /// where it is.
     void BringIntoView(int row);
 
 signals:
@@ -70,8 +55,6 @@ signals:
     void PressBegins();
     /// The item of this grid row was picked, by mouse or keyboard.
     void CellPicked(int row);
-    /// `isZoomed` has changed by the user's act.
-    void ZoomedChanged();
 
 protected:
     bool event(QEvent* event) override;
@@ -94,13 +77,8 @@ private:
 
     void Redraw(Due due);
     void Draw();
-    void PlaceZoomBar();
-    void SetZoom(const ChartZoom& zoom);
-    ChartZoom ZoomFor(const QList<int>& rows) const;
-    PlotScale NextScale() const;
     bool IsInView(QPointF position) const;
     std::optional<int> ItemAt(QPointF position) const;
-    void EndPan();
     void Hover(QPoint position);
     void FinishDrag();
     QString TipText(int index) const;
@@ -108,8 +86,7 @@ private:
     ProfileSession* m_session;
     CGraphControl* m_control;
     ChartPlot m_plot;
-    ChartZoom m_zoom;
-    ZoomBar* m_zoom_bar;  // a child
+    ViewZoom m_zoom;
     ChartKeys* m_keys;
     // A child over all others. It looks at the plot until it ends.
     std::unique_ptr<ReadOutOverlay> m_read_out;
@@ -119,5 +96,4 @@ private:
     ItemCursor m_cursor;
     std::optional<int> m_tipped_item;
     std::optional<ItemDrag> m_drag;
-    std::optional<QPointF> m_held_place;  // in axis units, while the middle button pans
 };

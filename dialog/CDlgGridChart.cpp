@@ -141,7 +141,7 @@ void CDlgGridChart::Connect() {
     connect(m_room, &TableRoom::Asked, this, &CDlgGridChart::PlaceControls);
     connect(m_commands, &DialogCommands::Chosen, this, &CDlgGridChart::UpdateState);
     if (m_view != nullptr)
-        connect(m_view, &CGraphView::ZoomedChanged, m_commands, &DialogCommands::Update);
+        connect(&m_view->Zoom(), &ViewZoom::ZoomedChanged, m_commands, &DialogCommands::Update);
     connect(
         m_grid, &CGridControl::ProfileCommandChosen, this,
         [this](int row, const QString& choice) { RunDailyProfile(&m_session, row, choice, this); });
@@ -190,7 +190,7 @@ void CDlgGridChart::AddPoint() {
 std::optional<ChartPicture> CDlgGridChart::Picture() const {
     if (m_view == nullptr)
         return {};
-    return ChartPicture(m_chart->document(), m_view->size(), m_view->font(), m_view->zoom());
+    return ChartPicture(m_chart->document(), m_view->size(), m_view->font(), m_view->Zoom().zoom());
 }
 
 void CDlgGridChart::RedrawChart() {

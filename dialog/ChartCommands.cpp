@@ -19,9 +19,9 @@ constexpr double kKeyPan = 0.25;
 CommandRows ChartCommands(CGraphControl* chart, CGraphView* view, CGridControl* grid) {
     constexpr bool kMarks = true;
     constexpr bool kLooksAtRows = true;
-    const auto is_zoomed = [view](const ProfileSession&) { return view->isZoomed(); };
+    const auto is_zoomed = [view](const ProfileSession&) { return view->Zoom().isZoomed(); };
     const auto can_show = [=](const ProfileSession&) {
-        return view->canShowRows(grid->SelectedRows());
+        return view->Zoom().canShowRows(grid->SelectedRows());
     };
     const auto has_line = [](const ProfileSession& session) { return session.facts().hasTimes(); };
     const auto has_steps = [chart] { return chart->document().display.line == LineForm::Steps; };
@@ -29,10 +29,10 @@ CommandRows ChartCommands(CGraphControl* chart, CGraphView* view, CGridControl* 
         chart->SetLineForm(has_steps() ? LineForm::Straight : LineForm::Steps);
     };
     return {
-        {kShowAll, [view] { view->ShowAll(); }, is_zoomed, !kMarks, u"Ctrl+0",
+        {kShowAll, [view] { view->Zoom().ShowAll(); }, is_zoomed, !kMarks, u"Ctrl+0",
          u"Montre tout le graphique", MenuPlace::Chart, u"Tout voir"},
         {kShowSelection,
-         [=] { view->ShowRows(grid->SelectedRows()); },
+         [=] { view->Zoom().ShowRows(grid->SelectedRows()); },
          can_show,
          !kMarks,
          {},
@@ -50,16 +50,26 @@ CommandRows ChartCommands(CGraphControl* chart, CGraphView* view, CGridControl* 
          u"Escalier",
          !kLooksAtRows,
          has_steps},
-        {kZoomIn, [view] { view->ZoomBy(1.0); }, {}, !kMarks, u"Ctrl++", u"Agrandit le graphique"},
-        {kZoomOut, [view] { view->ZoomBy(-1.0); }, {}, !kMarks, u"Ctrl+-", u"Réduit le graphique"},
+        {kZoomIn,
+         [view] { view->Zoom().ZoomBy(1.0); },
+         {},
+         !kMarks,
+         u"Ctrl++",
+         u"Agrandit le graphique"},
+        {kZoomOut,
+         [view] { view->Zoom().ZoomBy(-1.0); },
+         {},
+         !kMarks,
+         u"Ctrl+-",
+         u"Réduit le graphique"},
         {kPanLeft,
-         [view] { view->PanBy(-kKeyPan); },
+         [view] { view->Zoom().PanBy(-kKeyPan); },
          {},
          !kMarks,
          u"Alt+Left",
          u"Va vers la gauche du graphique agrandi"},
         {kPanRight,
-         [view] { view->PanBy(kKeyPan); },
+         [view] { view->Zoom().PanBy(kKeyPan); },
          {},
          !kMarks,
          u"Alt+Right",

@@ -40,7 +40,7 @@ struct ChartWindow : SessionBench {
 
     QImage Picture() const { return view->grab().toImage(); }
     ChartPicture Exported() const {
-        return {control->document(), view->size(), view->font(), view->zoom()};
+        return {control->document(), view->size(), view->font(), view->Zoom().zoom()};
     }
 
     // Where item `index` stands, or would stand with another value.

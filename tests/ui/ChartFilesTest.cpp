@@ -78,7 +78,7 @@ private slots:
         }
         window.Wheel(window.At(1), 240);
         QVERIFY(ChartPng(window.Exported(), 1) != ChartPng(picture, 1));
-        window.view->ShowAll();
+        window.view->Zoom().ShowAll();
         QCOMPARE(ChartPng(window.Exported(), 1), ChartPng(picture, 1));
         window.control->SetLineForm(LineForm::Steps);
         QCOMPARE(ChartPng(window.Exported(), 1) != ChartPng(picture, 1), row == Function);

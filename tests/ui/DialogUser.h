@@ -393,7 +393,7 @@ private:
                                              : u"outside"_s},
                 {u"entries"_s, Entries(*m_dialog->findChild<QMenu*>()).join(u'|')},
                 {u"zoomed"_s, YesOrNo(m_dialog->findChild<CGraphView*>() != nullptr &&
-                                      m_dialog->findChild<CGraphView*>()->isZoomed())},
+                                      m_dialog->findChild<CGraphView*>()->Zoom().isZoomed())},
                 {u"line"_s, ReadOut()},
                 {u"checked"_s, checked.join(u'|')},
                 {u"chart"_s, YesOrNo(!marked.isEmpty())}};

@@ -314,7 +314,7 @@ private slots:
         const ChartWindow window(Function, hours.join(u'|'),
                                  QString(u"5|"_s).repeated(101).chopped(1));
         const PlotScale all = window.view->Scale();
-        const QSignalSpy zoomed(window.view.get(), &CGraphView::ZoomedChanged);
+        const QSignalSpy zoomed(&window.view->Zoom(), &ViewZoom::ZoomedChanged);
         const QSignalSpy picked(window.view.get(), &CGraphView::CellPicked);
         const auto shown = [&window] {
             window.Picture();
