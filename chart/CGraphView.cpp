@@ -132,6 +132,8 @@ void CGraphView::keyPressEvent(QKeyEvent* event) {
         focusNextPrevChild(event->key() == Qt::Key_Tab);
     else if (!m_keys->Press(*event, m_plot.SmallMark()))
         QWidget::keyPressEvent(event);
+    else if (const auto item = m_control->document().items.FirstHighlighted())
+        BringIntoView(*item + 1);
 }
 
 void CGraphView::contextMenuEvent(QContextMenuEvent* event) {

@@ -211,7 +211,9 @@ std::optional<int> ReadOut::NearestPoint(const PlotScale& scale, QPointF positio
 
 QString ReadOut::PointText(const PlotScale& scale, double time, std::optional<double> value,
                            std::optional<int> item) const {
-    QStringList parts = {u"t = "_s + WithUnit(OnAxis(scale.x, time), m_facts->time_unit)};
+    QStringList parts;
+    if (std::isfinite(time))
+        parts.append(u"t = "_s + WithUnit(OnAxis(scale.x, time), m_facts->time_unit));
     if (value)
         parts.append(u"f(t) = "_s + OnAxis(scale.y, *value));
     if (item) {
