@@ -221,7 +221,7 @@ QString ReadOut::PointText(const PlotScale& scale, double time, std::optional<do
             return ShownText(m_table->CellText(*item + 1, column), kMaxCellLength);
         };
         parts.append(u"point "_s + QString::number(*item + 1) + u" : "_s +
-                     cell(ProfileTable::kLabelColumn) + u" | "_s +
+                     cell(ProfileTable::kLabelColumn) + kReadOutBar.toString() +
                      cell(ProfileTable::kValueColumn));
     }
     return parts.join(kReadOutGap);

@@ -13,8 +13,9 @@
 
 class ProfileTable;
 
-/// Between the parts of a line of text.
+/// Between the parts of a line of text, and between the time and the value of a point.
 inline constexpr QStringView kReadOutGap = u"   ";
+inline constexpr QStringView kReadOutBar = u" | ";
 
 /// What the chart says about one place of it.
 struct Reading {

@@ -27,21 +27,27 @@ namespace {
 constexpr int kTextHeight = 11;
 constexpr int kAboveAxes = 3;
 constexpr int kFocusFrame = 2;
+constexpr int kElideStep = 8;
 
 constexpr Colour kHairColour = {110, 110, 110};
 
-// A text that is too wide loses the middle of its widest part: a long number or name.
-QString Fitted(const QString& text, const QFontMetrics& metrics, int width) {
-    QStringList parts = text.split(kReadOutGap.toString());
-    const auto wider = [&metrics](const QString& a, const QString& b) {
-        return metrics.horizontalAdvance(a) < metrics.horizontalAdvance(b);
-    };
-    QString& widest = *std::max_element(parts.begin(), parts.end(), wider);
-    const int excess = metrics.horizontalAdvance(text) - width;
-    if (excess > 0)
-        widest =
-            metrics.elidedText(widest, Qt::ElideMiddle, metrics.horizontalAdvance(widest) - excess);
-    return metrics.elidedText(parts.join(kReadOutGap), Qt::ElideMiddle, width);
+// A line that is too wide loses the middles of its widest texts: long numbers and names.
+QString Fitted(const QString& line, const QFontMetrics& metrics, int width) {
+    const QString gap = kReadOutGap.toString();
+    const QString bar = kReadOutBar.toString();
+    QString fitted = line;
+    for (int most = width; metrics.horizontalAdvance(fitted) > width && most > 0;
+         most -= kElideStep) {
+        QStringList parts = line.split(gap);
+        for (QString& part : parts) {
+            QStringList texts = part.split(bar);
+            for (QString& text : texts)
+                text = metrics.elidedText(text, Qt::ElideMiddle, most);
+            part = texts.join(bar);
+        }
+        fitted = parts.join(gap);
+    }
+    return fitted;
 }
 
 }  // namespace
