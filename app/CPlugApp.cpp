@@ -1,16 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CPlugApp.h"
 
+#include "app/CommandLine.h"
 #include "app/WindowIcon.h"
-#include "base/FileReplace.h"
 #include "base/Message.h"
 #include "dialog/CDlgGridChart.h"
 
 #include <QEvent>
 #include <QStringList>
 
-#include <algorithm>
-#include <iterator>
 #include <new>
 #include <stdexcept>
 #include <tuple>
@@ -18,34 +16,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-bool IsSwitch(const QString& argument) {
-#ifdef Q_OS_WIN
-    return argument.startsWith(u'-') || argument.startsWith(u'/');
-#else
-    return argument.startsWith(u'-');
-#endif
-}
-
-// The first argument that is not a switch; "" when there is none. The toolkit has removed its own
-// options already. Only the bytes hold a name that is not UTF-8; other systems have texts only.
-QString ExchangeFileName([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
-#ifdef Q_OS_WIN
-    const QStringList arguments = QCoreApplication::arguments();
-#else
-    QStringList arguments;
-    std::transform(argv, argv + argc, std::back_inserter(arguments), PathFromBytes);
-#endif
-    const auto found = std::find_if_not(
-        arguments.cbegin() + std::min<qsizetype>(1, arguments.size()), arguments.cend(), IsSwitch);
-    return found != arguments.cend() ? *found : QString();
-}
-
-}  // namespace
-
 CPlugApp::CPlugApp(int& argc, char** argv)
-    : QApplication(argc, argv), m_exchange_file(ExchangeFileName(argc, argv)) {
+    : QApplication(argc, argv), m_exchange_file(FirstFile(ProgramArguments(argc, argv))) {
     setApplicationName(u"function-editor"_s);
     setApplicationDisplayName(QString());
     setDesktopFileName(u"function-editor"_s);

@@ -170,12 +170,14 @@ bool CPlugExchangeFile::writeFile() {
         appendRebuilt(content, 0, instructionCount());
         setRebuilt(std::move(content));
     }
-    if (HashOfFile(m_path) != m_hash &&
+    const bool changed = HashOfFile(m_path) != m_hash;
+    const bool held = changed && IsHeldByOthers(m_path);
+    if (changed && !held &&
         !AskYesNo(u"The exchange file was changed by another program.\nReplace it ?"_s,
                   u"Exchange file"_s))
         return false;
     m_content.append(m_line_end);
-    const bool written = ReplaceFile(m_path, m_content);
+    const bool written = !held && ReplaceFile(m_path, m_content);
     if (written)
         m_hash = HashOf(m_content);
     m_content.chop(m_line_end.size());

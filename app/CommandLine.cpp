@@ -2,10 +2,19 @@
 #include "app/CommandLine.h"
 
 #include "app/FileCheck.h"
+#include "app/StandardStreams.h"
 #include "base/FileReplace.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <iterator>
+
+#ifdef Q_OS_WIN
+#include <QCoreApplication>
+
+#include <windows.h>
+
+#include <shellapi.h>
+#endif
 
 using namespace Qt::StringLiterals;
 
@@ -26,11 +35,6 @@ host starts it and reads the file again when it has ended.
   --version  prints the version.
 )";
 
-void Print(const QString& text) {
-    const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stdout);
-}
-
 int CheckFile(const QString& path) {
     const QString name = ShownPath(path);
     const FileCheck check = CheckExchangeFile(path, [&name](qsizetype line, const QString& text) {
@@ -49,7 +53,48 @@ int CheckFile(const QString& path) {
     return 0;
 }
 
+#ifdef Q_OS_WIN
+bool IsSwitch(const QString& argument) {
+    const bool names_a_computer = argument.startsWith(u"//");
+    return argument.startsWith(u'-') || (argument.startsWith(u'/') && !names_a_computer);
+}
+#else
+bool IsSwitch(const QString& argument) {
+    return argument.startsWith(u'-');
+}
+#endif
+
 }  // namespace
+
+#ifdef Q_OS_WIN
+// The bytes of `argv` are in the user's code page, which need not hold all characters.
+QStringList ProgramArguments(int, char**) {
+    QStringList arguments;
+    if (QCoreApplication::instance() != nullptr) {
+        arguments = QCoreApplication::arguments();
+    } else {
+        int count = 0;
+        wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
+        std::transform(words, words + count, std::back_inserter(arguments),
+                       [](const wchar_t* word) { return QString::fromWCharArray(word); });
+        LocalFree(words);
+    }
+    return arguments.mid(1);
+}
+#else
+// Only the bytes hold a name that is not UTF-8.
+QStringList ProgramArguments(int argc, char** argv) {
+    QStringList arguments;
+    std::transform(argv + std::min(argc, 1), argv + argc, std::back_inserter(arguments),
+                   PathFromBytes);
+    return arguments;
+}
+#endif
+
+QString FirstFile(const QStringList& arguments) {
+    const auto found = std::find_if_not(arguments.cbegin(), arguments.cend(), IsSwitch);
+    return found != arguments.cend() ? *found : QString();
+}
 
 std::optional<int> RunWithoutWindow(const QStringList& arguments) {
     if (arguments == QStringList{u"--help"_s}) {

@@ -5,6 +5,14 @@
 
 #include <optional>
 
+/// The arguments behind the program's name. Once there is an application object, without those of
+/// the toolkit.
+QStringList ProgramArguments(int argc, char** argv);
+
+/// The first argument that is not a switch; "" when there is none. A switch begins with "-", on
+/// Windows also with one "/".
+QString FirstFile(const QStringList& arguments);
+
 /// Runs what the program does without a window: "--help" or "--version" as the only argument, and
 /// "--check FILE...". `arguments` are those behind the program's name. Writes to standard output
 /// and waits until all of it is taken. Returns the exit status; nothing when the arguments ask for

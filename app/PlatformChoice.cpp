@@ -94,6 +94,27 @@ std::optional<QByteArray> UsablePlatform() {
     return std::nullopt;
 }
 
+#elif defined(Q_OS_WIN)
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include <windows.h>
+
+// The plug-ins lie beside the module, which need not lie beside the host's program.
+std::optional<QByteArray> UsablePlatform() {
+    constexpr DWORD kLongestPath = 32767;
+    HMODULE module = nullptr;
+    GetModuleHandleExW(
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+        reinterpret_cast<const wchar_t*>(&UsablePlatform), &module);
+    QString path(kLongestPath, Qt::Uninitialized);
+    path.truncate(static_cast<qsizetype>(
+        GetModuleFileNameW(module, reinterpret_cast<wchar_t*>(path.data()), kLongestPath)));
+    QCoreApplication::addLibraryPath(QFileInfo(path).path());
+    return QByteArray();
+}
+
 #else
 
 std::optional<QByteArray> UsablePlatform() {

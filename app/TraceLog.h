@@ -6,8 +6,7 @@
 
 /// Writes the tokenizer's trace lines to standard output, many at a time, if that is a pipe or a
 /// file. A host does not need the lines and may never read them. So the editor waits for
-/// room in a full pipe for 50 ms in all and then drops the rest of the trace. The pipe itself must
-/// be set not to wait.
+/// room in a full pipe for 50 ms in all and then drops the rest of the trace.
 class TraceLog {
 public:
     TraceLog();

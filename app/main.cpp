@@ -2,16 +2,13 @@
 #include "app/CPlugApp.h"
 #include "app/CommandLine.h"
 #include "app/StandardStreams.h"
-#include "base/FileReplace.h"
 #include "base/Message.h"
 
 #include <QMutex>
 #include <QStringList>
 
-#include <algorithm>
 #include <cstdlib>
 #include <exception>
-#include <iterator>
 #include <new>
 #include <optional>
 
@@ -71,10 +68,7 @@ const QString kNoMemory = u"There is not enough memory, the exchange file is unc
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    QStringList arguments;
-    std::transform(argv + std::min(argc, 1), argv + argc, std::back_inserter(arguments),
-                   PathFromBytes);
-    if (const std::optional<int> status = RunWithoutWindow(arguments))
+    if (const std::optional<int> status = RunWithoutWindow(ProgramArguments(argc, argv)))
         return *status;
     PrepareStandardStreams();
 #ifdef Q_OS_UNIX

@@ -24,7 +24,7 @@ char Encode(char16_t unit) {
     const unsigned index = unit - kFirstHighControl;
     if (unit <= 0xFF && index >= kHighControls.size())
         return static_cast<char>(unit);
-    const auto* const found = std::find(kHighControls.begin(), kHighControls.end(), unit);
+    const auto found = std::find(kHighControls.begin(), kHighControls.end(), unit);
     if (found == kHighControls.end())
         return '?';
     return static_cast<char>(kFirstHighControl +

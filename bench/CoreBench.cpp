@@ -19,13 +19,12 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
-
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <iostream>
 #include <memory>
 #include <numeric>
@@ -387,8 +386,7 @@ BENCHMARK(HistorySnapshotUndoRedo);
 // standard error.
 int main(int argc, char* argv[]) {
     const QCoreApplication app(argc, argv);
-    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-    if (nowhere < 0 || dup2(nowhere, STDOUT_FILENO) < 0)
+    if (std::freopen(qPrintable(QProcess::nullDevice()), "w", stdout) == nullptr)
         return 1;
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))

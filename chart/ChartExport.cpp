@@ -6,7 +6,10 @@
 #include <QBuffer>
 #include <QPainter>
 #include <QPdfWriter>
+
+#ifdef EDITOR_WRITES_SVG
 #include <QSvgGenerator>
+#endif
 
 namespace {
 
@@ -40,6 +43,7 @@ QByteArray ChartPng(const ChartPicture& picture, int scale) {
     return ChartImage(picture, scale).save(&file, "PNG") ? file.data() : QByteArray();
 }
 
+#ifdef EDITOR_WRITES_SVG
 QByteArray ChartSvg(const ChartPicture& picture) {
     QBuffer file;
     QSvgGenerator svg;
@@ -54,6 +58,7 @@ QByteArray ChartSvg(const ChartPicture& picture) {
     }
     return file.data();
 }
+#endif
 
 QByteArray ChartPdf(const ChartPicture& picture) {
     QBuffer file;

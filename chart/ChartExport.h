@@ -14,5 +14,7 @@ QImage ChartImage(const ChartPicture& picture, int scale);
 // shapes and texts, in the size of the picture at 96 pixels per inch.
 
 QByteArray ChartPng(const ChartPicture& picture, int scale);
+#ifdef EDITOR_WRITES_SVG
 QByteArray ChartSvg(const ChartPicture& picture);
+#endif
 QByteArray ChartPdf(const ChartPicture& picture);

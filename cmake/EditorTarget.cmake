@@ -2,10 +2,16 @@
 # Flags that every target of the editor shares.
 function(editor_flags target)
     target_compile_definitions(${target} PRIVATE QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY)
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
-    if(EDITOR_WARNINGS_AS_ERRORS)
-        target_compile_options(${target} PRIVATE -Werror)
+    if(WIN32)
+        target_compile_definitions(${target} PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX=1)
     endif()
+    if(MSVC)
+        target_compile_options(${target} PRIVATE /W4 /utf-8 /permissive-)
+    else()
+        target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+    endif()
+    set_target_properties(${target} PROPERTIES
+        COMPILE_WARNING_AS_ERROR ${EDITOR_WARNINGS_AS_ERRORS})
     if(EDITOR_SANITIZE)
         target_compile_options(${target} PRIVATE -fsanitize=address,undefined
             -fno-sanitize-recover=undefined -fno-omit-frame-pointer)

@@ -10,13 +10,18 @@ install(CODE [[
     endif()]])
 
 set(program_folder ${CMAKE_INSTALL_LIBEXECDIR}/function-editor)
+if(WIN32)
+    set(program_folder ${CMAKE_INSTALL_BINDIR})
+endif()
 install(TARGETS function-editor RUNTIME DESTINATION ${program_folder} COMPONENT program)
 install(DIRECTORY resources/Data DESTINATION ${program_folder} COMPONENT program)
-file(RELATIVE_PATH link_target /${CMAKE_INSTALL_BINDIR} /${program_folder}/function-editor)
-file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/link)
-file(CREATE_LINK ${link_target} ${PROJECT_BINARY_DIR}/link/function-editor SYMBOLIC)
-install(FILES ${PROJECT_BINARY_DIR}/link/function-editor DESTINATION ${CMAKE_INSTALL_BINDIR}
-    COMPONENT program)
+if(NOT WIN32)
+    file(RELATIVE_PATH link_target /${CMAKE_INSTALL_BINDIR} /${program_folder}/function-editor)
+    file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/link)
+    file(CREATE_LINK ${link_target} ${PROJECT_BINARY_DIR}/link/function-editor SYMBOLIC)
+    install(FILES ${PROJECT_BINARY_DIR}/link/function-editor DESTINATION ${CMAKE_INSTALL_BINDIR}
+        COMPONENT program)
+endif()
 
 # The module: library, headers, CMake package and pkg-config files. functioneditor-cxx is there for
 # C++ hosts, since pkg-config asks for the toolkit even where only C is wanted.

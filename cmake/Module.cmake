@@ -13,6 +13,10 @@ set_target_properties(functioneditor PROPERTIES
     SOVERSION ${PROJECT_VERSION_MAJOR}
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
+if(WIN32)
+    # One name whatever the compiler: functioneditor.dll.
+    set_target_properties(functioneditor PROPERTIES PREFIX "")
+endif()
 target_include_directories(functioneditor PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
     $<BUILD_INTERFACE:${module_headers}>

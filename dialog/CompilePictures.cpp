@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Turns SVG drawings into shapes that the program paints: CompilePictures FOLDER SVG...
-// writes FOLDER/NAME.picture for each NAME.svg.
+// writes FOLDER/NAME.picture for each NAME.svg, and FOLDER/function-editor.ico for the program's
+// file on Windows.
 
 #include "dialog/PictureShape.h"
 
+#include <QBuffer>
 #include <QFileInfo>
+#include <QImage>
 #include <QPaintDevice>
 #include <QPaintEngine>
 #include <QPainter>
@@ -13,6 +16,7 @@
 #include <QSvgRenderer>
 
 #include <cstdio>
+#include <iterator>
 
 namespace {
 
@@ -108,6 +112,37 @@ bool Compile(const QString& source, const QString& target) {
     return file.commit();
 }
 
+// Pictures of several sizes in one file, each as PNG.
+bool WriteIcon(const QString& source, const QString& target) {
+    constexpr int kSizes[] = {16, 24, 32, 48, 64, 256};
+    constexpr int kHeader = 6;
+    constexpr int kEntry = 16;
+    QSvgRenderer renderer;
+    QSaveFile file(target);
+    if (!renderer.load(source) || !file.open(QIODevice::WriteOnly))
+        return false;
+    QDataStream stream(&file);
+    stream.setByteOrder(QDataStream::LittleEndian);
+    stream << quint16{0} << quint16{1} << static_cast<quint16>(std::size(kSizes));
+    QByteArray images;
+    for (const int size : kSizes) {
+        QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        renderer.render(&painter);
+        painter.end();
+        QBuffer png;
+        image.save(&png, "PNG");
+        const auto side = static_cast<quint8>(size);  // 0 stands for 256
+        const auto place = static_cast<quint32>(
+            kHeader + kEntry * static_cast<int>(std::size(kSizes)) + images.size());
+        stream << side << side << quint16{0} << quint16{1} << quint16{32}
+               << static_cast<quint32>(png.size()) << place;
+        images += png.data();
+    }
+    return file.write(images) == images.size() && file.commit();
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -115,7 +150,9 @@ int main(int argc, char* argv[]) {
         const QString source = QString::fromLocal8Bit(argv[i]);
         const QString target = QString::fromLocal8Bit(argv[1]) + u'/' +
                                QFileInfo(source).completeBaseName() + QStringLiteral(".picture");
-        if (!Compile(source, target)) {
+        const bool is_icon = source.endsWith(QStringLiteral("/function-editor.svg"));
+        const QString icon = QFileInfo(target).path() + QStringLiteral("/function-editor.ico");
+        if (!Compile(source, target) || (is_icon && !WriteIcon(source, icon))) {
             std::fprintf(stderr, "%s: not a drawing of plain shapes, or %s cannot be written\n",
                          argv[i], qPrintable(target));
             return 1;

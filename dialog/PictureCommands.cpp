@@ -49,9 +49,17 @@ constexpr ChartFileType kFileTypes[] = {
     {u"Image PNG", u"png", Png<1>},
     {u"Image PNG, 2 fois plus grande", u"png", Png<2>},
     {u"Image PNG, 4 fois plus grande", u"png", Png<4>},
+#ifdef EDITOR_WRITES_SVG
     {u"Dessin SVG", u"svg", ChartSvg},
+#endif
     {u"Document PDF", u"pdf", ChartPdf},
 };
+
+#ifdef EDITOR_WRITES_SVG
+constexpr QStringView kSaveHelp = u"Enregistre le graphique en PNG, SVG ou PDF";
+#else
+constexpr QStringView kSaveHelp = u"Enregistre le graphique en PNG ou PDF";
+#endif
 
 const ChartFileType& TypeOf(const ChosenFile& file) {
     const ChartFileType& chosen = kFileTypes[file.type];
@@ -89,8 +97,8 @@ CommandRows PictureCommands::Rows() {
     return {
         {kCopyChart, [this] { Copy(); }, HasChart, !kMarks, u"",
          u"Copie le graphique pour d'autres programmes", kPlace, u"Copier le graphique"},
-        {kSaveChart, [this] { Save(); }, HasChart, !kMarks, u"",
-         u"Enregistre le graphique en PNG, SVG ou PDF", kPlace, u"Enregistrer le graphique..."},
+        {kSaveChart, [this] { Save(); }, HasChart, !kMarks, u"", kSaveHelp, kPlace,
+         u"Enregistrer le graphique..."},
         {kPrint, [this] { Print(); }, HasPages, !kMarks, u"Ctrl+P",
          u"Montre puis imprime le graphique et le tableau", kPlace, u"Imprimer..."},
     };
@@ -102,7 +110,9 @@ void PictureCommands::Copy() const {
         return;
     auto data = std::make_unique<QMimeData>();
     data->setImageData(ChartImage(*picture, kCopyScale));
+#ifdef EDITOR_WRITES_SVG
     data->setData(u"image/svg+xml"_s, ChartSvg(*picture));
+#endif
     QGuiApplication::clipboard()->setMimeData(data.release());
 }
 

@@ -2,6 +2,7 @@
 #include "profiles/ProfileFolders.h"
 
 #include "base/Cp1252.h"
+#include "base/FileReplace.h"
 #include "profiles/ProfileFile.h"
 
 #include <QCoreApplication>
@@ -24,7 +25,7 @@ QString Resolved(const QString& folder) {
 }  // namespace
 
 ProfileFolders::ProfileFolders(const QString& program_folder)
-    : m_program_folder(QDir(program_folder).absolutePath()) {
+    : m_program_folder(QDir(AbsolutePath(program_folder)).absolutePath()) {
 }
 
 QString ProfileFolders::ProgramFolder() {
@@ -63,7 +64,7 @@ QString ProfileFolders::DailyProfilePath(const QString& name) const {
 
 bool ProfileFolders::IsInKindFolder(ProfileKind kind, const QString& file) const {
     return Describe(kind).hasFiles() &&
-           Resolved(QFileInfo(file).path())
+           Resolved(QFileInfo(AbsolutePath(file)).path())
                    .compare(Resolved(KindFolder(kind)), Qt::CaseInsensitive) == 0;
 }
 

@@ -3,6 +3,8 @@
  *
  * usage: host-c KIND MODE [--name NAME] [--file PATH] [--data FOLDER] [TIME=VALUE[=NAME]]... */
 
+#include "arguments.h"
+
 #include <functioneditor.h>
 
 #include <stdio.h>
@@ -44,7 +46,8 @@ static char* cut(char* text) {
 }
 
 int main(int argc, char* argv[]) {
-    if (argc < 3)
+    argv = utf8_arguments(&argc, argv);
+    if (argv == NULL || argc < 3)
         return usage();
     const int kind = find(argv[1], kinds, sizeof kinds / sizeof kinds[0]);
     const int mode = find(argv[2], modes, sizeof modes / sizeof modes[0]);

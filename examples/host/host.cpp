@@ -3,6 +3,8 @@
 //
 // usage: host-cpp KIND MODE [--name NAME] [--file PATH] [TIME=VALUE[=NAME]]...
 
+#include "arguments.h"
+
 #include <InputAPI.h>
 
 #include <cstdio>
@@ -36,8 +38,9 @@ int Usage() {
 
 int main(int argc, char* argv[]) {
     QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
+    argv = utf8_arguments(&argc, argv);
+    for (int i = 1; argv != nullptr && i < argc; ++i)
+        arguments.append(QString::fromUtf8(argv[i]));
     if (arguments.size() < 2)
         return Usage();
     const int kind = Number(arguments[0], kKinds, kFirstKind);

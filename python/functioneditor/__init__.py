@@ -163,7 +163,7 @@ def _library_path() -> str:
     chosen = os.environ.get("FUNCTIONEDITOR_LIBRARY")
     if chosen:
         return chosen
-    names = (("functioneditor.dll", "libfunctioneditor.dll") if sys.platform == "win32"
+    names = (("functioneditor.dll", "bin/functioneditor.dll") if sys.platform == "win32"
              else ("libfunctioneditor.so.0", "libfunctioneditor.so"))
     here = Path(__file__).resolve().parent
     for folder in (here, *here.parents[:4]):

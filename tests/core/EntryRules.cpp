@@ -2,6 +2,7 @@
 #include "profiles/EntryRules.h"
 #include "Rules.h"
 #include "base/EnglishAtof.h"
+#include "base/FileReplace.h"
 #include "base/Message.h"
 #include "base/NumberText.h"
 #include "grid/PasteRules.h"
@@ -220,7 +221,13 @@ QList<Rule> EntryRules() {
          "written"},
         {"dat_write", "inside",
          [](Value in, All) -> QJsonValue {
-             return ProfileFolders(u"/p"_s).IsInKindFolder(VectorKind(in[0]), in[1].toString());
+             const ProfileFolders folders(u"/p"_s);
+             const QString file = in[1].toString();
+             const bool inside = folders.IsInKindFolder(VectorKind(in[0]), file);
+             // On Windows a path may name its drive or not.
+             return inside == folders.IsInKindFolder(VectorKind(in[0]), AbsolutePath(file))
+                        ? QJsonValue(inside)
+                        : QJsonValue();
          },
          "inside"}};
 }

@@ -2,11 +2,13 @@
 // The exchange file from bytes to points and back.
 
 #include "MessageScript.h"
+#include "SystemSkips.h"
 #include "TestFiles.h"
 #include "TestRows.h"
 #include "VectorFile.h"
 #include "app/CPlugExchangeFile.h"
 #include "app/CPlugParameters.h"
+#include "app/CommandLine.h"
 #include "base/Cp1252.h"
 #include "base/FileReplace.h"
 
@@ -26,6 +28,13 @@
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
+#else
+#include <QScopeGuard>
+#include <QSemaphore>
+
+#include <thread>
+
+#include <windows.h>
 #endif
 
 using namespace Qt::StringLiterals;
@@ -54,9 +63,10 @@ QList<CPlugPoint> PointsOf(const QJsonValue& pairs) {
     return points;
 }
 
+// Whether the file is written with CR LF.
 bool EndsInCrLf(const QByteArray& content) {
     const qsizetype end = content.indexOf('\n');
-    return end > 0 && content[end - 1] == '\r';
+    return (end > 0 && content[end - 1] == '\r') || kPlatformLineEnd == "\r\n";
 }
 
 // Times and values, with a time that has no value.
@@ -72,6 +82,15 @@ void SetPoints(CPlugParameters& parameters, const QJsonValue& pairs) {
 
 const QByteArray kLong = "! x\n!" + QByteArray(3'000'000, 'y');  // of several pieces
 
+#ifdef _WIN32
+// How another program shares the file that it keeps open, for how long, and whether OK saves then.
+struct Kept {
+    DWORD share = 0;
+    int milliseconds = 10'000;
+    bool saved = true;
+};
+#endif
+
 // What another program does to a file with that content.
 struct Change {
     void (*make)();
@@ -85,6 +104,8 @@ class ExchangeFileTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void init() { SkipOnThisSystem(); }
+
     void Lines_data() { AddVectorRows("exchange_lines"); }
     void Lines() {
         QFETCH(QJsonObject, vector);
@@ -124,6 +145,12 @@ private slots:
         QVERIFY_THROWS_EXCEPTION(std::invalid_argument, line.setIntValue(-1, 0));
     }
 
+    void PathsBehindSwitches() {
+        QCOMPARE(FirstFile({u"-a"_s, u"//computer/share/a.txt"_s, u"b"_s}),
+                 u"//computer/share/a.txt"_s);
+        QCOMPARE(FirstFile({u"-a"_s}), QString());
+    }
+
     void NothingRead() {
         const ScratchFolder scratch;
         MessageScript script;
@@ -139,9 +166,6 @@ private slots:
 
     // The name that is given and the file that it means.
     void PathsMeanWhatTheSystemMeans_data() {
-#ifndef Q_OS_UNIX
-        QSKIP("these names and links are a matter of Unix");
-#endif
         AddRows<std::pair<QByteArray, std::string>>(
             {{"link", {"link.txt", "far/link.txt"}},
              {"link to a link and up", {"far/up.txt", "far/run.txt"}},
@@ -199,7 +223,10 @@ private slots:
               }}},
 #ifdef Q_OS_UNIX
              // It has no end that could be waited for.
-             {"pipe", {[] { QFile::remove(kPath) && mkfifo("run.txt", 0666) == 0; }, true, true}},
+             {"pipe",
+              { [] { QFile::remove(kPath) && mkfifo("run.txt", 0666) == 0; },
+                true,
+                true }},
 #endif
              {"folder", {[] { QFile::remove(kPath) && QDir().mkdir(kPath); }, true, true}}});
     }
@@ -228,10 +255,66 @@ private slots:
         // What was written last is no change of another program.
         for (int round = 0; round < 2; ++round) {
             QVERIFY(file.writeFile());
-            QVERIFY(ReadAll(kPath) == kLong + "\n");
+            QVERIFY(WithPlainEnds(ReadAll(kPath)) == kLong + "\n");
         }
         QVERIFY2(script.Done(), qPrintable(script.Report()));
     }
+
+#ifdef _WIN32
+    void KeptOpenByAnotherProgram_data() {
+        constexpr DWORD kReading = FILE_SHARE_READ;
+        AddRows<Kept>({{"shared",
+                        { kReading | FILE_SHARE_WRITE }},
+                       {"a scanner",
+                        { kReading,
+                          200 }},
+                       {"a scanner that lets nobody read",
+                        { 0,
+                          200 }},
+                       {"read by all",
+                        { kReading,
+                          10'000,
+                          false }},
+                       { "read by nobody",
+                         { 0,
+                           10'000,
+                           false } }});
+    }
+    // Written in place, at once or after a moment, or refused with one message. The attributes
+    // stay.
+    void KeptOpenByAnotherProgram() {
+        QFETCH(const Kept, row);
+        const ScratchFolder scratch;
+        QVERIFY(WriteAll(kPath, "x\r\n"));
+        QVERIFY(SetFileAttributesW(L"run.txt", FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
+        const DWORD attributes = GetFileAttributesW(L"run.txt");
+        CPlugExchangeFile file(kPath);
+        file.readFile();
+        MessageScript script;
+        {
+            const HANDLE kept = CreateFileW(L"run.txt", GENERIC_READ, row.share, nullptr,
+                                            OPEN_EXISTING, 0, nullptr);
+            QVERIFY(kept != INVALID_HANDLE_VALUE);
+            QSemaphore ends;
+            std::thread other([&] {
+                ends.tryAcquire(1, row.milliseconds);
+                CloseHandle(kept);
+            });
+            const auto ended = qScopeGuard([&] {
+                ends.release();
+                other.join();
+            });
+            if (!row.saved)
+                script.Expect(u"cplug: unable to open exchange file for writing ! (run.txt)"_s);
+            QCOMPARE(file.writeFile(), row.saved);
+        }
+        QCOMPARE(ReadAll(kPath), row.saved ? "x \r\n\r\n" : "x\r\n");
+        QVERIFY(file.writeFile());
+        QCOMPARE(ReadAll(kPath), "x \r\n\r\n");
+        QCOMPARE(GetFileAttributesW(L"run.txt"), attributes);
+        QVERIFY2(script.Done(), qPrintable(script.Report()));
+    }
+#endif
 
 private:
     // A case of "exchange_files" or of "exchange_saves". A file with LF alone is tried with CR LF

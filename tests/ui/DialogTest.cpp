@@ -3,6 +3,7 @@
 // tests/cases/dialog.json and, for copy and paste, in tests/cases/pastes.json.
 
 #include "DialogUser.h"
+#include "SystemSkips.h"
 #include "dialog/PrintedPages.h"
 
 #include <QDate>
@@ -20,6 +21,8 @@ class DialogTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void init() { SkipOnThisSystem(); }
+
     void Cases_data() {
         AddVectorRows("dialog");
         for (const QJsonObject& one : VectorCases("pastes"))
@@ -56,6 +59,7 @@ private slots:
 
     // The toolkit's own dialog tells which type of file was chosen, though all end in ".csv".
     void ChosenTypeOfFile() {
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
         const UserPrompts prompts;
         const QTemporaryDir folder;
         QTimer::singleShot(0, qApp, [] {

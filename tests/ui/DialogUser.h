@@ -134,7 +134,7 @@ private:
         if (step.contains(u"pale"))
             QTRY_COMPARE(PaleValues(), step[u"pale"].toString());
         if (step.contains(u"written"))
-            QCOMPARE(ReadAll(m_around.folder.path() + step[u"save"].toString()),
+            QCOMPARE(WithPlainEnds(ReadAll(m_around.folder.path() + step[u"save"].toString())),
                      step[u"written"].toString().toUtf8());
         if (m_dialog == nullptr)  // its message may still come
             return;

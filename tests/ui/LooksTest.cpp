@@ -4,6 +4,7 @@
 
 #include "Contrast.h"
 #include "KindDialog.h"
+#include "SystemSkips.h"
 #include "chart/CGraphView.h"
 #include "dialog/CSXButton.h"
 #include "dialog/MeanLabel.h"
@@ -149,6 +150,8 @@ class LooksTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void init() { SkipOnThisSystem(); }
+
     void initTestCase() { QApplication::setStyle(QStyleFactory::create(u"Fusion"_s)); }
     void cleanup() {
         QApplication::setFont(m_font);

@@ -133,6 +133,7 @@ private slots:
         struct Host : InputAPI {
             using InputAPI::Init;
         };
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
         Host().Init();
         QVERIFY(qApp != nullptr);
     }
