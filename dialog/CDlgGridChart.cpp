@@ -35,6 +35,11 @@ CDlgGridChart::CDlgGridChart(SessionSetup setup, QWidget* parent)
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
 }
 
+// A view that is hidden with the dialog still looks at the session.
+CDlgGridChart::~CDlgGridChart() {
+    delete m_view;
+}
+
 int CDlgGridChart::DoModal() {
     if (!OnInitDialog())
         return kEndedAtStart;

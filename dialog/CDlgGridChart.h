@@ -30,6 +30,7 @@ public:
     enum Result : int { kEndedAtStart = 0, kAccepted = 1, kCancelled = 2 };
 
     explicit CDlgGridChart(SessionSetup setup, QWidget* parent = nullptr);
+    ~CDlgGridChart() override;
 
     /// `accepts` is called on OK, before anything is closed; false keeps the dialog as it is.
     void SetAcceptance(std::function<bool()> accepts) { m_accepts = std::move(accepts); }

@@ -240,6 +240,19 @@ private slots:
         QCOMPARE(printed, all);
     }
 
+    // A host may drop the dialog while it is shown, with a value half way by keyboard.
+    void EndsWithTheKeyboardOnTheChart() {
+        KindDialog shown(4);
+        shown.Run([] {});
+        shown.dialog->show();
+        QVERIFY(QTest::qWaitForWindowActive(shown.dialog.get()));
+        auto* const view = shown.dialog->findChild<CGraphView*>();
+        view->setFocus();
+        QTest::keyClick(view, Qt::Key_Up);
+        QVERIFY(shown.dialog->session().isDragging());
+        shown.dialog.reset();
+    }
+
     void GridWindow_data() { AddVectorRows("add_points"); }
     void GridWindow() {
         QFETCH(QJsonObject, vector);
