@@ -4,8 +4,7 @@
 
 #include <QElapsedTimer>
 
-#include <cstring>
-#include <memory>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>

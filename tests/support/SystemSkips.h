@@ -18,6 +18,7 @@ inline constexpr SystemSkip kWindowsSkips[] = {
     {"sessions", "a plain save goes to the opened file, inside or outside the folder of the kind",
      "makes a link"},
     {"Print", "", "reads the pages with pdftotext"},
+    {"longTitleLeavesRoom", "", "the fonts of the off-screen platform differ from those of Unix"},
     {"Dialog", "", "the fonts of the off-screen platform are not those of Windows"},
 };
 

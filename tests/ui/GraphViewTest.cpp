@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ChartWindow.h"
 #include "SessionChecks.h"
+#include "SystemSkips.h"
 #include "chart/CGraphControl.h"
 #include "chart/CGraphView.h"
 #include "chart/DragRules.h"
@@ -41,6 +42,8 @@ class GraphViewTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void init() { SkipOnThisSystem(); }
+
     void markersHaveExactColours() {
         // Neither axes nor ticks nor grid lines cut them.
         ChartWindow window(Function, u"0|10|5|10"_s, u"0|4|0|0"_s);
