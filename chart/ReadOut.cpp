@@ -20,6 +20,10 @@ namespace {
 // Significant digits of a number that is read out; whole numbers keep all of theirs.
 constexpr int kDigits = 6;
 
+// A line of more points whose times do not rise is drawn as the band that it covers, and has no
+// value at a time.
+constexpr int kMaxUnordered = 50'000;
+
 // Numbers from here on are written with an exponent.
 constexpr double kLongestWhole = 1e9;
 
@@ -151,7 +155,8 @@ std::optional<double> ReadOut::LineValue(QPointF place) {
             value = here;
     };
     if (!Rises()) {
-        ForEachStretch(items, take);
+        if (items.Count() <= kMaxUnordered)
+            ForEachStretch(items, take);
         return value;
     }
     const std::span<const double> times = items.Group(0);
@@ -179,8 +184,10 @@ std::optional<int> ReadOut::NearestPoint(const PlotScale& scale, QPointF positio
         for (auto time = from; time != end; ++time) {
             const auto index = time - times.begin();
             const double dx = (*time - centre.x()) * x_pixels;
+            // Both comparisons are false for a place that is not finite.
+            if (!(dx * dx < least))
+                continue;
             const double dy = (values[static_cast<size_t>(index)] - centre.y()) * y_pixels;
-            // False for a place that is not finite.
             if (dx * dx + dy * dy < least) {
                 least = dx * dx + dy * dy;
                 found = static_cast<int>(index);

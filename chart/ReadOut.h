@@ -36,7 +36,8 @@ public:
     void Forget();
 
     /// The place under `position`, in pixels. Of a function: the time, the line's value there, if
-    /// it has one, and the nearest point. Of bars: the one of that column.
+    /// it has one, and the nearest point; many points whose times do not rise give no value. Of
+    /// bars: the one of that column.
     Reading At(const PlotScale& scale, QPointF position);
 
     /// An item that exists.
