@@ -3,7 +3,6 @@
 
 #include "base/ShownText.h"
 #include "chart/CGraphControl.h"
-#include "chart/ChartKeys.h"
 #include "chart/DragRules.h"
 #include "chart/ItemDrag.h"
 #include "chart/ItemPicking.h"
@@ -38,9 +37,9 @@ CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget*
     : QWidget(parent),
       m_session(session),
       m_control(control),
+      m_keys(session, control),
       m_plot(control->document(), this),
       m_zoom(&m_plot, control, this),
-      m_keys(new ChartKeys(session, control, this)),
       m_read_out(std::make_unique<ReadOutOverlay>(session, control, this)),
       m_cursor(this, session->facts().hasTimes()) {
     setObjectName(u"5001_Chart"_s);
@@ -48,7 +47,7 @@ CGraphView::CGraphView(ProfileSession* session, CGraphControl* control, QWidget*
     setMouseTracking(true);
     // A click leaves the keyboard where it is, like one on a button.
     setFocusPolicy(Qt::TabFocus);
-    connect(m_keys, &ChartKeys::RowChosen, this, &CGraphView::CellPicked);
+    connect(&m_keys, &ChartKeys::RowChosen, this, &CGraphView::CellPicked);
     connect(m_control, &CGraphControl::Rebuilt, this, [this] {
         // The dragged item may have another index now, or be gone.
         FinishDrag();
@@ -122,7 +121,7 @@ bool CGraphView::event(QEvent* event) {
         FinishDrag();
         m_zoom.EndPan();
     }
-    m_keys->Watch(*event);
+    m_keys.Watch(*event);
     return QWidget::event(event);
 }
 
@@ -130,7 +129,7 @@ bool CGraphView::event(QEvent* event) {
 void CGraphView::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab)
         focusNextPrevChild(event->key() == Qt::Key_Tab);
-    else if (!m_keys->Press(*event, m_plot.SmallMark()))
+    else if (!m_keys.Press(*event, m_plot.SmallMark()))
         QWidget::keyPressEvent(event);
     else if (const auto item = m_control->document().items.FirstHighlighted())
         BringIntoView(*item + 1);

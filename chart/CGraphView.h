@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "chart/ChartKeys.h"
 #include "chart/ChartPlot.h"
 #include "chart/ItemCursor.h"
 #include "chart/ItemDrag.h"
@@ -13,7 +14,6 @@
 #include <optional>
 
 class CGraphControl;
-class ChartKeys;
 class ProfileSession;
 class ReadOutOverlay;
 
@@ -85,9 +85,9 @@ private:
 
     ProfileSession* m_session;
     CGraphControl* m_control;
+    ChartKeys m_keys;  // first: a child of the view sends an event that it looks at
     ChartPlot m_plot;
     ViewZoom m_zoom;
-    ChartKeys* m_keys;
     // A child over all others. It looks at the plot until it ends.
     std::unique_ptr<ReadOutOverlay> m_read_out;
     Due m_due = Due::Everything;

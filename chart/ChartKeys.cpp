@@ -22,8 +22,8 @@ bool IsStep(const QKeyEvent& event) {
 
 }  // namespace
 
-ChartKeys::ChartKeys(ProfileSession* session, const CGraphControl* control, QObject* parent)
-    : QObject(parent), m_session(session), m_control(control) {
+ChartKeys::ChartKeys(ProfileSession* session, const CGraphControl* control)
+    : m_session(session), m_control(control) {
 }
 
 void ChartKeys::EndSteps() {

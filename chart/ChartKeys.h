@@ -17,7 +17,7 @@ class ChartKeys : public QObject {
 
 public:
     /// Neither pointer is owned. The current row is the highlighted item of `control`.
-    ChartKeys(ProfileSession* session, const CGraphControl* control, QObject* parent);
+    ChartKeys(ProfileSession* session, const CGraphControl* control);
 
     /// True when the key is one of these. Up and Down change by `mark`, in units of the values, or
     /// by the least that a drag can store.

@@ -49,8 +49,8 @@ struct KindDescriptor {
     QStringView index_axis_title = {};
     QStringView value_unit = {};  ///< behind a value that is read out
     QStringView time_unit = {};   ///< behind a time, of kinds with times
-    double value_step = 0.0;  ///< between labels of the value axis; 0 is automatic
-    int title_height = 11;    ///< per cent of the chart
+    double value_step = 0.0;      ///< between labels of the value axis; 0 is automatic
+    int title_height = 11;        ///< per cent of the chart
 
     /// Pixels of all columns together; 0 when the grid shares out its own width.
     int columnsWidth() const {

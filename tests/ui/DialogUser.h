@@ -204,9 +204,7 @@ private:
             const bool found = at != nullptr && at->text() == entry;
             const bool holds_it =
                 at != nullptr && at->menu() != nullptr && Entries(*at->menu()).contains(entry);
-            QTest::keyClick(menu, found      ? Qt::Key_Return
-                                  : holds_it ? Qt::Key_Right
-                                             : Qt::Key_Down);
+            QTest::keyClick(menu, found ? Qt::Key_Return : holds_it ? Qt::Key_Right : Qt::Key_Down);
             if (found)
                 return;
         }
