@@ -30,6 +30,7 @@ static inline char** utf8_arguments(int* argc, char** argv) {
 
 #else
 
+/* NOLINTNEXTLINE(readability-non-const-parameter): Windows counts anew. */
 static inline char** utf8_arguments(int* argc, char** argv) {
     (void)argc;
     return argv;
